@@ -1,0 +1,19 @@
+#!/usr/bin/env bash
+# Installs everything Quarry needs to build, run and test on Debian 12.
+set -euo pipefail
+
+SUDO=""
+[ "$(id -u)" -eq 0 ] || SUDO="sudo"
+
+packages=(
+    build-essential cmake ninja-build pkg-config
+    qt6-base-dev qt6-base-dev-tools
+    libqt6sql6-sqlite libqt6sql6-mysql libqt6sql6-odbc
+    sqlite3
+    mariadb-server mariadb-client
+    unixodbc unixodbc-dev odbc-mariadb
+    fonts-noto-cjk xvfb xauth
+)
+
+$SUDO apt-get update
+DEBIAN_FRONTEND=noninteractive $SUDO apt-get install -y --no-install-recommends "${packages[@]}"

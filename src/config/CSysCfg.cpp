@@ -1,0 +1,3 @@
+#include <quarry/CSysCfg.h>
+
+// Stub: being written.

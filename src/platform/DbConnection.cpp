@@ -1,0 +1,3 @@
+#include "platform/DbConnection.h"
+
+// Stub: being written.

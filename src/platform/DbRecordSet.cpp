@@ -1,0 +1,3 @@
+#include "platform/DbRecordSet.h"
+
+// Stub: being written.

@@ -1,0 +1,3 @@
+#include "platform/IniFile.h"
+
+// Stub: being written.

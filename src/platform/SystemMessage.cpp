@@ -1,0 +1,3 @@
+#include "platform/SystemMessage.h"
+
+// Stub: being written.
