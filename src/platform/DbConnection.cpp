@@ -1,3 +1,242 @@
 #include "platform/DbConnection.h"
 
-// Stub: being written.
+#include "platform/Paths.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QSqlError>
+
+#include <algorithm>
+#include <atomic>
+
+using namespace Qt::StringLiterals;
+
+namespace quarry {
+
+namespace {
+
+// Long enough for a distant server, short enough that a wrong address does
+// not freeze the operator's dialog.
+constexpr int ConnectTimeoutSeconds = 10;
+
+struct ConnectionTarget
+{
+    QString server;
+    QString database;
+};
+
+// "Server=...;Database=...": keys without regard to case, values trimmed.
+ConnectionTarget parseConnectionString(const QString &text)
+{
+    ConnectionTarget target;
+    for (const QString &part : text.split(u';')) {
+        const qsizetype equals = part.indexOf(u'=');
+        if (equals < 0)
+            continue;
+        const QString key = part.first(equals).trimmed();
+        const QString value = part.sliced(equals + 1).trimmed();
+        if (key.compare("Server"_L1, Qt::CaseInsensitive) == 0)
+            target.server = value;
+        else if (key.compare("Database"_L1, Qt::CaseInsensitive) == 0)
+            target.database = value;
+    }
+    return target;
+}
+
+struct HostPort
+{
+    QString host;
+    int port = -1;
+};
+
+// "host" or "host:port"; anything else (an IPv6 address, a named instance)
+// is handed to the driver as the host.
+HostPort splitHostPort(const QString &server)
+{
+    if (server.count(u':') == 1) {
+        const qsizetype colon = server.indexOf(u':');
+        bool ok = false;
+        const int port = server.sliced(colon + 1).toInt(&ok);
+        if (ok && port > 0)
+            return {server.first(colon), port};
+    }
+    return {server, -1};
+}
+
+// An ODBC attribute value that the driver reads literally, whatever it holds.
+QString bracedOdbcValue(QString value)
+{
+    value.replace(u'}', "}}"_L1);
+    return u'{' + value + u'}';
+}
+
+// Braced only when it could otherwise end the value or start another
+// attribute: some drivers do not accept braces around every value.
+QString odbcValue(const QString &value)
+{
+    static const QString special = u";{}="_s;
+    const bool plain = std::none_of(value.cbegin(), value.cend(),
+                                    [](QChar c) { return special.contains(c); })
+                       && value.trimmed() == value;
+    return plain ? value : bracedOdbcValue(value);
+}
+
+QString nextConnectionName()
+{
+    static std::atomic<quint64> counter{0};
+    return u"quarry-db-%1"_s.arg(++counter);
+}
+
+} // namespace
+
+DbConnection::DbConnection()
+    : m_connectionName(nextConnectionName())
+{
+}
+
+DbConnection::~DbConnection()
+{
+    close();
+}
+
+void DbConnection::setDatabaseType(const QString &type)
+{
+    m_type = type;
+}
+
+void DbConnection::setFileFolder(const QString &folder)
+{
+    m_fileFolder = folder;
+}
+
+void DbConnection::setOdbcDriver(const QString &driver)
+{
+    m_odbcDriver = driver;
+}
+
+void DbConnection::open(const QString &connectionString, const QString &user,
+                        const QString &password, bool flag)
+{
+    Q_UNUSED(flag)
+    close();
+    const ConnectionTarget target = parseConnectionString(connectionString);
+    QSqlDatabase db;
+    QString login = user;
+    QString secret = password;
+    switch (dialect()) {
+    case Dialect::Embedded:
+        db = addEmbedded(target.database);
+        break;
+    case Dialect::MySql:
+        db = addMySql(target.server, target.database);
+        break;
+    case Dialect::Odbc:
+        // The ODBC driver pastes user and password into its connection
+        // string as they are.
+        login = odbcValue(user);
+        secret = odbcValue(password);
+        db = addOdbc(target.server, target.database);
+        break;
+    case Dialect::Unknown:
+        fail(u"Unsupported database type \"%1\"."_s.arg(m_type));
+        return;
+    }
+    if (m_failed)
+        return;
+    if (!db.open(login, secret))
+        fail(db.lastError().text());
+}
+
+void DbConnection::close()
+{
+    m_failed = false;
+    m_errorText.clear();
+    if (!QSqlDatabase::contains(m_connectionName))
+        return;
+    QSqlDatabase::database(m_connectionName, false).close();
+    QSqlDatabase::removeDatabase(m_connectionName);
+}
+
+bool DbConnection::isOpen() const
+{
+    return database().isOpen();
+}
+
+QSqlDatabase DbConnection::database() const
+{
+    return QSqlDatabase::database(m_connectionName, false);
+}
+
+DbConnection::Dialect DbConnection::dialect() const
+{
+    const QString type = m_type.trimmed();
+    if (type.isEmpty() || type.compare("ACCESS"_L1, Qt::CaseInsensitive) == 0)
+        return Dialect::Embedded;
+    if (type.compare("MYSQL"_L1, Qt::CaseInsensitive) == 0)
+        return Dialect::MySql;
+    if (type.compare("SQLSERVER"_L1, Qt::CaseInsensitive) == 0
+        || type.startsWith("SYBASE"_L1, Qt::CaseInsensitive))
+        return Dialect::Odbc;
+    return Dialect::Unknown;
+}
+
+QSqlDatabase DbConnection::addEmbedded(const QString &databaseName)
+{
+    if (databaseName.isEmpty()) {
+        fail(u"No database file named in the connection string."_s);
+        return {};
+    }
+    const QString path = embeddedFilePath(databaseName);
+    if (!QFileInfo(path).isFile()) {
+        fail(u"Database file not found: %1"_s.arg(QDir::toNativeSeparators(path)));
+        return {};
+    }
+    QSqlDatabase db = QSqlDatabase::addDatabase(u"QSQLITE"_s, m_connectionName);
+    db.setDatabaseName(path);
+    db.setConnectOptions(u"QSQLITE_OPEN_READONLY"_s);
+    return db;
+}
+
+QSqlDatabase DbConnection::addMySql(const QString &server, const QString &databaseName)
+{
+    const HostPort address = splitHostPort(server);
+    QSqlDatabase db = QSqlDatabase::addDatabase(u"QMYSQL"_s, m_connectionName);
+    db.setHostName(address.host);
+    db.setPort(address.port);
+    db.setDatabaseName(databaseName);
+    db.setConnectOptions(u"MYSQL_OPT_CONNECT_TIMEOUT=%1"_s.arg(ConnectTimeoutSeconds));
+    return db;
+}
+
+QSqlDatabase DbConnection::addOdbc(const QString &server, const QString &databaseName)
+{
+    const HostPort address = splitHostPort(server);
+    QString text = u"DRIVER=%1;SERVER=%2"_s.arg(bracedOdbcValue(m_odbcDriver), odbcValue(address.host));
+    if (address.port > 0)
+        text += u";PORT=%1"_s.arg(address.port);
+    text += u";DATABASE="_s + odbcValue(databaseName);
+    QSqlDatabase db = QSqlDatabase::addDatabase(u"QODBC"_s, m_connectionName);
+    db.setDatabaseName(text);
+    db.setConnectOptions(u"SQL_ATTR_LOGIN_TIMEOUT=%1"_s.arg(ConnectTimeoutSeconds));
+    return db;
+}
+
+// Names come from a Windows seal.ini: backslashes, drive letters and any
+// letter case.
+QString DbConnection::embeddedFilePath(const QString &databaseName) const
+{
+    QString name = paths::fromWindowsPath(databaseName);
+    if (QFileInfo(name).suffix().isEmpty())
+        name += ".db"_L1;
+    const QFileInfo info(name);
+    const QString folder = info.isAbsolute() ? info.path() : QDir(m_fileFolder).filePath(info.path());
+    return paths::findInDir(QDir::cleanPath(folder), info.fileName());
+}
+
+void DbConnection::fail(const QString &text)
+{
+    m_failed = true;
+    m_errorText = text;
+}
+
+} // namespace quarry

@@ -9,14 +9,19 @@ namespace quarry {
 
 // The database access library's connection: a dialect, an open with
 // "Server=...;Database=..." plus user and password, a failed flag and an
-// error text. Dialects (the seal.ini BASEMODE):
-//  - "ACCESS" (default): the embedded database, an SQLite file named by
-//    Database (".db" added when it has no extension), relative names in the
-//    file folder; opened read-only, a missing file is a failed open;
-//  - "MYSQL": Server is host or host:port;
+// error text. Dialects (the seal.ini BASEMODE, without regard to case):
+//  - "ACCESS" (default, also an empty type): the embedded database, an
+//    SQLite file named by Database (".db" added when it has no extension);
+//    a relative name is looked up in the file folder without regard to case,
+//    a Windows path is mapped to a local one. Opened read-only; a missing
+//    file is a failed open, never a new database;
+//  - "MYSQL": Server is host or host:port; the driver sets the session to
+//    utf8mb4;
 //  - "SQLSERVER" and "SYBASE...": ODBC through the driver set with
-//    setOdbcDriver().
-// Each object owns its own QtSql connection name and removes it when destroyed.
+//    setOdbcDriver(), Server host or host:port.
+// Any other type is a failed open.
+// Each object owns its own QtSql connection name and removes it when closed
+// or destroyed.
 class QUARRY_EXPORT DbConnection
 {
 public:
@@ -43,9 +48,20 @@ public:
     bool failed() const { return m_failed; }
     QString errorText() const { return m_errorText; }
 
+    // The open QtSql connection; an invalid one while closed. Do not keep
+    // copies beyond the call that uses them: close() removes the connection.
     QSqlDatabase database() const;
 
 private:
+    enum class Dialect { Embedded, MySql, Odbc, Unknown };
+
+    Dialect dialect() const;
+    QSqlDatabase addEmbedded(const QString &databaseName);
+    QSqlDatabase addMySql(const QString &server, const QString &databaseName);
+    QSqlDatabase addOdbc(const QString &server, const QString &databaseName);
+    QString embeddedFilePath(const QString &databaseName) const;
+    void fail(const QString &text);
+
     QString m_connectionName;
     QString m_type = QStringLiteral("ACCESS");
     QString m_fileFolder;

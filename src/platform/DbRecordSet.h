@@ -3,7 +3,6 @@
 #include <quarry/quarry_export.h>
 
 #include <QHash>
-#include <QList>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -20,22 +19,27 @@ class QUARRY_EXPORT DbRecordSet
 {
 public:
     // Throws QuarryError (number 2000, source "DbRecordSet.Open()", the
-    // driver's error text) when the connection is not open or the query fails.
+    // driver's error text) when the connection is not open or the query
+    // fails; the record set is then empty.
     void open(const QString &sql, const DbConnection &connection, const QVariantList &params = {});
     void close();
 
-    int recordCount() const { return int(m_rows.size()); }
-    bool bof() const { return m_rows.isEmpty(); }
-    bool eof() const { return m_row >= m_rows.size(); }
-    // The current row's field as text ("" for NULL). Throws QuarryError when
-    // there is no such field or no current row.
+    int recordCount() const { return m_columnCount ? int(m_values.size() / m_columnCount) : 0; }
+    // True when there are no rows (the set is read forward from its first row).
+    bool bof() const { return recordCount() == 0; }
+    bool eof() const { return m_row >= recordCount(); }
+    // The current row's field as text ("" for NULL; dates as yyyy-mm-dd,
+    // times as hh:mm:ss). Throws QuarryError when there is no such field or
+    // no current row.
     QString field(const QString &name) const;
+    // Past the last row it stays at eof.
     void moveNext();
 
 private:
     QHash<QString, int> m_columns; // lower-cased name -> index
-    QList<QStringList> m_rows;
-    qsizetype m_row = 0;
+    QStringList m_values;          // row after row, m_columnCount values each
+    int m_columnCount = 0;
+    int m_row = 0;
 };
 
 } // namespace quarry
