@@ -1,0 +1,241 @@
+#include "TestDatabases.h"
+
+#include "platform/DbConnection.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRandomGenerator>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
+
+#include <atomic>
+
+using namespace Qt::StringLiterals;
+
+namespace quarry::test {
+
+namespace {
+
+QString nextConnectionName()
+{
+    static std::atomic<int> counter{0};
+    return u"quarry-testdb-%1"_s.arg(++counter);
+}
+
+// The part of a line before its "--" comment; quoted tracks a string
+// literal that runs on from earlier lines.
+QString withoutComment(const QString &line, bool &quoted)
+{
+    for (qsizetype i = 0; i < line.size(); ++i) {
+        if (line.at(i) == u'\'')
+            quoted = !quoted;
+        else if (!quoted && line.at(i) == u'-' && line.sliced(i).startsWith("--"_L1))
+            return line.first(i);
+    }
+    return line;
+}
+
+QString missingDriver(const QString &driver)
+{
+    return QSqlDatabase::isDriverAvailable(driver)
+               ? QString()
+               : u"The Qt SQL driver %1 is not installed."_s.arg(driver);
+}
+
+} // namespace
+
+QList<Engine> allEngines()
+{
+    return {Engine::Sqlite, Engine::MariaDb, Engine::MariaDbOdbc};
+}
+
+QString engineName(Engine engine)
+{
+    switch (engine) {
+    case Engine::Sqlite:
+        return u"sqlite"_s;
+    case Engine::MariaDb:
+        return u"mariadb"_s;
+    case Engine::MariaDbOdbc:
+        return u"odbc"_s;
+    }
+    return {};
+}
+
+int mariaDbPort()
+{
+    const QString dir = qEnvironmentVariable("QUARRY_MARIADB_DIR");
+    QFile file(QDir(dir).filePath(u"port"_s));
+    if (dir.isEmpty() || !file.open(QIODevice::ReadOnly))
+        return 0;
+    return file.readAll().trimmed().toInt();
+}
+
+QString mariaDbServer()
+{
+    return u"127.0.0.1:%1"_s.arg(mariaDbPort());
+}
+
+QString missingEngine(Engine engine)
+{
+    if (engine == Engine::Sqlite)
+        return missingDriver(u"QSQLITE"_s);
+    if (mariaDbPort() == 0)
+        return u"No MariaDB test server: run this test through CTest, whose fixture \"mariadb\" "
+               "starts one and sets QUARRY_MARIADB_DIR."_s;
+    return missingDriver(engine == Engine::MariaDb ? u"QMYSQL"_s : u"QODBC"_s);
+}
+
+bool enginesRequired()
+{
+    return qEnvironmentVariable("CI").compare("true"_L1, Qt::CaseInsensitive) == 0;
+}
+
+QStringList splitSqlScript(const QString &script)
+{
+    QStringList statements;
+    QString current;
+    bool quoted = false;
+    const auto take = [&statements](QString statement) {
+        statement = statement.trimmed();
+        if (statement.endsWith(u';'))
+            statement.chop(1);
+        statement = statement.trimmed();
+        if (!statement.isEmpty())
+            statements.append(statement);
+    };
+    for (const QString &line : script.split(u'\n')) {
+        current += withoutComment(line, quoted) + u'\n';
+        if (!quoted && current.trimmed().endsWith(u';')) {
+            take(current);
+            current.clear();
+        }
+    }
+    take(current);
+    return statements;
+}
+
+TestDatabase::TestDatabase(Engine engine, const QString &folder, const QString &name)
+    : m_engine(engine)
+    , m_folder(folder)
+    , m_name(name)
+    , m_connectionName(nextConnectionName())
+{
+    if (engine != Engine::Sqlite) {
+        m_valid = createMariaDb();
+        return;
+    }
+    QSqlDatabase db = QSqlDatabase::addDatabase(u"QSQLITE"_s, m_connectionName);
+    db.setDatabaseName(QDir(folder).filePath(name + ".db"_L1));
+    m_valid = db.open();
+    if (!m_valid)
+        m_errorText = db.lastError().text();
+}
+
+TestDatabase::~TestDatabase()
+{
+    {
+        QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
+        if (m_engine != Engine::Sqlite && db.isOpen())
+            QSqlQuery(db).exec("DROP DATABASE IF EXISTS "_L1 + m_name);
+        db.close();
+    }
+    QSqlDatabase::removeDatabase(m_connectionName);
+}
+
+// Unique across test programs running at the same time on the one server.
+bool TestDatabase::createMariaDb()
+{
+    const int port = mariaDbPort();
+    if (port == 0) {
+        m_errorText = missingEngine(m_engine);
+        return false;
+    }
+    m_name = u"quarry_%1_%2"_s.arg(m_name.toLower())
+                 .arg(QRandomGenerator::global()->generate64(), 16, 16, QChar(u'0'));
+    QSqlDatabase db = QSqlDatabase::addDatabase(u"QMYSQL"_s, m_connectionName);
+    db.setHostName(u"127.0.0.1"_s);
+    db.setPort(port);
+    if (!db.open(u"BISOL"_s, u"KORMANTE"_s)) {
+        m_errorText = db.lastError().text();
+        return false;
+    }
+    return runAll({u"SET NAMES utf8mb4"_s,
+                   u"SET SESSION sql_mode = CONCAT(@@sql_mode, ',NO_BACKSLASH_ESCAPES')"_s,
+                   u"CREATE DATABASE %1 CHARACTER SET utf8mb4 COLLATE utf8mb4_general_ci"_s.arg(m_name),
+                   "USE "_L1 + m_name});
+}
+
+bool TestDatabase::loadScript(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        m_errorText = u"Cannot read %1: %2"_s.arg(path, file.errorString());
+        return false;
+    }
+    return execute(QString::fromUtf8(file.readAll()));
+}
+
+bool TestDatabase::execute(const QString &script)
+{
+    return runAll(splitSqlScript(script));
+}
+
+bool TestDatabase::runAll(const QStringList &statements)
+{
+    QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
+    if (!db.isOpen()) {
+        m_errorText = u"The test database is not open."_s;
+        return false;
+    }
+    db.transaction();
+    for (const QString &statement : statements) {
+        QSqlQuery query(db);
+        if (!query.exec(statement)) {
+            m_errorText = u"%1\n%2"_s.arg(statement, query.lastError().text());
+            db.rollback();
+            return false;
+        }
+    }
+    db.commit();
+    return true;
+}
+
+QString TestDatabase::baseMode() const
+{
+    switch (m_engine) {
+    case Engine::Sqlite:
+        return u"ACCESS"_s;
+    case Engine::MariaDb:
+        return u"MYSQL"_s;
+    case Engine::MariaDbOdbc:
+        return u"SQLSERVER"_s;
+    }
+    return {};
+}
+
+QString TestDatabase::odbcDriver() const
+{
+    return m_engine == Engine::MariaDbOdbc ? u"MariaDB Unicode"_s : QString();
+}
+
+QString TestDatabase::server() const
+{
+    return m_engine == Engine::Sqlite ? QString() : mariaDbServer();
+}
+
+QString TestDatabase::connectionString() const
+{
+    return u"Server=%1;Database=%2"_s.arg(server(), m_name);
+}
+
+void TestDatabase::prepare(DbConnection &connection) const
+{
+    connection.setDatabaseType(baseMode());
+    connection.setFileFolder(m_folder);
+    if (m_engine == Engine::MariaDbOdbc)
+        connection.setOdbcDriver(odbcDriver());
+}
+
+} // namespace quarry::test
