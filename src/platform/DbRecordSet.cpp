@@ -59,6 +59,8 @@ QString bindOdbcParameters(const QSqlQuery &query, const QVariantList &params,
                            OdbcParameters &bound)
 {
     static_assert(sizeof(SQLWCHAR) == sizeof(char16_t));
+    if (params.isEmpty())
+        return {};
     const QVariant handle = query.result()->handle();
     if (handle.metaType() != QMetaType::fromType<SQLHANDLE>())
         return u"The ODBC driver gave no statement to bind parameters to."_s;
