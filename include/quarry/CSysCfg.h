@@ -200,6 +200,37 @@ private:
     qint16 GetMaxLength(const QList<qint16> &values, qint16 count) const;
     QString GetParamValue(const QString &section, const QString &key, const QString &defaultValue);
 
+    // The file a profile-function call reads or writes: IniPath for "SEAL.INI".
+    QString iniFileFor(const QString &fileName) const;
+
+    // Readers used by GetParameter: each reads one key from the snapshot of
+    // seal.ini, records it in the log and converts it.
+    QString readString(const QString &section, const QString &key, const QString &defaultValue);
+    qint16 readInteger(const QString &section, const QString &key, const QString &defaultValue);
+    qint32 readLong(const QString &section, const QString &key, const QString &defaultValue);
+    double readDouble(const QString &section, const QString &key, const QString &defaultValue);
+    qint16 readCount(const QString &section, const QString &key, const QString &defaultValue);
+    QStringList readStrings(const QString &section, const QString &prefix, qint16 count,
+                            const QString &defaultValue);
+    QList<qint16> readIntegers(const QString &section, const QString &prefix, qint16 count);
+
+    void readDatabaseSettings();
+    void readBankParam();
+    void readAccountLists();
+    void readCodeLists();
+    void readStationSettings();
+    void readNetParam();
+    void readCentreSettings();
+    void readTellerAdministration();
+    void readAuditAndFtp();
+    void readPrintAndSeries();
+    void readDoubleSealSettings();
+    void readSealCardAndFlags();
+    void readProfile();
+    void readProfileKeys();
+
+    const IniFile *m_snapshot = nullptr; // seal.ini while GetParameter runs
+
     // Lazily read values and their "not read yet" marks.
     qint16 PreChequeNoLength = -1;
     QString ParamHostIp;
