@@ -29,12 +29,15 @@ public:
     // the key at the end of its section, or the section at the end of the
     // file) and keeps every other byte, the encoding and the line endings.
     // Writes through a temporary file and a rename. False when the file
-    // could not be written.
+    // could not be read or written, and for a section, key or value that
+    // would not read back as written (a line break or NUL anywhere, a "]" in
+    // the section, an empty key or one with "=" or starting with ";" or "[");
+    // the file is then left as it was.
     static bool write(const QString &path, const QString &section, const QString &key,
                       const QString &value);
 
 private:
-    // Lower-cased section name -> lower-cased key -> value.
+    // Case-folded section name -> case-folded key -> value.
     QHash<QString, QHash<QString, QString>> m_sections;
 };
 
