@@ -1,0 +1,36 @@
+#pragma once
+
+#include <quarry/quarry_export.h>
+
+#include <QLineEdit>
+#include <QStringView>
+
+namespace quarry {
+
+// A date or time box in the manner of the masked edit control the operators
+// know: fixed separators, a blank in every position not typed yet, and a
+// text that keeps those blanks ("2009-1 -5 " for a half-typed date). The
+// mask admits only yyyy-mm-dd, so a filled date box needs no reformatting
+// when the operator leaves it.
+class QUARRY_EXPORT MaskEdBox : public QLineEdit
+{
+    Q_OBJECT
+
+public:
+    enum class Kind { Date, Time };
+
+    static constexpr QStringView EmptyDate = u"    -  -  ";
+    static constexpr QStringView EmptyTime = u"  :  :  ";
+
+    explicit MaskEdBox(Kind kind, QWidget *parent = nullptr);
+
+    // The text with its blanks in place. QLineEdit::text() drops them.
+    QString maskedText() const;
+    // Nothing typed: the text is the empty mask.
+    bool isBlank() const;
+
+private:
+    Kind m_kind;
+};
+
+} // namespace quarry

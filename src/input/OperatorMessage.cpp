@@ -1,0 +1,39 @@
+#include "input/OperatorMessage.h"
+
+#include <QMessageBox>
+
+using namespace Qt::StringLiterals;
+
+namespace quarry {
+
+namespace {
+
+QMessageBox::StandardButton showBox(QWidget *dialog, QMessageBox::Icon icon, const QString &text,
+                                    QMessageBox::StandardButtons buttons,
+                                    QMessageBox::StandardButton defaultButton)
+{
+    QMessageBox box(icon, u"提示信息"_s, text, buttons, dialog);
+    box.setDefaultButton(defaultButton);
+    return static_cast<QMessageBox::StandardButton>(box.exec());
+}
+
+} // namespace
+
+void warnOperator(QWidget *dialog, const QString &text)
+{
+    showBox(dialog, QMessageBox::Warning, text, QMessageBox::Ok, QMessageBox::Ok);
+}
+
+void informOperator(QWidget *dialog, const QString &text)
+{
+    showBox(dialog, QMessageBox::Information, text, QMessageBox::Ok, QMessageBox::Ok);
+}
+
+bool askOperator(QWidget *dialog, const QString &text)
+{
+    return showBox(dialog, QMessageBox::Question, text, QMessageBox::Yes | QMessageBox::No,
+                   QMessageBox::No)
+        == QMessageBox::Yes;
+}
+
+} // namespace quarry
