@@ -41,7 +41,6 @@ FrmDate::FrmDate()
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(fields);
     layout->addWidget(buttons);
-    layout->setSizeConstraint(QLayout::SetFixedSize);
     setTabOrder(MaskBoxKs, MaskBoxJs);
     setTabOrder(MaskBoxJs, cmdOK);
     setTabOrder(cmdOK, cmdCancel);

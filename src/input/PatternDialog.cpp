@@ -27,7 +27,6 @@ PatternDialog::PatternDialog(const QString &name, const QString &title, const QS
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(label);
     layout->addWidget(m_box);
-    layout->setSizeConstraint(QLayout::SetFixedSize);
 }
 
 void PatternDialog::setMaxLength(qint32 length)
