@@ -35,7 +35,7 @@ Storage detectStorage(const QByteArray &bytes)
     if (bytes.startsWith("\xFE\xFF"))
         return {"UTF-16BE", 2, 2, true};
     QStringDecoder utf8(QStringConverter::Utf8, QStringConverter::Flag::Stateless);
-    (void)utf8.decode(bytes);
+    [[maybe_unused]] const QString decoded = utf8.decode(bytes); // decode() itself is lazy
     return {utf8.hasError() ? "GB18030" : "UTF-8", 0, 1, false};
 }
 

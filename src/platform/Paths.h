@@ -24,8 +24,8 @@ QUARRY_EXPORT QString findInDir(const QString &dir, const QString &name);
 QUARRY_EXPORT QString fromWindowsPath(const QString &path);
 
 // An INI file name as the profile functions resolve it: a relative name in
-// systemIniDir(), a Windows path mapped by fromWindowsPath(); the last
-// component found without regard to case.
+// systemIniDir(), a Windows path mapped by fromWindowsPath(); each component
+// found without regard to case (the configuration upper-cases whole paths).
 QUARRY_EXPORT QString resolveIniFile(const QString &name);
 
 // $USERPROFILE, else $HOME.
