@@ -42,7 +42,7 @@ QString generatedIni()
     ini += u"\n[NETPARAM]\nHOST=10.11.1.11\nPCNO=3\n"
            u"[HYADM]\nHYDHLEN=4\nHYPWDLEN=6\nAUDITHY=1\n"
            u"[USER]\nMODE=Vefos\nQueryHintMode=2\n"_s;
-    for (int i = 0; i < 60; ++i)
+    for (int i = 0; i < 100; ++i)
         ini += u"; note %1 left by an administrator\n"_s.arg(i);
     return ini;
 }

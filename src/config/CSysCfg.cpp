@@ -60,8 +60,9 @@ std::optional<double> leadingNumber(const QString &text)
 {
     static const QRegularExpression number(
         u"^[+-]?(\\d+\\.?\\d*|\\.\\d+)([eEdD][+-]?\\d+)?"_s);
+    static const QRegularExpression blanks(u"[ \\t\\r\\n]"_s);
     QString compact = text;
-    compact.remove(QRegularExpression(u"[ \\t\\r\\n]"_s));
+    compact.remove(blanks);
     const QRegularExpressionMatch match = number.match(compact);
     if (!match.hasMatch())
         return 0.0;
@@ -574,7 +575,7 @@ void CSysCfg::readAccountLists()
     ACCNOTYPE = readStrings(section, u"ACCNOTYPE("_s, TOTALACCNO, defaultPattern);
     ACCNOLEN.clear();
     for (const QString &pattern : std::as_const(ACCNOTYPE))
-        ACCNOLEN.append(qint16(std::min<qsizetype>(pattern.size(), MaxValueLength)));
+        ACCNOLEN.append(qint16(pattern.size()));
 
     TOTALBANKACCNO = readCount(section, u"TOTALBANKACCNO"_s, u"-1"_s);
     if (TOTALBANKACCNO == -1) {
