@@ -7,7 +7,6 @@
 #include "platform/Paths.h"
 #include "platform/SystemMessage.h"
 
-#include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QScopeGuard>
@@ -30,7 +29,7 @@ constexpr qsizetype MaxUserProfileLength = 200;
 
 // Run-time errors carry the project's name as their source, as the old
 // run-time reported them; the detail says which value caused it.
-[[noreturn]] void raise(qint32 number, const QString &detail)
+[[noreturn]] void throwRunTimeError(qint32 number, const QString &detail)
 {
     QString reason;
     switch (number) {
@@ -47,15 +46,16 @@ constexpr qsizetype MaxUserProfileLength = 200;
     throw QuarryError(number, u"Quarry"_s, reason + u"："_s + detail);
 }
 
-[[noreturn]] void raise(qint32 number, const QString &section, const QString &key,
-                        const QString &value)
+[[noreturn]] void throwRunTimeError(qint32 number, const QString &section, const QString &key,
+                                    const QString &value)
 {
-    raise(number, u"[%1] %2=%3"_s.arg(section, key, value));
+    throwRunTimeError(number, u"[%1] %2=%3"_s.arg(section, key, value));
 }
 
-// The number at the start of the text, 0 when there is none. Blanks, tabs
-// and line breaks anywhere in it are skipped, and "D" works as the exponent
-// letter, as the lenient conversion always did.
+// The number at the start of the text, 0 when there is none, nothing when it
+// is too large for a Double. Blanks, tabs and line breaks anywhere in it are
+// skipped, and "D" works as the exponent letter, as the lenient conversion
+// always did.
 std::optional<double> leadingNumber(const QString &text)
 {
     static const QRegularExpression number(
@@ -102,7 +102,7 @@ T lenientInteger(const QString &section, const QString &key, const QString &valu
     const std::optional<double> number = leadingNumber(value);
     const std::optional<T> result = number ? roundedInteger<T>(*number) : std::nullopt;
     if (!result)
-        raise(QuarryError::Overflow, section, key, value);
+        throwRunTimeError(QuarryError::Overflow, section, key, value);
     return *result;
 }
 
@@ -110,7 +110,7 @@ double lenientDouble(const QString &section, const QString &key, const QString &
 {
     const std::optional<double> number = leadingNumber(value);
     if (!number)
-        raise(QuarryError::Overflow, section, key, value);
+        throwRunTimeError(QuarryError::Overflow, section, key, value);
     return *number;
 }
 
@@ -118,10 +118,10 @@ qint16 strictInteger(const QString &section, const QString &key, const QString &
 {
     const std::optional<double> number = strictNumber(value);
     if (!number)
-        raise(QuarryError::TypeMismatch, section, key, value);
+        throwRunTimeError(QuarryError::TypeMismatch, section, key, value);
     const std::optional<qint16> result = roundedInteger<qint16>(*number);
     if (!result)
-        raise(QuarryError::Overflow, section, key, value);
+        throwRunTimeError(QuarryError::Overflow, section, key, value);
     return *result;
 }
 
@@ -147,7 +147,7 @@ template<typename T>
 T element(const QList<T> &list, qint16 index, const T &fallback, const QString &listName)
 {
     if (index < 0)
-        raise(QuarryError::SubscriptOutOfRange, u"%1(%2)"_s.arg(listName).arg(index));
+        throwRunTimeError(QuarryError::SubscriptOutOfRange, u"%1(%2)"_s.arg(listName).arg(index));
     return index < list.size() ? list.at(index) : fallback;
 }
 
@@ -156,7 +156,7 @@ T element(const QList<T> &list, qint16 index, const T &fallback, const QString &
 void requireDimension(const QString &section, const QString &key, qint16 count)
 {
     if (count < 1)
-        raise(QuarryError::SubscriptOutOfRange, section, key, QString::number(count));
+        throwRunTimeError(QuarryError::SubscriptOutOfRange, section, key, QString::number(count));
 }
 
 QString countedKey(const QString &prefix, qsizetype index)
