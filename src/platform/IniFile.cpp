@@ -149,10 +149,11 @@ QString profileValue(QStringView raw)
     return raw.toString();
 }
 
-// Section and key names compare without regard to case.
+// Section and key names compare without regard to case and to the blanks
+// around them, whether they come from the file or from the caller.
 QString nameKey(QStringView name)
 {
-    return name.toString().toCaseFolded();
+    return trimBlanks(name).toString().toCaseFolded();
 }
 
 struct Line {
