@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace quarry {
+
+class CQuarry;
+
+// One CQuarry operation as quarry-ask's command line names it.
+struct AskCommand
+{
+    enum class Operation { Clerk, Yjk, Acc, Branch, Date, Complex, ComplexEx };
+
+    Operation operation = Operation::Date;
+    qint32 length = 0; // clerk, yjk, acc, branch
+    QString logType;   // complex, complex-ex
+    QList<qint16> idsA, idsB;
+    QStringList namesA, namesB;
+    qint32 clerkLength = 0, accLength = 0, chequeLength = 0;
+    bool showWdh = false, showYjk = false, showOpCode = false;
+};
+
+// What the command line asks for: a command, the help text, or an error
+// message for a command line that makes no sense.
+struct AskRequest
+{
+    std::optional<AskCommand> command;
+    bool help = false;
+    QString error;
+};
+
+// The arguments after the program name.
+AskRequest parseAskArguments(const QStringList &arguments);
+QString askUsage();
+// Shows the command's dialog; the condition is then in quarry.SQLStr().
+void runAskCommand(CQuarry &quarry, const AskCommand &command);
+
+} // namespace quarry

@@ -1,0 +1,43 @@
+// quarry-ask: the CQuarry operations from the command line, for hosts in
+// other languages and for scripts. See askUsage() for the syntax.
+
+#include "AskCommand.h"
+
+#include <quarry/CQuarry.h>
+#include <quarry/QuarryError.h>
+
+#include <QApplication>
+#include <QTextStream>
+
+#include <cstdio>
+
+using namespace Qt::StringLiterals;
+
+int main(int argc, char *argv[])
+{
+    QApplication app(argc, argv);
+    QTextStream out(stdout);
+    QTextStream err(stderr);
+
+    const quarry::AskRequest request = quarry::parseAskArguments(app.arguments().mid(1));
+    if (request.help) {
+        out << quarry::askUsage();
+        return 0;
+    }
+    if (!request.command) {
+        err << u"quarry-ask: "_s << request.error << u"\n\n"_s << quarry::askUsage();
+        return 2;
+    }
+    try {
+        quarry::CQuarry quarry;
+        quarry::runAskCommand(quarry, *request.command);
+        if (quarry.SQLStr().isEmpty())
+            return 1;
+        out << quarry.SQLStr() << u"\n"_s;
+        return 0;
+    } catch (const quarry::QuarryError &error) {
+        err << u"quarry-ask: "_s << error.source() << u": "_s << error.description()
+            << u" ("_s << error.number() << u")\n"_s;
+        return 3;
+    }
+}
