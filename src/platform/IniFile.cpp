@@ -223,16 +223,16 @@ QByteArray lineBreak(const Document &document, QStringEncoder &encoder)
 // A new line after the line at index, or at the end of a document without
 // lines.
 Splice insertLine(const Document &document, qsizetype index, const QByteArray &text,
-                  const QByteArray &lineBreak)
+                  const QByteArray &newLine)
 {
     if (index < 0) {
         const qsizetype end = document.bytes.size();
-        return {end, end, text + lineBreak};
+        return {end, end, text + newLine};
     }
     const LineSpan &after = document.lines[index].span;
     if (after.next == after.end) // the last line, without a line break
-        return {after.end, after.end, lineBreak + text};
-    return {after.next, after.next, text + lineBreak};
+        return {after.end, after.end, newLine + text};
+    return {after.next, after.next, text + newLine};
 }
 
 Splice spliceFor(const Document &document, const QString &section, const QString &key,
