@@ -1,5 +1,6 @@
 #include "input/OperatorMessage.h"
 
+#include <QAbstractButton>
 #include <QMessageBox>
 
 using namespace Qt::StringLiterals;
@@ -13,6 +14,13 @@ QMessageBox::StandardButton showBox(QWidget *dialog, QMessageBox::Icon icon, con
                                     QMessageBox::StandardButton defaultButton)
 {
     QMessageBox box(icon, u"提示信息"_s, text, buttons, dialog);
+    // The operators read Chinese whatever translations the host has loaded.
+    const std::pair<QMessageBox::StandardButton, QString> captions[] = {
+        {QMessageBox::Ok, u"确定"_s}, {QMessageBox::Yes, u"是(&Y)"_s}, {QMessageBox::No, u"否(&N)"_s}};
+    for (const auto &[button, caption] : captions) {
+        if (QAbstractButton *shown = box.button(button))
+            shown->setText(caption);
+    }
     box.setDefaultButton(defaultButton);
     return static_cast<QMessageBox::StandardButton>(box.exec());
 }
