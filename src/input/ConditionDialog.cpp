@@ -20,8 +20,8 @@ void ConditionDialog::applyMaxLength(QLineEdit &box, qint32 length)
         throw QuarryError(QuarryError::DataError, box.objectName() + u".MaxLength"_s,
                           u"文本框 %1 的最大长度不能为负数（%2）。"_s.arg(box.objectName()).arg(length));
     }
-    // QLineEdit's own default is its "no limit".
-    box.setMaxLength(length == 0 ? QLineEdit().maxLength() : length);
+    constexpr qint32 NoLimit = 32767; // QLineEdit's own default
+    box.setMaxLength(length == 0 ? NoLimit : length);
 }
 
 } // namespace quarry

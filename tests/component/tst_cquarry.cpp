@@ -218,12 +218,8 @@ void TestCQuarry::patternConditions_data()
 
     QTest::newRow("yjk: first * only")
         << u"yjk"_s << QString() << u"12*34*"_s << false << u" Where YJKNUMBER like '12%34*'"_s;
-    QTest::newRow("yjk: trimmed, ? is one character")
-        << u"yjk"_s << QString() << u"  1?3  "_s << false << u" Where YJKNUMBER like '1_3'"_s;
     QTest::newRow("yjk: quote dropped")
         << u"yjk"_s << QString() << u"12'3"_s << false << u" Where YJKNUMBER like '123'"_s;
-    QTest::newRow("yjk: empty")
-        << u"yjk"_s << QString() << QString() << false << u" Where YJKNUMBER like '%'"_s;
     QTest::newRow("yjk: keypad Enter")
         << u"yjk"_s << QString() << u"9"_s << true << u" Where YJKNUMBER like '9'"_s;
     QTest::newRow("branch: empty")
@@ -232,19 +228,12 @@ void TestCQuarry::patternConditions_data()
     QTest::newRow("branch: both cases")
         << u"branch"_s << QString() << u"Ab*"_s << false
         << u" where  ( WDH LIKE 'AB%' or  WDH LIKE 'ab%')"_s;
-    QTest::newRow("branch: not trimmed")
-        << u"branch"_s << QString() << u" 01"_s << false
-        << u" where  ( WDH LIKE ' 01' or  WDH LIKE ' 01')"_s;
     QTest::newRow("acc: wildcard")
         << u"acc"_s << QString() << u"6222*"_s << true << u" Where AccNo like '6222%'"_s;
-    QTest::newRow("acc: empty under another profile")
-        << u"acc"_s << u"Hilur"_s << u"  "_s << false << u" Where AccNo like '%'"_s;
     QTest::newRow("acc: backslash and brackets refused")
         << u"acc"_s << QString() << u"1\\2[3]4"_s << false << u" Where AccNo like '1234'"_s;
     QTest::newRow("clerk")
         << u"clerk"_s << QString() << u"00?"_s << false << u" Where OpCode like  '00_'"_s;
-    QTest::newRow("clerk: not trimmed")
-        << u"clerk"_s << QString() << u" 7"_s << false << u" Where OpCode like  ' 7'"_s;
     QTest::newRow("clerk: profile 39 adds the name")
         << u"clerk"_s << u"Hilur"_s << u"00?"_s << false
         << u" Where OpCode like  '00_' or  OpName like '00_'"_s;
@@ -253,9 +242,6 @@ void TestCQuarry::patternConditions_data()
     QTest::newRow("cheque: a prefix")
         << u"cheque"_s << u"Bunar"_s << u"12"_s << false
         << u" Where ChequeSeriesNo like  '12%'"_s;
-    QTest::newRow("cheque: trimmed, empty")
-        << u"cheque"_s << u"Bunar"_s << u" "_s << false
-        << u" Where ChequeSeriesNo like  '%%'"_s;
 }
 
 void TestCQuarry::patternConditions()
@@ -470,12 +456,9 @@ void TestCQuarry::dateConditions_data()
     QTest::newRow("end only") << QString() << u"20091231"_s << between("1980-01-01", "2009-12-31") << noMessage << QString();
     QTest::newRow("start only") << u"20090105"_s << QString() << between("2009-01-05", "3000-01-01") << noMessage << QString();
     QTest::newRow("equal dates") << u"20090228"_s << u"20090228"_s << between("2009-02-28", "2009-02-28") << noMessage << QString();
-    QTest::newRow("leap day") << u"20080229"_s << u"20080301"_s << between("2008-02-29", "2008-03-01") << noMessage << QString();
     QTest::newRow("start 30 February") << u"20090230"_s << QString() << QString() << startWrong << u"MaskBoxKs"_s;
     QTest::newRow("start partly typed") << u"2009023"_s << u"20091231"_s << QString() << startWrong << u"MaskBoxKs"_s;
-    QTest::newRow("start month 13") << u"20091301"_s << QString() << QString() << startWrong << u"MaskBoxKs"_s;
     QTest::newRow("end 29 February 2009") << QString() << u"20090229"_s << QString() << endWrong << u"MaskBoxJs"_s;
-    QTest::newRow("end year only") << u"20090101"_s << u"2009"_s << QString() << endWrong << u"MaskBoxJs"_s;
     QTest::newRow("end before start") << u"20090301"_s << u"20090228"_s << QString() << endBefore << u"MaskBoxJs"_s;
     QTest::newRow("end before default start") << QString() << u"19791231"_s << QString() << endBefore << u"MaskBoxJs"_s;
 }
