@@ -108,6 +108,7 @@ void TestPublicFunction::conditions_data()
     QTest::newRow("clerk") << u"clerk"_s << u"0?1"_s << u" Where OpCode like  '0_1'"_s;
     QTest::newRow("clerk 39") << u"clerk39"_s << u"王*"_s << u" Where OpCode like  '王%' or  OpName like '王%'"_s;
     QTest::newRow("cheque") << u"cheque"_s << u"12"_s << u" Where ChequeSeriesNo like  '12%'"_s;
+    QTest::newRow("cheque blank") << u"cheque"_s << u" "_s << u" Where ChequeSeriesNo like  '%%'"_s;
     QTest::newRow("cheque with *") << u"cheque"_s << u"1*2"_s << u" Where ChequeSeriesNo like  '1%2%'"_s;
     // What could end the literal or widen the LIKE on some dialect.
     QTest::newRow("quote") << u"acc"_s << u"1' or '1'='1"_s << u" Where AccNo like '1 or 1=1'"_s;
