@@ -2,6 +2,9 @@
 
 #include "AskCommand.h"
 
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -19,6 +22,8 @@ private Q_SLOTS:
     void refused();
     void complexOptions();
     void help();
+    void exitStatus_data();
+    void exitStatus();
 };
 
 using Operation = AskCommand::Operation;
@@ -110,6 +115,50 @@ void TestQuarryAsk::help()
 {
     QVERIFY(parseAskArguments({u"--help"_s}).help);
     QVERIFY(parseAskArguments({u"acc"_s, u"-h"_s}).help);
+}
+
+// The program itself, for the calls that show no dialog.
+void TestQuarryAsk::exitStatus_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("output");
+    QTest::addColumn<QString>("error"); // a part of standard error
+
+    QTest::newRow("help") << QStringList{u"--help"_s} << 0 << u"Usage:"_s << QString();
+    QTest::newRow("bad arguments") << QStringList{u"acc"_s, u"x"_s} << 2 << QString() << u"not a length: x"_s;
+    QTest::newRow("nothing to ask") << QStringList{u"complex"_s, u"YZXCLRZ"_s} << 1 << QString() << QString();
+    QTest::newRow("other extended log") << QStringList{u"complex-ex"_s, u"YWRZ"_s} << 1 << QString() << QString();
+    QTest::newRow("component error") << QStringList{u"complex"_s, u"YWRZ"_s} << 3 << QString()
+                                     << u"CQuarry.showComplex(): 日志类型“YWRZ”"_s;
+}
+
+void TestQuarryAsk::exitStatus()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(int, status);
+    QFETCH(QString, output);
+    QFETCH(QString, error);
+
+    QTemporaryDir systemDir;
+    QFile ini(systemDir.filePath(u"SEAL.INI"_s));
+    QVERIFY(ini.open(QIODevice::WriteOnly));
+    ini.write("[SBMK]\r\nDoubleSealQuota=0\r\n");
+    ini.close();
+
+    QProcess ask;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"QUARRY_SYSTEM_DIR"_s, systemDir.path());
+    environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
+    ask.setProcessEnvironment(environment);
+    ask.start(QStringLiteral(QUARRY_ASK_PROGRAM), arguments);
+    QVERIFY(ask.waitForFinished());
+    QCOMPARE(ask.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(ask.exitCode(), status);
+    const QString out = QString::fromUtf8(ask.readAllStandardOutput());
+    QVERIFY2(output.isEmpty() ? out.isEmpty() : out.startsWith(output), qPrintable(out));
+    const QString err = QString::fromUtf8(ask.readAllStandardError());
+    QVERIFY2(err.contains(error), qPrintable(err));
 }
 
 } // namespace quarry
