@@ -6,7 +6,8 @@
 
 namespace quarry {
 
-// Asks for a teller code pattern (profile 39 also matches the teller's name); empty input follows the bank's empty-query rule.
+// Asks for a teller code pattern (profile 39 also matches the teller's name); empty input follows
+// the bank's empty-query rule.
 class QUARRY_EXPORT frmClerk : public PatternDialog
 {
     Q_OBJECT
