@@ -3,11 +3,14 @@
 #include <quarry/CSysCfg.h>
 #include <quarry/QuarryError.h>
 
+#include "platform/Paths.h"
+
 #include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QMessageBox>
 #include <QProcess>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -133,6 +136,7 @@ class TestCSysCfg : public QObject
 private slots:
     void locating_data();
     void locating();
+    void besideTheComponentWins();
     void keys_data();
     void keys();
     void conversions_data();
@@ -193,6 +197,26 @@ void TestCSysCfg::locating()
              QFileInfo(station.path(expected)).canonicalFilePath());
     QVERIFY(cfg.GetParameter());
     QCOMPARE(cfg.ProfileCode, qint16(22));
+}
+
+void TestCSysCfg::besideTheComponentWins()
+{
+    const QString beside = QDir(quarry::paths::componentDir()).filePath(u"seal.ini"_s);
+    if (QFile::exists(beside))
+        QSKIP("a seal.ini is installed beside the library");
+    Station station;
+    station.write(u"CONVERT.INI"_s, u"[SYSTEM]\nINITCFG=branch.ini\n"_s);
+    station.write(u"branch.ini"_s, u"[USER]\nMODE=Nelos\n"_s);
+    {
+        QFile file(beside);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("[USER]\nMODE=Refol\n");
+    }
+    const auto removeBeside = qScopeGuard([&beside] { QFile::remove(beside); });
+
+    CSysCfg cfg;
+    QCOMPARE(cfg.IniPath, beside);
+    QCOMPARE(cfg.GetINIData(u"USER"_s, u"MODE"_s, QString(), SealIni), u"Refol"_s);
 }
 
 void TestCSysCfg::keys_data()
