@@ -800,7 +800,8 @@ void CSysCfg::readDoubleSealSettings()
     IfChequeLenMustEqualMaxLen = readInteger(section, u"IfChequeLenMustEqualMaxLen"_s, u"1"_s);
     CheckUsefulLife = readInteger(section, u"CheckUsefulLife"_s, u"10"_s);
     TotalCheckUsefulLifeKind = readCount(section, u"TotalCheckUsefulLifeKind"_s, u"1"_s);
-    CheckUsefulLifeKind = readIntegers(section, u"CheckUsefulLifeKind("_s, TotalCheckUsefulLifeKind);
+    CheckUsefulLifeKind
+        = readIntegers(section, u"CheckUsefulLifeKind("_s, TotalCheckUsefulLifeKind);
     IfContinueByCheckUsefulLife = readInteger(section, u"IfContinueByCheckUsefulLife"_s, u"0"_s);
     IfQueryBlackListAndGs = readInteger(section, u"IfQueryBlackListAndGs"_s, u"0"_s);
     IfAllowPjReSeal = readInteger(section, u"IfAllowPjReSeal"_s, u"1"_s);

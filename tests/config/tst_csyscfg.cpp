@@ -85,7 +85,8 @@ public:
     // [SBMK] section of its own), read by a new object.
     std::unique_ptr<CSysCfg> load(const QString &text, bool *complete = nullptr) const
     {
-        write(u"seal.ini"_s, text.contains(u"[SBMK]"_s, Qt::CaseInsensitive) ? text : text + NoDatabase);
+        write(u"seal.ini"_s,
+            text.contains(u"[SBMK]"_s, Qt::CaseInsensitive) ? text : text + NoDatabase);
         auto cfg = std::make_unique<CSysCfg>();
         cfg->IniPath = path(u"seal.ini"_s);
         const bool read = cfg->GetParameter();
@@ -118,11 +119,12 @@ QString field(const CSysCfg &cfg, const QString &name)
         FIELD(HOSTSERVER), FIELD(PRINTLINES), FIELD(ONLINEHOST), FIELD(ONLINEPORT),
         FIELD(RECEIVEPATH), FIELD(USER), FIELD(HYDHLEN), FIELD(TRANPORT), FIELD(SFZHLEN),
         FIELD(PrintYjkNoFontSize), FIELD(IfGetAccnoByF8), FIELD(UPLOADTIME), FIELD(UploadPastDays),
-        FIELD(GSHOST), FIELD(GSPORT), FIELD(ChequeBatchNoLength), FIELD(PrintSeriesNoCurrenty_FirstSeal),
-        FIELD(YYZCS), FIELD(MoneyLen), FIELD(DoubleSealQuota), FIELD(YJKLENGTH),
-        FIELD(YjkInputLength), FIELD(gzenable), FIELD(JcManualSealEnable), FIELD(MODE),
-        FIELD(QueryHintMode), FIELD(FontSize), FIELD(CurrentX), FIELD(HostIp), FIELD(MaxSealCount),
-        FIELD(PrintReceiptCurrentY), FIELD(AccNoMaxLen), FIELD(TOTALBANKACCNO),
+        FIELD(GSHOST), FIELD(GSPORT), FIELD(ChequeBatchNoLength),
+        FIELD(PrintSeriesNoCurrenty_FirstSeal), FIELD(YYZCS), FIELD(MoneyLen),
+        FIELD(DoubleSealQuota), FIELD(YJKLENGTH), FIELD(YjkInputLength), FIELD(gzenable),
+        FIELD(JcManualSealEnable), FIELD(MODE), FIELD(QueryHintMode), FIELD(FontSize),
+        FIELD(CurrentX), FIELD(HostIp), FIELD(MaxSealCount), FIELD(PrintReceiptCurrentY),
+        FIELD(AccNoMaxLen), FIELD(TOTALBANKACCNO),
     };
     return fields.value(name)(cfg);
 }
@@ -255,7 +257,8 @@ void TestCSysCfg::keys_data()
     row("WDHMAXLEN follows WDHLEN", u"[BANKPARAM]\nWDHLEN=8\n"_s, u"WDHMAXLEN"_s, u"8"_s);
     row("WDHMINLEN own value", u"[BANKPARAM]\nWDHLEN=8\nWDHMINLEN=4\n"_s, u"WDHMINLEN"_s, u"4"_s);
     row("IFQUERYCENTRE read twice", u"[XTCHX]\nIFQUERYCENTRE=1\n"_s, u"IFQUERYCENTRE2"_s, u"1"_s);
-    row("HOSTSERVER follows HOST", u"[NETPARAM]\nHOST=10.0.0.9\n"_s, u"HOSTSERVER"_s, u"10.0.0.9"_s);
+    row("HOSTSERVER follows HOST", u"[NETPARAM]\nHOST=10.0.0.9\n"_s, u"HOSTSERVER"_s,
+        u"10.0.0.9"_s);
     row("GSHOST follows HOST", u"[NETPARAM]\nHOST=10.0.0.9\n"_s, u"GSHOST"_s, u"10.0.0.9"_s);
     row("online host", u"[ONLINEPARAM]\nHOST=on1\n[NETPARAM]\nHOST=net\n"_s, u"ONLINEHOST"_s,
         u"on1"_s);
@@ -273,7 +276,8 @@ void TestCSysCfg::keys_data()
     row("quota from the file", u"[SBMK]\nDoubleSealQuota=20000.5\n"_s, u"DoubleSealQuota"_s,
         u"20000.5"_s);
     row("input length follows", u"[YJK]\nYJKLENGTH=10\n"_s, u"YjkInputLength"_s, u"10"_s);
-    row("seal flags", u"[gzseal]\ngzenable=1\n[JC]\nJcManualSealEnable=1\n"_s, u"gzenable"_s, u"1"_s);
+    row("seal flags", u"[gzseal]\ngzenable=1\n[JC]\nJcManualSealEnable=1\n"_s, u"gzenable"_s,
+        u"1"_s);
     row("hint mode", u"[USER]\nQueryHintMode=2\n"_s, u"QueryHintMode"_s, u"2"_s);
     row("blanks trimmed", u"[BANKPARAM]\nSHDH=   12 34   \n"_s, u"SHDH"_s, u"12 34"_s);
     row("empty value is the default", u"[BANKPARAM]\nDEPARTID=\n"_s, u"DEPARTID"_s, u"1"_s);
@@ -284,7 +288,8 @@ void TestCSysCfg::keys_data()
     row("Hopas keys", u"[USER]\nMODE=Hopas\n[Hopas]\nCurrentX=250\n"_s, u"CurrentX"_s, u"250"_s);
     row("Hopas default", u"[USER]\nMODE=Hopas\n"_s, u"FontSize"_s, u"12"_s);
     row("Gugal keys", u"[USER]\nMODE=Gugal\n"_s, u"HostIp"_s, u"localhost"_s);
-    row("Zacen keys", u"[USER]\nMODE=Zacen\n[Zacen]\nMaxSealCount=5\n"_s, u"MaxSealCount"_s, u"5"_s);
+    row("Zacen keys", u"[USER]\nMODE=Zacen\n[Zacen]\nMaxSealCount=5\n"_s, u"MaxSealCount"_s,
+        u"5"_s);
     row("Zacen keys of another profile", u"[USER]\nMODE=Gugal\n[Zacen]\nMaxSealCount=5\n"_s,
         u"MaxSealCount"_s, u"0"_s);
     row("Gofos keys", u"[USER]\nMODE=Gofos\n"_s, u"PrintReceiptCurrentY"_s, u"100"_s);
@@ -427,7 +432,8 @@ void TestCSysCfg::listGetters()
     const auto cfg = station.load(
         u"[BANKPARAM]\nTOTALACCTYPE=2\nACCTYPE(0)=基本户\nTotalAccUse=1\nAccUse(0)=结算\n"
         u"TotalAccState=0\nAccState(0)=ignored\nTotalCurrencyId=1\nCurrencyId(0)=01\n"
-        u"[SBMK]\nTotalCheckUsefulLifeKind=2\nCheckUsefulLifeKind(0)=10\nCheckUsefulLifeKind(1)=30\n"
+        u"[SBMK]\nTotalCheckUsefulLifeKind=2\nCheckUsefulLifeKind(0)=10\n"
+        u"CheckUsefulLifeKind(1)=30\n"
         u"DoubleSealQuota=0\n"_s);
     QCOMPARE(cfg->GetAccType(0), u"基本户"_s);
     QCOMPARE(cfg->GetAccType(1), QString());
@@ -497,7 +503,8 @@ void TestCSysCfg::modeCodesKeepUnknown_data()
 
     QTest::newRow("UpperMode Letus") << u"UpperMode"_s << u"Letus"_s << u"普通网点"_s << 0;
     QTest::newRow("UpperMode unknown keeps") << u"UpperMode"_s << u"Letus"_s << u"Other"_s << 1;
-    QTest::newRow("UpperMode unknown, new object") << u"UpperMode"_s << u"Other"_s << u"Other"_s << 0;
+    QTest::newRow("UpperMode unknown, new object")
+        << u"UpperMode"_s << u"Other"_s << u"Other"_s << 0;
     QTest::newRow("SubMode Bivol") << u"SubMode"_s << u"信贷建库机"_s << u"Bivol"_s << 4;
     QTest::newRow("SubMode unknown keeps") << u"SubMode"_s << u"Teril"_s << u"Other"_s << 2;
     QTest::newRow("SubMode Gugul") << u"SubMode"_s << u"Other"_s << u"Gugul"_s << 3;
@@ -562,10 +569,12 @@ void TestCSysCfg::lazyGetters()
     const QHash<QString, Getter> getters = {
         {u"PreChequeNoLength"_s, [](CSysCfg &c) { return text(c.GetPreChequeNoLength()); }},
         {u"ParamHostIp"_s, [](CSysCfg &c) { return c.GetParamHostIp(); }},
-        {u"IfWriteAutoManualResult"_s, [](CSysCfg &c) { return text(c.GetIfWriteAutoManualResult()); }},
+        {u"IfWriteAutoManualResult"_s,
+            [](CSysCfg &c) { return text(c.GetIfWriteAutoManualResult()); }},
         {u"HyConfigEnable"_s, [](CSysCfg &c) { return text(c.GetHyConfigEnable()); }},
         {u"PrintLogMode"_s, [](CSysCfg &c) { return text(c.GetPrintLogMode()); }},
-        {u"TalasGsYjkPrintFontSize"_s, [](CSysCfg &c) { return text(c.GetTalasGsYjkPrintFontSize()); }},
+        {u"TalasGsYjkPrintFontSize"_s,
+            [](CSysCfg &c) { return text(c.GetTalasGsYjkPrintFontSize()); }},
         {u"TalasGsYjkPrintX"_s, [](CSysCfg &c) { return text(c.GetTalasGsYjkPrintX()); }},
         {u"TalasGsYjkPrintDateY"_s, [](CSysCfg &c) { return text(c.GetTalasGsYjkPrintDateY()); }},
         {u"DownloadFilePath"_s, [](CSysCfg &c) { return c.GetDownloadFilePath(); }},
@@ -677,15 +686,16 @@ void TestCSysCfg::doubleSealQuotaFromDatabase()
     Station station;
     quarry::test::TestDatabase local(engine, station.folder(), u"LOCAL"_s);
     QVERIFY2(local.isValid(), qPrintable(local.errorText()));
-    QVERIFY2(local.execute(
-                 u"CREATE TABLE parameter (ParamEnName VARCHAR(40), ParamCnName VARCHAR(60), "
-                 u"RegionName VARCHAR(40), wdh VARCHAR(20), ParamValue VARCHAR(255), IsValid INTEGER);\n"
-                 u"INSERT INTO parameter VALUES ('DoubleSealQuota', '', 'SBMK', '1102%', '80000', 1);\n"
-                 u"INSERT INTO parameter VALUES ('DoubleSealQuota', '', 'SBMK', '1103%', '50000', 1);\n"
-                 u"INSERT INTO parameter VALUES ('DoubleSealQuota', '', 'SBMK', '12%', '90000', 0);\n"
-                 u"INSERT INTO parameter VALUES ('DoubleSealQuota', '', 'HYADM', '%', '1', 1);\n"
-                 u"INSERT INTO parameter VALUES ('YYRate', '', 'SBMK', '%', '85', 1);\n"_s),
-             qPrintable(local.errorText()));
+    QVERIFY2(
+        local.execute(
+            u"CREATE TABLE parameter (ParamEnName VARCHAR(40), ParamCnName VARCHAR(60), "
+            u"RegionName VARCHAR(40), wdh VARCHAR(20), ParamValue VARCHAR(255), IsValid INTEGER);\n"
+            u"INSERT INTO parameter VALUES ('DoubleSealQuota', '', 'SBMK', '1102%', '80000', 1);\n"
+            u"INSERT INTO parameter VALUES ('DoubleSealQuota', '', 'SBMK', '1103%', '50000', 1);\n"
+            u"INSERT INTO parameter VALUES ('DoubleSealQuota', '', 'SBMK', '12%', '90000', 0);\n"
+            u"INSERT INTO parameter VALUES ('DoubleSealQuota', '', 'HYADM', '%', '1', 1);\n"
+            u"INSERT INTO parameter VALUES ('YYRate', '', 'SBMK', '%', '85', 1);\n"_s),
+        qPrintable(local.errorText()));
 
     const auto cfg = station.load(
         u"[DATABASESET]\nBASEMODE=%1\nODBCDRIVER=%2\n[SQLSERVER]\nSERVER=%3\nLOCALBASE=%4\n"
