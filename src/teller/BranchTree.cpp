@@ -1,12 +1,12 @@
 #include "teller/BranchTree.h"
 
-#include <QSet>
+#include <QHash>
+
+#include <vector>
 
 namespace quarry {
 
 namespace {
-
-using Children = QHash<QString, QStringList>;
 
 // MariaDB matches MASTERNO without regard to case and trailing blanks, so a
 // row may spell its parent differently from the code that found it.
@@ -18,63 +18,126 @@ QString comparable(const QString &code)
     return code.first(end).toCaseFolded();
 }
 
-// Files the rows of one level under their parents; the sub-branches not met
-// before make up the next level.
-QStringList addLevel(const QStringList &parents, const QList<BranchLink> &rows, Children &children,
-                     QSet<QString> &seen)
+// The branches met so far, numbered in the order they were met, and the
+// sub-branches of each by number: a head office has tens of thousands, so
+// each code is looked up once and the rest works on numbers.
+struct Branches
 {
-    const QSet<QString> exact(parents.cbegin(), parents.cend());
-    QHash<QString, QString> loose;
-    for (const QString &parent : parents)
-        loose.insert(comparable(parent), parent);
+    QStringList codes;
+    QHash<QString, qsizetype> numbers; // code -> number + 1
+    QList<QList<qsizetype>> children;
 
-    QStringList next;
-    for (const BranchLink &row : rows) {
-        const QString parent = exact.contains(row.masterNo) ? row.masterNo
-                                                            : loose.value(comparable(row.masterNo));
-        if (parent.isNull())
-            continue;
-        children[parent].append(row.wdh);
-        if (!seen.contains(row.wdh)) {
-            seen.insert(row.wdh);
-            next.append(row.wdh);
+    // The number of the branch, and whether it is new.
+    std::pair<qsizetype, bool> add(const QString &code)
+    {
+        qsizetype &slot = numbers[code];
+        if (slot != 0)
+            return {slot - 1, false};
+        slot = codes.size() + 1;
+        codes.append(code);
+        children.emplace_back();
+        return {slot - 1, true};
+    }
+};
+
+// Finds the parent of a row among the branches of the level. Rows come
+// grouped by parent, and nearly always name it exactly as it was asked for,
+// so the loose look-up is built only when a row needs it.
+class ParentFinder
+{
+public:
+    ParentFinder(const Branches &branches, const QList<qsizetype> &level)
+        : m_branches(branches)
+        , m_level(level)
+    {
+    }
+
+    // -1 when the row belongs to none of them.
+    qsizetype find(const QString &masterNo)
+    {
+        if (m_last >= 0 && masterNo == m_lastMaster)
+            return m_last;
+        qsizetype number = m_branches.numbers.value(masterNo) - 1;
+        if (number < 0)
+            number = loose().value(comparable(masterNo), -1);
+        m_lastMaster = masterNo;
+        m_last = number;
+        return number;
+    }
+
+private:
+    const QHash<QString, qsizetype> &loose()
+    {
+        if (m_loose.isEmpty()) {
+            for (qsizetype number : m_level)
+                m_loose.insert(comparable(m_branches.codes.at(number)), number);
         }
+        return m_loose;
+    }
+
+    const Branches &m_branches;
+    const QList<qsizetype> &m_level;
+    QHash<QString, qsizetype> m_loose;
+    QString m_lastMaster;
+    qsizetype m_last = -1;
+};
+
+// Files the rows read for one level under their parents; the sub-branches not
+// met before make up the next level.
+QList<qsizetype> addLevel(const QList<qsizetype> &level, const QList<BranchLink> &rows,
+                          Branches &branches)
+{
+    ParentFinder parents(branches, level);
+    QList<qsizetype> next;
+    for (const BranchLink &row : rows) {
+        const qsizetype parent = parents.find(row.masterNo);
+        if (parent < 0)
+            continue;
+        const auto [child, isNew] = branches.add(row.wdh);
+        branches.children[parent].append(child);
+        if (isNew)
+            next.append(child);
     }
     return next;
 }
 
-Children readChildren(const QString &root, const BranchTree::LevelReader &readLevel)
+Branches readBranches(const QString &root, const BranchTree::LevelReader &readLevel)
 {
-    Children children;
-    QSet<QString> seen{root};
-    QStringList level{root};
-    while (!level.isEmpty())
-        level = addLevel(level, readLevel(level), children, seen);
-    return children;
+    Branches branches;
+    branches.add(root);
+    QList<qsizetype> level{0};
+    while (!level.isEmpty()) {
+        QStringList codes;
+        codes.reserve(level.size());
+        for (qsizetype number : std::as_const(level))
+            codes.append(branches.codes.at(number));
+        level = addLevel(level, readLevel(codes), branches);
+    }
+    return branches;
 }
 
 } // namespace
 
 BranchTree::BranchTree(const QString &root, const LevelReader &readLevel)
 {
-    const Children children = readChildren(root, readLevel);
+    const Branches branches = readBranches(root, readLevel);
 
     // An explicit stack: a long chain of branches must not exhaust the call stack.
-    QSet<QString> listed;
-    QSet<QString> reported;
-    QStringList stack{root};
+    std::vector<bool> listed(branches.codes.size());
+    std::vector<bool> reported(branches.codes.size());
+    QList<qsizetype> stack{0};
     while (!stack.isEmpty()) {
-        const QString branch = stack.takeLast();
-        if (listed.contains(branch)) {
-            if (!reported.contains(branch)) {
-                reported.insert(branch);
-                m_repeated.append(branch);
+        const qsizetype branch = stack.takeLast();
+        if (listed[branch]) {
+            if (!reported[branch]) {
+                reported[branch] = true;
+                m_repeated.append(branches.codes.at(branch));
             }
             continue;
         }
-        listed.insert(branch);
-        m_branches.append(branch);
-        const QStringList below = children.value(branch);
+        listed[branch] = true;
+        m_branches.append(branches.codes.at(branch));
+        const QList<qsizetype> &below = branches.children.at(branch);
         for (auto it = below.crbegin(); it != below.crend(); ++it)
             stack.append(*it);
     }
