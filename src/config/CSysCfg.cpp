@@ -151,8 +151,8 @@ T element(const QList<T> &list, qint16 index, const T &fallback, const QString &
     return index < list.size() ? list.at(index) : fallback;
 }
 
-// A list whose count the old reader dimensioned without a check: a count
-// below 1 cannot be dimensioned.
+// The account types are the one list whose count the old reader dimensioned
+// without a check: a count below 1 could not be dimensioned.
 void requireDimension(const QString &section, const QString &key, qint16 count)
 {
     if (count < 1)
@@ -571,7 +571,6 @@ void CSysCfg::readAccountLists()
         TOTALACCNO = 1;
         SetIniData(section, u"TOTALACCNO"_s, u"1"_s, SealIni);
     }
-    requireDimension(section, u"TOTALACCNO"_s, TOTALACCNO);
     ACCNOTYPE = readStrings(section, u"ACCNOTYPE("_s, TOTALACCNO, defaultPattern);
     ACCNOLEN.clear();
     for (const QString &pattern : std::as_const(ACCNOTYPE))
@@ -582,7 +581,6 @@ void CSysCfg::readAccountLists()
         TOTALBANKACCNO = TOTALACCNO;
         BANKACCNOTYPE = ACCNOTYPE;
     } else {
-        requireDimension(section, u"TOTALBANKACCNO"_s, TOTALBANKACCNO);
         BANKACCNOTYPE = readStrings(section, u"BANKACCNOTYPE("_s, TOTALBANKACCNO, defaultPattern);
     }
 }

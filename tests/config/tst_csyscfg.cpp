@@ -344,7 +344,7 @@ void TestCSysCfg::conversions_data()
     failure("count without number", u"[BANKPARAM]\nTOTALACCNO=abc\n"_s, u"TOTALACCNO=abc"_s);
     failure("count overflow", u"[BANKPARAM]\nPRINTLINES=40000\n"_s, u"PRINTLINES=40000"_s);
     failure("no account types", u"[BANKPARAM]\nTOTALACCTYPE=0\n"_s, u"TOTALACCTYPE=0"_s);
-    failure("negative account patterns", u"[BANKPARAM]\nTOTALACCNO=-2\n"_s, u"TOTALACCNO=-2"_s);
+    ok("negative account patterns", u"[BANKPARAM]\nTOTALACCNO=-2\n"_s, u"AccNoMaxLen"_s, u"0"_s);
 }
 
 void TestCSysCfg::conversions()
@@ -402,6 +402,8 @@ void TestCSysCfg::lists_data()
         << u"[BANKPARAM]\nTOTALACCNO=1\nACCNOTYPE(0)=11??\nTOTALBANKACCNO=2\n"
            u"BANKACCNOTYPE(0)=7??\n"_s
         << QStringList{u"11??"_s} << QStringList{u"7??"_s, pattern} << 4;
+    QTest::newRow("no bank patterns") << u"[BANKPARAM]\nTOTALBANKACCNO=0\n"_s
+                                      << QStringList{pattern} << QStringList() << 12;
     QTest::newRow("longest pattern")
         << u"[BANKPARAM]\nTOTALACCNO=2\nACCNOTYPE(0)=11??????????????\nACCNOTYPE(1)=11??\n"_s
         << QStringList{u"11??????????????"_s, u"11??"_s}
