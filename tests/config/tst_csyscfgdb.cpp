@@ -10,6 +10,8 @@
 
 #include <cstdio>
 #include <functional>
+#include <map>
+#include <memory>
 #include <optional>
 
 #include <unistd.h>
@@ -106,15 +108,17 @@ std::optional<QuarryError> errorOf(const std::function<void()> &action)
     return std::nullopt;
 }
 
-// seal.ini for the station; on DownServer no database answers (the embedded
-// ones, which name no server, are deleted).
-void writeIni(SampleStation &station, const QByteArray &extra, const QString &server = {})
+// A station whose seal.ini names DownServer, where no database answers (the
+// embedded ones, which name no server, are deleted).
+std::unique_ptr<SampleStation> downStation(Engine engine, const QByteArray &extra)
 {
-    station.writeIni(extra, server);
-    if (server == DownServer && station.seal().engine() == Engine::Sqlite) {
+    auto station = std::make_unique<SampleStation>(engine, SampleStation::Contents::Empty);
+    station->writeIni(extra, DownServer);
+    if (engine == Engine::Sqlite) {
         for (const QString &name : {u"/SEAL.db"_s, u"/LOCAL.db"_s})
-            QVERIFY(QFile::remove(station.folder() + name));
+            QFile::remove(station->folder() + name);
     }
+    return station;
 }
 
 template<typename Add>
@@ -148,7 +152,21 @@ private slots:
     void failedLoadKeepsEarlierLists();
     void todayWithTheDatabaseDown_data();
     void todayWithTheDatabaseDown();
+
+private:
+    // The sample station of the engine, for the tests that only read it.
+    SampleStation &sample(Engine engine);
+
+    std::map<Engine, std::unique_ptr<SampleStation>> m_samples;
 };
+
+SampleStation &TestCSysCfgDb::sample(Engine engine)
+{
+    auto &station = m_samples[engine];
+    if (!station)
+        station = std::make_unique<SampleStation>(engine);
+    return *station;
+}
 
 void TestCSysCfgDb::loadsTheListsOfTheProfile_data()
 {
@@ -174,9 +192,12 @@ void TestCSysCfgDb::loadsTheListsOfTheProfile()
     QFETCH(QString, server);
     QFETCH(QStringList, lists);
     QUARRY_REQUIRE_ENGINE(engine);
-    SampleStation station(engine);
+    const QByteArray ini = "[USER]\nMODE=" + mode + '\n';
+    const auto down = server.isEmpty() ? nullptr : downStation(engine, ini);
+    SampleStation &station = down ? *down : sample(engine);
     QVERIFY2(station.isValid(), qPrintable(station.errorText()));
-    writeIni(station, "[USER]\nMODE=" + mode + '\n', server);
+    if (!down)
+        station.writeIni(ini);
 
     CSysCfgDb config;
     QCOMPARE(render(config), NothingLoaded); // nothing before GetParameter
@@ -219,7 +240,7 @@ void TestCSysCfgDb::getters()
     QFETCH(bool, loaded);
     QFETCH(Getter, getter);
     QFETCH(QString, expected);
-    SampleStation station(Engine::Sqlite);
+    SampleStation &station = sample(Engine::Sqlite);
     QVERIFY2(station.isValid(), qPrintable(station.errorText()));
     station.writeIni("[USER]\nMODE=Zacen\n");
     CSysCfgDb config;
@@ -304,10 +325,13 @@ void TestCSysCfgDb::failedLoadKeepsEarlierLists()
     QFETCH(QString, message);
     QFETCH(QStringList, lists);
     QUARRY_REQUIRE_ENGINE(engine);
-    SampleStation station(engine);
-    QVERIFY2(station.isValid(), qPrintable(station.errorText()));
-    QVERIFY2(station.local().execute(change), qPrintable(station.local().errorText()));
-    writeIni(station, "[USER]\nMODE=" + mode + '\n', server);
+    const QByteArray ini = "[USER]\nMODE=" + mode + '\n';
+    const auto station = server.isEmpty() ? std::make_unique<SampleStation>(engine)
+                                          : downStation(engine, ini);
+    QVERIFY2(station->isValid(), qPrintable(station->errorText()));
+    QVERIFY2(station->local().execute(change), qPrintable(station->local().errorText()));
+    if (server.isEmpty())
+        station->writeIni(ini);
 
     CSysCfgDb config;
     StderrCapture capture;
@@ -327,18 +351,18 @@ void TestCSysCfgDb::todayWithTheDatabaseDown()
 {
     QFETCH(Engine, engine);
     QUARRY_REQUIRE_ENGINE(engine);
-    SampleStation station(engine, SampleStation::Contents::Empty);
-    QVERIFY2(station.isValid(), qPrintable(station.errorText()));
-    writeIni(station, {}, DownServer);
-    const QString server = DownServer;
+    const auto station = downStation(engine, {});
+    QVERIFY2(station->isValid(), qPrintable(station->errorText()));
 
     CSysCfgDb config;
     const auto error = errorOf([&] { config.GetToday(); });
     QVERIFY(error);
     QCOMPARE(error->number(), QuarryError::DataError);
     QCOMPARE(error->source(), u"CSysCfgDb.ConnectSealDb()"_s);
-    QVERIFY2(error->description().startsWith(u"连接数据库"_s + server + u" 失败！"_s), error->what());
-    QVERIFY(error->description().size() > (u"连接数据库"_s + server + u" 失败！"_s).size());
+    // The connection's own text follows.
+    const QString failed = u"连接数据库"_s + DownServer + u" 失败！"_s;
+    QVERIFY2(error->description().startsWith(failed), error->what());
+    QVERIFY2(error->description().size() > failed.size(), error->what());
 }
 
 QTEST_GUILESS_MAIN(TestCSysCfgDb)
