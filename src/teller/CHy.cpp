@@ -94,6 +94,11 @@ std::optional<QString> CHy::firstValue(const QString &sql, const QVariantList &p
     return records.field(field);
 }
 
+QString CHy::firstText(const QString &sql, const QVariantList &params, const QString &field)
+{
+    return firstValue(sql, params, field).value_or(QString());
+}
+
 QList<BranchLink> CHy::readSubBranches(const QStringList &parents)
 {
     QList<BranchLink> rows;
@@ -147,19 +152,19 @@ qint16 CHy::IsWdhExist(const QString &wdh)
 QString CHy::GetWdNameByWdh(const QString &wdh)
 {
     return guarded(u"CHy.GetWdNameByWdh()"_s, u"CHy.GetWdNameByWdh["_s, [&] {
-        return firstValue(u"select WDNAME from WDDZ where WDH=?"_s, {wdh}, u"WDNAME"_s).value_or(QString());
+        return firstText(u"select WDNAME from WDDZ where WDH=?"_s, {wdh}, u"WDNAME"_s);
     });
 }
 
 QString CHy::GetHyWDH(const QString &hydh)
 {
     return guarded(u"CHy.GetHyWDH()"_s, u"CHy.GetHyWDH["_s, [&] {
-        const auto typeId = firstValue(u"SELECT HYTYPEID FROM HY WHERE HYDH=?"_s, {hydh}, u"HYTYPEID"_s);
+        const QString typeId = firstText(u"SELECT HYTYPEID FROM HY WHERE HYDH=?"_s, {hydh}, u"HYTYPEID"_s);
         bool numeric = false;
-        const qint64 id = typeId.value_or(QString()).toLongLong(&numeric);
+        const qint64 id = typeId.toLongLong(&numeric);
         if (!numeric)
             return QString();
-        return firstValue(u"SELECT WDH FROM HYCONFIG WHERE HYTYPEID=?"_s, {id}, u"WDH"_s).value_or(QString());
+        return firstText(u"SELECT WDH FROM HYCONFIG WHERE HYTYPEID=?"_s, {id}, u"WDH"_s);
     });
 }
 
@@ -234,7 +239,7 @@ void CHy::fillRecord(const DbRecordSet &records)
 QString CHy::GetHynameByHydh(const QString &hydh)
 {
     return guarded(u"CHy.GetHynameByHydh()"_s, u"CHy.GetHynameByHydh["_s, [&] {
-        return firstValue(u"select HYNAME from HY where HYDH=?"_s, {hydh}, u"hyname"_s).value_or(QString());
+        return firstText(u"select HYNAME from HY where HYDH=?"_s, {hydh}, u"hyname"_s);
     });
 }
 

@@ -80,6 +80,8 @@ private:
     // The field of the first row of a query, nothing when there is no row.
     std::optional<QString> firstValue(const QString &sql, const QVariantList &params,
                                       const QString &field);
+    // The same, "" when there is no row.
+    QString firstText(const QString &sql, const QVariantList &params, const QString &field);
     QList<BranchLink> readSubBranches(const QStringList &parents);
     void fillRecord(const DbRecordSet &records);
     QString quoted(const QString &wdh) const;

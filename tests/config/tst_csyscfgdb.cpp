@@ -39,23 +39,28 @@ QStringList render(const CSysCfgDb &config)
         return items.join(u'|');
     };
     return {
-        u"states: "_s + join(config.GetTotalAccState(), [&](qint16 i) {
-            return config.GetAccStateId(i) + u' ' + config.GetAccStateName(i);
-        }),
-        u"currencies: "_s + join(config.GetTotalCurrencyId(), [&](qint16 i) {
-            return config.GetCurrencyId(i) + u' ' + config.GetCurrencyName(i);
-        }),
-        u"types: "_s + join(config.GetTotalAccType(), [&](qint16 i) { return config.GetAccTypeName(i); }),
-        u"words: "_s + join(config.GetTotalAccStateWord(), [&](qint16 i) {
-            return QString::number(config.GetAccStateWordId(i)) + u' ' + config.GetAccStateWordName(i);
-        }),
+        u"states: "_s
+            + join(config.GetTotalAccState(),
+                   [&](qint16 i) { return config.GetAccStateId(i) + u' ' + config.GetAccStateName(i); }),
+        u"currencies: "_s
+            + join(config.GetTotalCurrencyId(),
+                   [&](qint16 i) { return config.GetCurrencyId(i) + u' ' + config.GetCurrencyName(i); }),
+        u"types: "_s
+            + join(config.GetTotalAccType(), [&](qint16 i) { return config.GetAccTypeName(i); }),
+        u"words: "_s
+            + join(config.GetTotalAccStateWord(),
+                   [&](qint16 i) {
+                       return QString::number(config.GetAccStateWordId(i)) + u' '
+                              + config.GetAccStateWordName(i);
+                   }),
         // Codes are compared without regard to case and surrounding blanks.
         u"codes: "_s + config.GetCurrDescById(u" rmb "_s) + u'|' + config.GetTcFlagDescById(u"1 "_s)
             + u'|' + config.GetSealPwdFDescById(u" 2"_s),
     };
 }
 
-const QStringList NothingLoaded{u"states: "_s, u"currencies: "_s, u"types: "_s, u"words: "_s, u"codes: ||"_s};
+const QStringList NothingLoaded{u"states: "_s, u"currencies: "_s, u"types: "_s, u"words: "_s,
+                                u"codes: ||"_s};
 const QString ImportStates = u"states: 0 正常|1 冻结|2 销户|3 挂失"_s;
 const QString ImportCurrencies = u"currencies: 01 人民币|13 港币|14 美元|27 日元|38 欧元"_s;
 const QString ImportTypes = u"types: 基本存款账户|一般存款账户|专用存款账户|临时存款账户|个人结算账户"_s;
@@ -213,25 +218,26 @@ void TestCSysCfgDb::getters_data()
     QTest::addColumn<Getter>("getter");
     QTest::addColumn<QString>("expected"); // "error <number>" for an error
 
-    const auto row = [](const char *tag, bool loaded, const Getter &getter, const QString &expected) {
+    const auto row = [](const char *tag, bool loaded, const QString &expected, const Getter &getter) {
         QTest::newRow(tag) << loaded << getter << expected;
     };
-    row("currency before loading", false, [](const CSysCfgDb &c) { return c.GetCurrencyId(0); }, QString());
-    row("word id before loading", false,
-        [](const CSysCfgDb &c) { return QString::number(c.GetAccStateWordId(0)); }, u"error 13"_s);
-    row("negative before loading", false, [](const CSysCfgDb &c) { return c.GetAccTypeName(-1); }, u"error 9"_s);
-    row("last state", true, [](const CSysCfgDb &c) { return c.GetAccStateName(3); }, u"挂失"_s);
-    row("state past the end", true, [](const CSysCfgDb &c) { return c.GetAccStateId(4); }, QString());
-    row("state name past the end", true, [](const CSysCfgDb &c) { return c.GetAccStateName(4); }, QString());
-    row("currency past the end", true, [](const CSysCfgDb &c) { return c.GetCurrencyName(5); }, QString());
-    row("type past the end", true, [](const CSysCfgDb &c) { return c.GetAccTypeName(5); }, QString());
-    row("word name past the end", true, [](const CSysCfgDb &c) { return c.GetAccStateWordName(4); }, QString());
-    row("word id past the end", true,
-        [](const CSysCfgDb &c) { return QString::number(c.GetAccStateWordId(4)); }, u"error 13"_s);
-    row("negative state", true, [](const CSysCfgDb &c) { return c.GetAccStateId(-1); }, u"error 9"_s);
-    row("negative word id", true,
-        [](const CSysCfgDb &c) { return QString::number(c.GetAccStateWordId(-2)); }, u"error 9"_s);
-    row("huge index", true, [](const CSysCfgDb &c) { return c.GetCurrencyId(32767); }, QString());
+    using C = const CSysCfgDb &;
+    row("currency before loading", false, {}, [](C c) { return c.GetCurrencyId(0); });
+    row("word id before loading", false, u"error 13"_s,
+        [](C c) { return QString::number(c.GetAccStateWordId(0)); });
+    row("negative before loading", false, u"error 9"_s, [](C c) { return c.GetAccTypeName(-1); });
+    row("last state", true, u"挂失"_s, [](C c) { return c.GetAccStateName(3); });
+    row("state past the end", true, {}, [](C c) { return c.GetAccStateId(4); });
+    row("state name past the end", true, {}, [](C c) { return c.GetAccStateName(4); });
+    row("currency past the end", true, {}, [](C c) { return c.GetCurrencyName(5); });
+    row("type past the end", true, {}, [](C c) { return c.GetAccTypeName(5); });
+    row("word name past the end", true, {}, [](C c) { return c.GetAccStateWordName(4); });
+    row("word id past the end", true, u"error 13"_s,
+        [](C c) { return QString::number(c.GetAccStateWordId(4)); });
+    row("negative state", true, u"error 9"_s, [](C c) { return c.GetAccStateId(-1); });
+    row("negative word id", true, u"error 9"_s,
+        [](C c) { return QString::number(c.GetAccStateWordId(-2)); });
+    row("huge index", true, {}, [](C c) { return c.GetCurrencyId(32767); });
 }
 
 // The rules of the getters, on the embedded database.
@@ -285,8 +291,9 @@ void TestCSysCfgDb::today()
 
     CSysCfgDb config;
     QCOMPARE(config.GetToday(), today);
-    QVERIFY2(station.seal().execute(u"DELETE FROM delcalender WHERE curday = '3000-01-01';\n"
-                                    "INSERT INTO delcalender (curday, deadline) VALUES ('3000-01-01', '3012-03-04');"_s),
+    QVERIFY2(station.seal().execute(
+                 u"DELETE FROM delcalender WHERE curday = '3000-01-01';\n"
+                 "INSERT INTO delcalender (curday, deadline) VALUES ('3000-01-01', '3012-03-04');"_s),
              qPrintable(station.seal().errorText()));
     QCOMPARE(config.GetToday(), today);
     QCOMPARE(CSysCfgDb().GetToday(), u"2012-03-04"_s);
@@ -312,7 +319,8 @@ void TestCSysCfgDb::failedLoadKeepsEarlierLists_data()
             << QStringList{ImportStates, ImportCurrencies, ImportTypes, u"words: "_s, u"codes: ||"_s};
         row("more codes than a count holds")
             << QByteArray("Lumun") << TooManyTcFlags << QString() << u"从数据库读取系统参数错误！"_s
-            << QStringList{u"states: "_s, u"currencies: "_s, u"types: "_s, u"words: "_s, u"codes: 人民币||"_s};
+            << QStringList{u"states: "_s, u"currencies: "_s, u"types: "_s, u"words: "_s,
+                           u"codes: 人民币||"_s};
     });
 }
 

@@ -35,7 +35,8 @@ INSERT INTO HYCONFIG (HYTYPEID, HYTYPENAME, HYQX, HYLEVEL, ALLOWNUM, WDH, ISVISI
     (9001, '测试主管', '001', 1, 1, '110000', 1),
     (9002, '测试柜员', '110', 1, 1, '110000', 1),
     (9003, '短权限', '1', 1, 1, '110000', 1);
-INSERT INTO HY (HYDH, HYNAME, HYMM, HYTYPEID, HYGROUPID, WDH, QYSJ, ZXSJ, PWDEXPDATE, ISAUDIT, OPHYDH, OpType, IfConfirm) VALUES
+INSERT INTO HY (HYDH, HYNAME, HYMM, HYTYPEID, HYGROUPID, WDH, QYSJ, ZXSJ, PWDEXPDATE,
+                ISAUDIT, OPHYDH, OpType, IfConfirm) VALUES
     ('9000', '无类型', 'x', 9999, 1, '110101', '2005-01-01', '3000-01-01', '2010-06-30', 1, '0001', 0, 1),
     ('9001', '借调员', 'x', 2, 1, '110101', '2005-01-01', '2009-12-31', '2010-06-30', 0, '0001', 3, 0),
     ('9011', '主管甲', 'x', 9001, 1, '110000', '2005-01-01', '3000-01-01', '2010-06-30', 1, '0001', 0, 1),
@@ -135,9 +136,15 @@ void TestCHy::lookups_data()
     QTest::addColumn<QString>("expected"); // "error: <source>|<description>" for an error
     QTest::addColumn<bool>("logged");
 
-    const auto name = [](const QString &wdh) { return Lookup([=](CHy &hy) { return hy.GetWdNameByWdh(wdh); }); };
-    const auto hyWdh = [](const QString &hydh) { return Lookup([=](CHy &hy) { return hy.GetHyWDH(hydh); }); };
-    const auto hyName = [](const QString &hydh) { return Lookup([=](CHy &hy) { return hy.GetHynameByHydh(hydh); }); };
+    const auto name = [](const QString &wdh) {
+        return Lookup([=](CHy &hy) { return hy.GetWdNameByWdh(wdh); });
+    };
+    const auto hyWdh = [](const QString &hydh) {
+        return Lookup([=](CHy &hy) { return hy.GetHyWDH(hydh); });
+    };
+    const auto hyName = [](const QString &hydh) {
+        return Lookup([=](CHy &hy) { return hy.GetHynameByHydh(hydh); });
+    };
     const auto exists = [](const QString &wdh) {
         return Lookup([=](CHy &hy) { return QString::number(hy.IsWdhExist(wdh)); });
     };
@@ -147,7 +154,9 @@ void TestCHy::lookups_data()
     const auto powerGroup = [](const QString &type) {
         return Lookup([=](CHy &hy) { return boolText(hy.isPowerGroup(type)); });
     };
-    const auto branch = [](const QString &wdh) { return Lookup([=](CHy &hy) { return hy.GetBranchWdh(wdh); }); };
+    const auto branch = [](const QString &wdh) {
+        return Lookup([=](CHy &hy) { return hy.GetBranchWdh(wdh); });
+    };
 
     forEachEngine([&](Engine engine, const QString &e) {
         const auto row = [&](const char *tag, const Lookup &lookup, const QString &expected,
@@ -180,8 +189,10 @@ void TestCHy::lookups_data()
         row("branch of the head office", branch(u"110000"_s), u"110000"_s);
         row("branch of a first-level branch", branch(u"110100"_s), u"110100"_s);
         row("branch of an agency", branch(u"1101010302"_s), u"110100"_s);
-        row("branch of an unknown code", branch(u"999"_s), u"error: CHy::GetBranchWdh()|网点号999不在网点对照表中"_s);
-        row("branch above an unknown parent", branch(u"D1"_s), u"error: CHy::GetBranchWdh()|网点号X0不在网点对照表中"_s);
+        row("branch of an unknown code", branch(u"999"_s),
+            u"error: CHy::GetBranchWdh()|网点号999不在网点对照表中"_s);
+        row("branch above an unknown parent", branch(u"D1"_s),
+            u"error: CHy::GetBranchWdh()|网点号X0不在网点对照表中"_s);
         row("branch in a cycle", branch(u"C1"_s),
             u"error: CHy::GetBranchWdh()|网点对照表中网点C1的上级关系构成循环，找不到它所属的分行！"_s, true);
     });
@@ -284,7 +295,9 @@ void TestCHy::hyInfo_data()
     QTest::addColumn<QString>("hydh");
     QTest::addColumn<bool>("includeDate");
     QTest::addColumn<bool>("ifPwdExpire");
-    QTest::addColumn<QStringList>("record"); // hydh name type-id type-name wdh qyxj zxsj pwdexp audit optype confirm
+    // hydh, name, rights, type id, type name, branch, allowed number, start, end, password
+    // expiry, audit flag, change kind, confirmation; empty when there is no such teller.
+    QTest::addColumn<QStringList>("record");
     forEachEngine([](Engine engine, const QString &e) {
         const auto row = [&](const char *tag) -> QTestData & {
             return QTest::addRow("%s/%s", qPrintable(e), tag) << engine;
@@ -359,22 +372,25 @@ void TestCHy::databaseDown_data()
     QTest::addColumn<QString>("source");
     QTest::addColumn<QString>("prefix"); // of the description, before the connection's error
     forEachEngine([](Engine engine, const QString &e) {
-        const auto row = [&](const char *tag, const Lookup &lookup, const QString &source, const QString &prefix) {
+        const auto row = [&](const char *tag, const QString &source, const QString &prefix,
+                             const Lookup &lookup) {
             QTest::addRow("%s/%s", qPrintable(e), tag) << engine << lookup << source << prefix;
         };
-        row("GetWdNameByWdh", [](CHy &hy) { return hy.GetWdNameByWdh(u"110101"_s); },
-            u"CHy.GetWdNameByWdh()"_s, u"CHy.GetWdNameByWdh["_s);
-        row("GetHyWDH", [](CHy &hy) { return hy.GetHyWDH(u"0011"_s); }, u"CHy.GetHyWDH()"_s, u"CHy.GetHyWDH["_s);
-        row("isFenhang", [](CHy &hy) { return boolText(hy.isFenhang()); }, u"CHy"_s, u"isFenhang["_s);
-        row("isManager", [](CHy &hy) { return boolText(hy.isManager(u"0001"_s)); }, u"CHy"_s, u"isFenhang["_s);
-        row("isPowerGroup", [](CHy &hy) { return boolText(hy.isPowerGroup(u"总行主管"_s)); }, u"CHy"_s,
-            u"isPowerGroup["_s);
-        row("GetBelongedWDHS", [](CHy &hy) { return hy.GetBelongedWDHS(u"110000"_s); },
-            u"CHy.GetBelongedWDHS()"_s, u"CHy.GetBelongedWDHS["_s);
-        row("GetBranchWdh", [](CHy &hy) { return hy.GetBranchWdh(u"110101"_s); }, u"CHy::GetBranchWdh()"_s,
-            u"CHy::GetBranchWdh["_s);
-        row("IsWdhExist", [](CHy &hy) { return QString::number(hy.IsWdhExist(u"110101"_s)); },
-            QString(), u"CHy.IsWdhExist["_s);
+        row("GetWdNameByWdh", u"CHy.GetWdNameByWdh()"_s, u"CHy.GetWdNameByWdh["_s,
+            [](CHy &hy) { return hy.GetWdNameByWdh(u"110101"_s); });
+        row("GetHyWDH", u"CHy.GetHyWDH()"_s, u"CHy.GetHyWDH["_s,
+            [](CHy &hy) { return hy.GetHyWDH(u"0011"_s); });
+        row("isFenhang", u"CHy"_s, u"isFenhang["_s, [](CHy &hy) { return boolText(hy.isFenhang()); });
+        row("isManager", u"CHy"_s, u"isFenhang["_s,
+            [](CHy &hy) { return boolText(hy.isManager(u"0001"_s)); });
+        row("isPowerGroup", u"CHy"_s, u"isPowerGroup["_s,
+            [](CHy &hy) { return boolText(hy.isPowerGroup(u"总行主管"_s)); });
+        row("GetBelongedWDHS", u"CHy.GetBelongedWDHS()"_s, u"CHy.GetBelongedWDHS["_s,
+            [](CHy &hy) { return hy.GetBelongedWDHS(u"110000"_s); });
+        row("GetBranchWdh", u"CHy::GetBranchWdh()"_s, u"CHy::GetBranchWdh["_s,
+            [](CHy &hy) { return hy.GetBranchWdh(u"110101"_s); });
+        row("IsWdhExist", QString(), u"CHy.IsWdhExist["_s,
+            [](CHy &hy) { return QString::number(hy.IsWdhExist(u"110101"_s)); });
     });
 }
 
