@@ -7,19 +7,33 @@
 #include <quarry/QuarryError.h>
 
 #include <QApplication>
+#include <QStringList>
 #include <QTextStream>
 
 #include <cstdio>
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+// The arguments are read before the QApplication exists, so that --help and
+// bad arguments get their answer on a machine without a display too.
+QStringList commandArguments(int argc, char *argv[])
+{
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    return arguments;
+}
+
+} // namespace
+
 int main(int argc, char *argv[])
 {
-    QApplication app(argc, argv);
     QTextStream out(stdout);
     QTextStream err(stderr);
 
-    const quarry::AskRequest request = quarry::parseAskArguments(app.arguments().mid(1));
+    const quarry::AskRequest request = quarry::parseAskArguments(commandArguments(argc, argv));
     if (request.help) {
         out << quarry::askUsage();
         return 0;
@@ -28,6 +42,7 @@ int main(int argc, char *argv[])
         err << u"quarry-ask: "_s << request.error << u"\n\n"_s << quarry::askUsage();
         return 2;
     }
+    QApplication app(argc, argv);
     try {
         quarry::CQuarry quarry;
         quarry::runAskCommand(quarry, *request.command);
