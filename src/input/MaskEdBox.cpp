@@ -1,5 +1,7 @@
 #include "input/MaskEdBox.h"
 
+#include "input/PublicFunction.h"
+
 using namespace Qt::StringLiterals;
 
 namespace quarry {
@@ -21,6 +23,17 @@ QString MaskEdBox::maskedText() const
 bool MaskEdBox::isBlank() const
 {
     return maskedText() == (m_kind == Kind::Date ? EmptyDate : EmptyTime);
+}
+
+void MaskEdBox::focusOutEvent(QFocusEvent *event)
+{
+    if (m_kind == Kind::Date) {
+        QString text = maskedText();
+        text.remove(u' ');
+        if (CheckDateText(text) == 1)
+            setText(text);
+    }
+    QLineEdit::focusOutEvent(event);
 }
 
 } // namespace quarry

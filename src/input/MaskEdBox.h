@@ -9,9 +9,9 @@ namespace quarry {
 
 // A date or time box in the manner of the masked edit control the operators
 // know: fixed separators, a blank in every position not typed yet, and a
-// text that keeps those blanks ("2009-1 -5 " for a half-typed date). The
-// mask admits only yyyy-mm-dd, so a filled date box needs no reformatting
-// when the operator leaves it.
+// text that keeps those blanks ("2009-1 -5 " for a half-typed date). Such a
+// text is still a date, so leaving a date box rewrites it as yyyy-mm-dd
+// ("2009-01-05"); a box that holds no date keeps what was typed.
 class QUARRY_EXPORT MaskEdBox : public QLineEdit
 {
     Q_OBJECT
@@ -28,6 +28,9 @@ public:
     QString maskedText() const;
     // Nothing typed: the text is the empty mask.
     bool isBlank() const;
+
+protected:
+    void focusOutEvent(QFocusEvent *event) override;
 
 private:
     Kind m_kind;
