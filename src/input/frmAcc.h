@@ -1,13 +1,11 @@
 #pragma once
 
-#include "input/PatternDialog.h"
-
-#include <quarry/CSysCfg.h>
+#include "input/EmptyQueryPatternDialog.h"
 
 namespace quarry {
 
-// Asks for an account number pattern; empty input follows the bank's empty-query rule.
-class QUARRY_EXPORT frmAcc : public PatternDialog
+// Asks for an account number pattern.
+class QUARRY_EXPORT frmAcc : public EmptyQueryPatternDialog
 {
     Q_OBJECT
 
@@ -15,11 +13,7 @@ public:
     frmAcc();
 
 protected:
-    bool mayQuery(const QString &typed) override;
     QString buildCondition(const QString &typed) const override;
-
-private:
-    CSysCfg m_config;
 };
 
 } // namespace quarry
