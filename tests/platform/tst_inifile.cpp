@@ -120,8 +120,8 @@ private Q_SLOTS:
         QTest::newRow("key added after the section's last line, not after a comment")
             << QByteArray("[A]\nX=1\n;Z=0\n\n[B]\nZ=2\n") << u"A"_s << u"Z"_s << u"3"_s
             << QByteArray("[A]\nX=1\n;Z=0\nZ=3\n\n[B]\nZ=2\n");
-        QTest::newRow("key added to the last line without line break")
-            << QByteArray("[A]\r\nX=1") << u"A"_s << u"K"_s << u"v"_s << QByteArray("[A]\r\nX=1\r\nK=v");
+        QTest::newRow("no line break anywhere, LF added")
+            << QByteArray("[A]") << u"A"_s << u"K"_s << u"v"_s << QByteArray("[A]\nK=v");
         QTest::newRow("section added at the end") << QByteArray("[A]\r\nX=1\r\n") << u"B"_s << u"K"_s << u"v"_s
                                                   << QByteArray("[A]\r\nX=1\r\n[B]\r\nK=v\r\n");
         QTest::newRow("line break of the first line used")
