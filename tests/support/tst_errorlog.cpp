@@ -56,7 +56,7 @@ private slots:
 
     void concurrentWritersKeepLinesWhole()
     {
-        constexpr int Writers = 3, Lines = 200;
+        constexpr int Writers = 3, Lines = 2000;
         writeSealIni("[ERROR]\nERRORFILE=c:\\many\n");
         QProcess writers[Writers];
         for (int id = 0; id < Writers; ++id)
