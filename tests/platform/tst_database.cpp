@@ -29,7 +29,6 @@ CREATE TABLE delcalender (curday DATE, deadline DATE, stamp DATETIME);
 INSERT INTO delcalender VALUES ('3000-01-01', '3009-11-13', '2009-11-13 08:30:05');
 )"_s;
 
-
 static void addEngineRows()
 {
     QTest::addColumn<Engine>("engine");
