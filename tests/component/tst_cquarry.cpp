@@ -149,25 +149,25 @@ void TestCQuarry::singleConditionDialogs_data()
     const QString all = u" Where OpDate Between '1980-01-01' And '3000-01-01'"_s;
     const auto Yes = QMessageBox::Yes, No = QMessageBox::No, Ok = QMessageBox::Ok;
     const QString Enter = u"Enter"_s, Pad = u"keypad Enter"_s, Esc = u"Esc"_s, Times = u"keypad *"_s;
-    const QString none, std;
+    const QString none, plain; // no message; the default profile
 
-    QTest::newRow("yjk: first * only, quote dropped") << u"yjk"_s << std << 0 << 0 << u"1'2*34*"_s << Enter << Ok << none << u" Where YJKNUMBER like '12%34*'"_s;
-    QTest::newRow("yjk: length") << u"yjk"_s << std << 0 << 6 << u"12345678"_s << Pad << Ok << none << u" Where YJKNUMBER like '123456'"_s;
-    QTest::newRow("branch: both cases") << u"branch"_s << std << 0 << 0 << u"Ab?"_s << Pad << Ok << none << u" where  ( WDH LIKE 'AB_' or  WDH LIKE 'ab_')"_s;
-    QTest::newRow("acc: backslash and brackets refused") << u"acc"_s << std << 0 << 0 << u"1\\2[3]4*"_s << Enter << Ok << none << u" Where AccNo like '1234%'"_s;
+    QTest::newRow("yjk: first * only, quote dropped") << u"yjk"_s << plain << 0 << 0 << u"1'2*34*"_s << Enter << Ok << none << u" Where YJKNUMBER like '12%34*'"_s;
+    QTest::newRow("yjk: length") << u"yjk"_s << plain << 0 << 6 << u"12345678"_s << Pad << Ok << none << u" Where YJKNUMBER like '123456'"_s;
+    QTest::newRow("branch: both cases") << u"branch"_s << plain << 0 << 0 << u"Ab?"_s << Pad << Ok << none << u" where  ( WDH LIKE 'AB_' or  WDH LIKE 'ab_')"_s;
+    QTest::newRow("acc: backslash and brackets refused") << u"acc"_s << plain << 0 << 0 << u"1\\2[3]4*"_s << Enter << Ok << none << u" Where AccNo like '1234%'"_s;
     QTest::newRow("clerk: profile 39 adds the name") << u"clerk"_s << u"Hilur"_s << 0 << 4 << u"00?12"_s << Pad << Ok << none << u" Where OpCode like  '00_1' or  OpName like '00_1'"_s;
     QTest::newRow("cheque: the account length") << u"cheque"_s << u"Bunar"_s << 0 << 3 << u"1234"_s << Enter << Ok << none << u" Where ChequeSeriesNo like  '123%'"_s;
-    QTest::newRow("yjk: Esc") << u"yjk"_s << std << 0 << 0 << u"1"_s << Esc << Ok << none << QString();
+    QTest::newRow("yjk: Esc") << u"yjk"_s << plain << 0 << 0 << u"1"_s << Esc << Ok << none << QString();
     QTest::newRow("cheque: keypad multiply") << u"cheque"_s << u"Bunar"_s << 0 << 0 << u"1"_s << Times << Ok << none << QString();
-    QTest::newRow("date: Esc") << u"date"_s << std << 0 << 0 << u"2009"_s << Esc << Ok << none << QString();
-    QTest::newRow("date: Cancel") << u"date"_s << std << 0 << 0 << u"2009"_s << u"cmdCancel"_s << Ok << none << QString();
+    QTest::newRow("date: Esc") << u"date"_s << plain << 0 << 0 << u"2009"_s << Esc << Ok << none << QString();
+    QTest::newRow("date: Cancel") << u"date"_s << plain << 0 << 0 << u"2009"_s << u"cmdCancel"_s << Ok << none << QString();
     QTest::newRow("branch: empty, never asks") << u"branch"_s << u"Tecis"_s << 2 << 0 << none << Enter << Ok << none << u" where  ( WDH LIKE '%' or  WDH LIKE '%')"_s;
     QTest::newRow("acc: empty, profile 54") << u"acc"_s << u"Tecis"_s << 2 << 0 << u" "_s << Enter << Ok << refuse << QString();
-    QTest::newRow("acc: empty, hint 2, No") << u"acc"_s << std << 2 << 0 << none << Enter << No << ask << QString();
-    QTest::newRow("acc: empty, hint 1") << u"acc"_s << std << 1 << 0 << none << Enter << Ok << none << u" Where AccNo like '%'"_s;
-    QTest::newRow("clerk: empty, hint 2, Yes") << u"clerk"_s << std << 2 << 0 << none << Enter << Yes << ask << u" Where OpCode like  '%'"_s;
+    QTest::newRow("acc: empty, hint 2, No") << u"acc"_s << plain << 2 << 0 << none << Enter << No << ask << QString();
+    QTest::newRow("acc: empty, hint 1") << u"acc"_s << plain << 1 << 0 << none << Enter << Ok << none << u" Where AccNo like '%'"_s;
+    QTest::newRow("clerk: empty, hint 2, Yes") << u"clerk"_s << plain << 2 << 0 << none << Enter << Yes << ask << u" Where OpCode like  '%'"_s;
     QTest::newRow("date: empty, profile 54") << u"date"_s << u"Tecis"_s << 0 << 0 << none << u"cmdOK"_s << Ok << refuse << QString();
-    QTest::newRow("date: empty, hint 2, Yes") << u"date"_s << std << 2 << 0 << none << u"cmdOK"_s << Yes << ask << all;
+    QTest::newRow("date: empty, hint 2, Yes") << u"date"_s << plain << 2 << 0 << none << u"cmdOK"_s << Yes << ask << all;
 }
 
 void TestCQuarry::singleConditionDialogs()
