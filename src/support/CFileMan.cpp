@@ -25,7 +25,7 @@ constexpr qint64 CopyChunk = 1 << 16; // of CopyFileTo
 
 QString localPath(const QString &path)
 {
-    return QDir::cleanPath(paths::fromWindowsPath(path).replace(u'\\', u'/'));
+    return QDir::cleanPath(paths::fromWindowsPath(path));
 }
 
 // One level: the parent must exist.
