@@ -7,6 +7,11 @@
 #include "input/frmChequeSeriesNo.h"
 #include "input/frmClerk.h"
 #include "input/frmWdh.h"
+#include "logdialogs/frmHYLog.h"
+#include "logdialogs/frmSJLog.h"
+#include "logdialogs/frmYWLog.h"
+#include "logdialogs/frmYYLog.h"
+#include "logdialogs/frmZGSQLog.h"
 
 #include <quarry/CSysCfg.h>
 #include <quarry/QuarryError.h>
@@ -17,21 +22,13 @@ namespace quarry {
 
 namespace {
 
-// Shows a configured dialog modally, with no owner, and hands back its
-// condition; the dialog goes with the caller's scope.
-QString conditionOf(ConditionDialog &dialog)
-{
-    dialog.exec();
-    return dialog.CurFilterStr();
-}
-
 // A pattern dialog with its one text box limited to length.
 template<typename Dialog>
 QString askPattern(qint32 length)
 {
     Dialog dialog;
     dialog.setMaxLength(length);
-    return conditionOf(dialog);
+    return dialog.execForCondition();
 }
 
 [[noreturn]] void raiseNotAvailable(const QString &source, const QString &logType,
@@ -75,20 +72,84 @@ void CQuarry::showAcc(qint32 lAccLen)
 void CQuarry::showDate()
 {
     FrmDate dialog;
-    m_sqlStr = conditionOf(dialog);
+    m_sqlStr = dialog.execForCondition();
 }
 
 void CQuarry::showComplex(const QString &szLogType,
-    [[maybe_unused]] const QList<qint16> &arrTmpIdA, [[maybe_unused]] const QStringList &arrTmpDesA,
-    [[maybe_unused]] const QList<qint16> &arrTmpIdB, [[maybe_unused]] const QStringList &arrTmpDesB,
-    [[maybe_unused]] qint32 lTmpCountA, [[maybe_unused]] qint32 lTmpCountB,
-    [[maybe_unused]] qint32 lClerkLen, qint32 lAccLen, [[maybe_unused]] qint32 lChequeLen,
-    [[maybe_unused]] bool ShowWDH, [[maybe_unused]] bool ShowYJK, [[maybe_unused]] bool ShowOpCode)
+    const QList<qint16> &arrTmpIdA, const QStringList &arrTmpDesA,
+    const QList<qint16> &arrTmpIdB, const QStringList &arrTmpDesB,
+    qint32 lTmpCountA, qint32 lTmpCountB,
+    qint32 lClerkLen, qint32 lAccLen, qint32 lChequeLen,
+    bool ShowWDH, bool ShowYJK, [[maybe_unused]] bool ShowOpCode)
 {
     const LogDialog dialog = complexLogDialog(szLogType, m_config->ProfileCode);
     switch (dialog) {
     case LogDialog::None:
         return;
+    case LogDialog::YWLog: {
+        frmYWLog form;
+        form.ShowWDH = ShowWDH;
+        form.ShowYJK = ShowYJK;
+        form.setMaxLength(u"TxtHy"_s, lClerkLen);
+        form.setMaxLength(u"TxtAccNo"_s, lAccLen);
+        form.setYwId(arrTmpIdA);
+        form.setYwName(arrTmpDesA);
+        form.lYwCount = lTmpCountA;
+        form.showYwDes();
+        m_sqlStr = form.execForCondition();
+        return;
+    }
+    case LogDialog::YYLog: {
+        frmYYLog form;
+        form.ShowWDH = ShowWDH;
+        form.ShowYJK = ShowYJK;
+        form.setMaxLength(u"TxtHy"_s, lClerkLen);
+        form.setMaxLength(u"TxtAccNo"_s, lAccLen);
+        form.setOpId(arrTmpIdA);
+        form.setOpStyle(arrTmpDesA);
+        form.lOpCount = lTmpCountA;
+        form.setResId(arrTmpIdB);
+        form.setResName(arrTmpDesB);
+        form.lResCount = lTmpCountB;
+        form.setMaxLength(u"TxtBZP"_s, lChequeLen);
+        form.setMaxLength(u"TxtEZP"_s, lChequeLen);
+        form.showYyDes();
+        m_sqlStr = form.execForCondition();
+        return;
+    }
+    case LogDialog::HYLog: {
+        frmHYLog form;
+        form.ShowWDH = ShowWDH ? u"True"_s : u"False"_s;
+        form.setMaxLength(u"TxtHy"_s, lClerkLen);
+        form.setMaxLength(u"TxtCha"_s, lClerkLen);
+        form.setOpId(arrTmpIdA);
+        form.setOpType(arrTmpDesA);
+        form.lOpCount = lTmpCountA;
+        form.showOpDes();
+        m_sqlStr = form.execForCondition();
+        return;
+    }
+    case LogDialog::SJLog: {
+        frmSJLog form;
+        form.ShowWDH = ShowWDH;
+        form.setMaxLength(u"TxtHy"_s, lClerkLen);
+        form.setAppId(arrTmpIdA);
+        form.setAppName(arrTmpDesA);
+        form.lAppCount = lTmpCountA;
+        form.showAppDes();
+        m_sqlStr = form.execForCondition();
+        return;
+    }
+    case LogDialog::ZGSQLog: {
+        frmZGSQLog form;
+        form.setMaxLength(u"TxtCha"_s, lClerkLen);
+        form.setZgsqId(arrTmpIdA);
+        form.setZgsqType(arrTmpDesA);
+        form.lZgsqCount = lTmpCountA;
+        form.showZgsqDes();
+        m_sqlStr = form.execForCondition();
+        return;
+    }
     case LogDialog::ChequeSeriesNo:
         // The account length, not the cheque length: hosts have always
         // passed the series number's limit there.

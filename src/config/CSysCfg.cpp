@@ -6,9 +6,9 @@
 #include "platform/IniFile.h"
 #include "platform/Paths.h"
 #include "platform/SystemMessage.h"
+#include "support/NumberText.h"
 
 #include <QFileInfo>
-#include <QRegularExpression>
 #include <QScopeGuard>
 
 #include <array>
@@ -50,39 +50,6 @@ constexpr qsizetype MaxUserProfileLength = 200;
                                     const QString &value)
 {
     throwRunTimeError(number, u"[%1] %2=%3"_s.arg(section, key, value));
-}
-
-// The number at the start of the text, 0 when there is none, nothing when it
-// is too large for a Double. Blanks, tabs and line breaks anywhere in it are
-// skipped, and "D" works as the exponent letter, as the lenient conversion
-// always did.
-std::optional<double> leadingNumber(const QString &text)
-{
-    static const QRegularExpression number(
-        u"^[+-]?(\\d+\\.?\\d*|\\.\\d+)([eEdD][+-]?\\d+)?"_s);
-    static const QRegularExpression blanks(u"[ \\t\\r\\n]"_s);
-    QString compact = text;
-    compact.remove(blanks);
-    const QRegularExpressionMatch match = number.match(compact);
-    if (!match.hasMatch())
-        return 0.0;
-    QString found = match.captured();
-    found.replace(QChar(u'd'), QChar(u'e'), Qt::CaseInsensitive);
-    const double value = found.toDouble();
-    if (!std::isfinite(value))
-        return std::nullopt;
-    return value;
-}
-
-// The whole text as a number (blanks around it allowed), or nothing.
-std::optional<double> strictNumber(const QString &text)
-{
-    static const QRegularExpression number(
-        u"^[+-]?(\\d+\\.?\\d*|\\.\\d+)([eE][+-]?\\d+)?$"_s);
-    const QString trimmed = text.trimmed();
-    if (!number.match(trimmed).hasMatch())
-        return std::nullopt;
-    return trimmed.toDouble();
 }
 
 // Rounds half to even into T; nothing when the result does not fit.

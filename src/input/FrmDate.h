@@ -1,14 +1,14 @@
 #pragma once
 
 #include "input/ConditionDialog.h"
+#include "input/DateRangeBoxes.h"
 
 #include <quarry/CSysCfg.h>
 
+class QFormLayout;
 class QPushButton;
 
 namespace quarry {
-
-class MaskEdBox;
 
 // Asks for a range of operation dates. Blank boxes mean open ends; the
 // bank's empty-query rule applies when both are blank.
@@ -28,8 +28,8 @@ private:
     void cmdOK_Click();
 
     CSysCfg m_config;
-    MaskEdBox *MaskBoxKs;
-    MaskEdBox *MaskBoxJs;
+    QFormLayout *m_fields;
+    DateRangeBoxes m_dates;
     QPushButton *cmdOK;
     QPushButton *cmdCancel;
 };

@@ -11,9 +11,10 @@ namespace {
 
 QMessageBox::StandardButton showBox(QWidget *dialog, QMessageBox::Icon icon, const QString &text,
                                     QMessageBox::StandardButtons buttons,
-                                    QMessageBox::StandardButton defaultButton)
+                                    QMessageBox::StandardButton defaultButton,
+                                    const QString &caption = u"提示信息"_s)
 {
-    QMessageBox box(icon, u"提示信息"_s, text, buttons, dialog);
+    QMessageBox box(icon, caption, text, buttons, dialog);
     // The operators read Chinese whatever translations the host has loaded.
     const std::pair<QMessageBox::StandardButton, QString> captions[] = {
         {QMessageBox::Ok, u"确定"_s}, {QMessageBox::Yes, u"是(&Y)"_s}, {QMessageBox::No, u"否(&N)"_s}};
@@ -35,6 +36,11 @@ void warnOperator(QWidget *dialog, const QString &text)
 void informOperator(QWidget *dialog, const QString &text)
 {
     showBox(dialog, QMessageBox::Information, text, QMessageBox::Ok, QMessageBox::Ok);
+}
+
+void tellOperator(QWidget *dialog, const QString &text)
+{
+    showBox(dialog, QMessageBox::NoIcon, text, QMessageBox::Ok, QMessageBox::Ok, u"Quarry"_s);
 }
 
 bool askOperator(QWidget *dialog, const QString &text)

@@ -53,7 +53,7 @@ void TestQuarryAsk::program_data()
     QTest::newRow("help") << QStringList{u"acc"_s, u"-h"_s} << 0 << u"Usage:"_s;
     QTest::newRow("nothing to ask") << QStringList{u"complex"_s, u"YZXCLRZ"_s} << 1 << QString();
     QTest::newRow("length not a number") << QStringList{u"acc"_s, u"x"_s} << 2 << u"not a length: x"_s;
-    QTest::newRow("component error") << QStringList{u"complex"_s, u"YWRZ"_s} << 3 << u"CQuarry.showComplex(): 日志类型“YWRZ”"_s;
+    QTest::newRow("component error") << QStringList{u"complex-ex"_s, u"yjreqlog"_s} << 3 << u"CQuarry.showComplexEx(): 日志类型“yjreqlog”"_s;
 }
 
 void TestQuarryAsk::program()
