@@ -19,7 +19,12 @@ EmptyQueryAction emptyQueryAction(qint16 profileCode, qint16 queryHintMode, bool
 
 bool passesEmptyQueryRule(QWidget *dialog, const CSysCfg &config, bool inputEmpty)
 {
-    switch (emptyQueryAction(config.ProfileCode, config.QueryHintMode, inputEmpty)) {
+    return passesEmptyQueryRule(dialog, config.ProfileCode, config.QueryHintMode, inputEmpty);
+}
+
+bool passesEmptyQueryRule(QWidget *dialog, qint16 profileCode, qint16 queryHintMode, bool inputEmpty)
+{
+    switch (emptyQueryAction(profileCode, queryHintMode, inputEmpty)) {
     case EmptyQueryAction::Proceed:
         return true;
     case EmptyQueryAction::Confirm:

@@ -20,5 +20,8 @@ QUARRY_EXPORT EmptyQueryAction emptyQueryAction(qint16 profileCode, qint16 query
 // Applies the rule with the dialog's configuration, asking or telling the
 // operator as it says; true when the dialog may build its condition.
 QUARRY_EXPORT bool passesEmptyQueryRule(QWidget *dialog, const CSysCfg &config, bool inputEmpty);
+// The same with the two codes given.
+QUARRY_EXPORT bool passesEmptyQueryRule(QWidget *dialog, qint16 profileCode, qint16 queryHintMode,
+                                        bool inputEmpty);
 
 } // namespace quarry

@@ -129,6 +129,11 @@ void LogQueryDialog::onLeave(QWidget *field, std::function<void()> store)
     m_onLeave.insert(field, std::move(store));
 }
 
+void LogQueryDialog::onArrive(QWidget *field, std::function<void()> show)
+{
+    m_onArrive.insert(field, std::move(show));
+}
+
 void LogQueryDialog::ensureLoaded()
 {
     if (m_loaded)
@@ -140,6 +145,8 @@ void LogQueryDialog::ensureLoaded()
     for (QWidget *control : controls) {
         if (control->focusPolicy() != Qt::NoFocus)
             control->installEventFilter(this);
+        if (auto *list = qobject_cast<QComboBox *>(control); list && list->isEditable())
+            list->lineEdit()->installEventFilter(this);
     }
     Form_Load();
 }
@@ -185,21 +192,42 @@ void LogQueryDialog::fillList(QComboBox *list, const CodeList &codes, qint32 cou
     list->setCurrentIndex(-1);
 }
 
+QObject *LogQueryDialog::fieldOf(QObject *watched)
+{
+    if (qobject_cast<const QComboBox *>(watched->parent()))
+        return watched->parent();
+    return watched;
+}
+
+// What the dialog's hooks raise closes the dialog (see guarded): an error
+// must not travel through Qt's event loop.
 bool LogQueryDialog::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::KeyPress)
-        return handleKey(watched, static_cast<const QKeyEvent &>(*event));
-    if (event->type() == QEvent::FocusOut) {
+    QObject *field = fieldOf(watched);
+    bool handled = false;
+    switch (event->type()) {
+    case QEvent::KeyPress:
+        guarded([&] { handled = handleKey(field, static_cast<const QKeyEvent &>(*event)); });
+        return handled;
+    case QEvent::FocusIn:
+    case QEvent::FocusOut: {
+        // Not when another window (a message box, a list's popup) takes the
+        // focus or gives it back.
         const Qt::FocusReason reason = static_cast<const QFocusEvent &>(*event).reason();
-        const auto store = m_onLeave.constFind(watched);
-        if (store != m_onLeave.cend() && reason != Qt::ActiveWindowFocusReason
+        const auto &hooks = event->type() == QEvent::FocusIn ? m_onArrive : m_onLeave;
+        const auto hook = hooks.constFind(field);
+        if (hook != hooks.cend() && reason != Qt::ActiveWindowFocusReason
             && reason != Qt::PopupFocusReason)
-            (*store)();
+            guarded(*hook);
+        break;
+    }
+    default:
+        break;
     }
     return ConditionDialog::eventFilter(watched, event);
 }
 
-bool LogQueryDialog::handleKey(QObject *watched, const QKeyEvent &key)
+bool LogQueryDialog::handleKey(QObject *field, const QKeyEvent &key)
 {
     if (isCancelKeyHere(key)) {
         reject();
@@ -207,36 +235,36 @@ bool LogQueryDialog::handleKey(QObject *watched, const QKeyEvent &key)
     }
     if (key.key() == Qt::Key_Escape)
         return true; // no meaning in this dialog
-    const auto keys = m_keys.constFind(watched);
+    const auto keys = m_keys.constFind(field);
     if (keys == m_keys.cend()) {
-        if (auto *button = qobject_cast<QPushButton *>(watched); button && isEnterKey(key))
+        if (auto *button = qobject_cast<QPushButton *>(field); button && isEnterKey(key))
             button->click();
         return isEnterKey(key);
     }
-    if (isEnterKey(key)) {
-        if (!keys->beforeEnter || keys->beforeEnter())
-            move(keys->enter);
+    const bool enter = isEnterKey(key);
+    const bool down = key.key() == Qt::Key_Down;
+    const Move wanted = enter             ? keys->enter
+        : key.key() == Qt::Key_Up         ? keys->up
+        : down                            ? keys->down
+        : isKeypadMultiply(key)           ? keys->multiply
+                                          : Move::Keep;
+    // Enter ends here even where it does nothing: in a field it never
+    // reaches a default button.
+    if (wanted == Move::Keep)
+        return enter;
+    if ((enter || down) && wanted == Move::Next && keys->beforeNext && !keys->beforeNext())
         return true;
-    }
-    Move wanted = Move::Keep;
-    if (key.key() == Qt::Key_Up)
-        wanted = keys->up;
-    else if (key.key() == Qt::Key_Down)
-        wanted = keys->down;
-    else if (isKeypadMultiply(key))
-        wanted = keys->multiply;
     move(wanted);
-    return wanted != Move::Keep;
+    return true;
 }
 
 bool LogQueryDialog::isCancelKeyHere(const QKeyEvent &key) const
 {
-    const bool escape = key.key() == Qt::Key_Escape;
     switch (m_cancelKeys) {
     case CancelKeys::None:
         return false;
     case CancelKeys::Escape:
-        return escape;
+        return key.key() == Qt::Key_Escape;
     case CancelKeys::KeypadMultiply:
         return isKeypadMultiply(key);
     case CancelKeys::Both:

@@ -55,8 +55,9 @@ protected:
         Move up = Move::Previous;
         Move down = Move::Keep;
         Move multiply = Move::Keep;
-        // Runs before Enter moves on; false keeps the focus in the field.
-        std::function<bool()> beforeEnter = nullptr;
+        // Runs before Enter, or Down where it moves on, leaves the field;
+        // false keeps the focus in it.
+        std::function<bool()> beforeNext = nullptr;
     };
     // The keys that cancel from anywhere in the dialog.
     enum class CancelKeys { None, Escape, KeypadMultiply, Both };
@@ -83,6 +84,8 @@ protected:
     // store runs when the operator moves from field to another control of
     // the dialog (not when another window takes the focus).
     void onLeave(QWidget *field, std::function<void()> store);
+    // show runs when the focus comes to field from another control.
+    void onArrive(QWidget *field, std::function<void()> show);
 
     const DateRangeBoxes &dates() const { return *m_dates; }
     BranchBoxes &branch() { return *m_branch; }
@@ -110,7 +113,10 @@ protected:
     void showEvent(QShowEvent *event) override;
 
 private:
-    bool handleKey(QObject *watched, const QKeyEvent &key);
+    // The field an event of watched belongs to: an editable list for the
+    // line edit inside it.
+    static QObject *fieldOf(QObject *watched);
+    bool handleKey(QObject *field, const QKeyEvent &key);
     bool isCancelKeyHere(const QKeyEvent &key) const;
     void move(Move move);
 
@@ -123,6 +129,7 @@ private:
     CancelKeys m_cancelKeys = CancelKeys::Escape;
     QHash<const QObject *, Keys> m_keys;
     QHash<const QObject *, std::function<void()>> m_onLeave;
+    QHash<const QObject *, std::function<void()>> m_onArrive;
 };
 
 } // namespace quarry

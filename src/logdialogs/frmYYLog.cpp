@@ -52,8 +52,8 @@ frmYYLog::frmYYLog()
     setKeys({TxtHy}, {.multiply = Move::Next});
     setKeys({TxtAccNo, branch().box(), TxtYJKNumber}, {.up = Move::Keep});
     setKeys({dates().start(), dates().end(), TxtBZP, TxtEZP}, {});
-    setKeys({cmbOpType}, {.up = Move::Keep, .beforeEnter = [=] { storeMethod(); return true; }});
-    setKeys({cmbOpResult}, {.up = Move::Keep, .beforeEnter = [=] { storeResult(); return true; }});
+    setKeys({cmbOpType}, {.up = Move::Keep, .beforeNext = [=] { storeMethod(); return true; }});
+    setKeys({cmbOpResult}, {.up = Move::Keep, .beforeNext = [=] { storeResult(); return true; }});
     connect(cmbOpType, &QComboBox::activated, this, storeMethod);
     connect(cmbOpResult, &QComboBox::activated, this, storeResult);
 

@@ -27,7 +27,7 @@ frmZGSQLog::frmZGSQLog()
 
     const auto storeOperation = [this] { m_values.operation = ComSQLX->currentText(); };
     setKeys({TxtCha}, {.up = Move::Keep});
-    setKeys({ComSQLX}, {.up = Move::Keep, .beforeEnter = [=] { storeOperation(); return true; }});
+    setKeys({ComSQLX}, {.up = Move::Keep, .beforeNext = [=] { storeOperation(); return true; }});
     setKeys({dates().start(), dates().end()}, {});
     connect(ComSQLX, &QComboBox::activated, this, storeOperation);
     onLeave(TxtCha, [this] { m_values.supervisor = TxtCha->text().trimmed(); });
