@@ -8,10 +8,15 @@
 #include "input/frmClerk.h"
 #include "input/frmWdh.h"
 #include "logdialogs/frmHYLog.h"
+#include "logdialogs/frmPJSBLog.h"
+#include "logdialogs/frmPTFHLog.h"
 #include "logdialogs/frmSJLog.h"
+#include "logdialogs/frmSealResultStat.h"
 #include "logdialogs/frmYWLog.h"
 #include "logdialogs/frmYYLog.h"
+#include "logdialogs/frmYjReqLog.h"
 #include "logdialogs/frmZGSQLog.h"
+#include "logdialogs/frmZPGLLog.h"
 
 #include <quarry/CSysCfg.h>
 #include <quarry/QuarryError.h>
@@ -29,13 +34,6 @@ QString askPattern(qint32 length)
     Dialog dialog;
     dialog.setMaxLength(length);
     return dialog.execForCondition();
-}
-
-[[noreturn]] void raiseNotAvailable(const QString &source, const QString &logType,
-                                    const QString &dialogName)
-{
-    throw QuarryError(QuarryError::DataError, source,
-                      u"日志类型“%1”的查询窗口 %2 尚未提供，无法输入查询条件。"_s.arg(logType, dialogName));
 }
 
 } // namespace
@@ -80,7 +78,7 @@ void CQuarry::showComplex(const QString &szLogType,
     const QList<qint16> &arrTmpIdB, const QStringList &arrTmpDesB,
     qint32 lTmpCountA, qint32 lTmpCountB,
     qint32 lClerkLen, qint32 lAccLen, qint32 lChequeLen,
-    bool ShowWDH, bool ShowYJK, [[maybe_unused]] bool ShowOpCode)
+    bool ShowWDH, bool ShowYJK, bool ShowOpCode)
 {
     const LogDialog dialog = complexLogDialog(szLogType, m_config->ProfileCode);
     switch (dialog) {
@@ -150,13 +148,58 @@ void CQuarry::showComplex(const QString &szLogType,
         m_sqlStr = form.execForCondition();
         return;
     }
+    case LogDialog::ZPGLLog: {
+        frmZPGLLog form;
+        form.setMaxLength(u"TxtHy"_s, lClerkLen);
+        form.setMaxLength(u"TxtAccNo"_s, lAccLen);
+        form.setMaxLength(u"TxtBZP"_s, lChequeLen);
+        form.setMaxLength(u"TxtEZP"_s, lChequeLen);
+        form.setPzId(arrTmpIdA);
+        form.setPzType(arrTmpDesA);
+        form.lPzCount = lTmpCountA;
+        form.showPzDes();
+        m_sqlStr = form.execForCondition();
+        return;
+    }
+    case LogDialog::PJSBLog: {
+        frmPJSBLog form;
+        form.ShowWDH = ShowWDH;
+        form.setMaxLength(u"TxtBZP"_s, lChequeLen);
+        form.setMaxLength(u"TxtEZP"_s, lChequeLen);
+        form.setMaxLength(u"TxtHy"_s, lClerkLen);
+        form.setMaxLength(u"TxtAccNo"_s, lAccLen);
+        form.setPzId(arrTmpIdA);
+        form.setPzType(arrTmpDesA);
+        form.lPzCount = lTmpCountA;
+        form.showPzDes();
+        form.setPjsbId(arrTmpIdB);
+        form.setPjsbResult(arrTmpDesB);
+        form.lPjsbCount = lTmpCountB;
+        form.showPjsbResultDes();
+        m_sqlStr = form.execForCondition();
+        return;
+    }
     case LogDialog::ChequeSeriesNo:
         // The account length, not the cheque length: hosts have always
         // passed the series number's limit there.
         m_sqlStr = askPattern<frmChequeSeriesNo>(lAccLen);
         return;
-    default:
-        raiseNotAvailable(u"CQuarry.showComplex()"_s, szLogType, logDialogName(dialog));
+    case LogDialog::SealResultStat: {
+        frmSealResultStat form;
+        form.setMaxLength(u"TxtHy"_s, lClerkLen);
+        m_sqlStr = form.execForCondition();
+        return;
+    }
+    case LogDialog::PTFHLog: {
+        frmPTFHLog form;
+        form.ShowWDH = ShowWDH;
+        form.ShowYJK = ShowYJK;
+        form.ShowOpCode = ShowOpCode;
+        form.setMaxLength(u"TxtHy"_s, lClerkLen);
+        form.setMaxLength(u"TxtAccNo"_s, lAccLen);
+        m_sqlStr = form.execForCondition();
+        return;
+    }
     }
 }
 
@@ -168,8 +211,10 @@ void CQuarry::showBranch(qint32 LWDHLen)
 void CQuarry::showComplexEx(const QString &logType, const QVariant &, const QVariant &,
                             const QVariant &)
 {
-    if (isSealRequestLog(logType))
-        raiseNotAvailable(u"CQuarry.showComplexEx()"_s, logType, u"frmYjReqLog"_s);
+    if (!isSealRequestLog(logType))
+        return;
+    frmYjReqLog form;
+    m_sqlStr = form.execForCondition();
 }
 
 } // namespace quarry

@@ -26,22 +26,4 @@ bool isSealRequestLog(const QString &logType)
     return logType.toUpper() == u"YJREQLOG"_s;
 }
 
-QString logDialogName(LogDialog dialog)
-{
-    switch (dialog) {
-    case LogDialog::YWLog: return u"frmYWLog"_s;
-    case LogDialog::YYLog: return u"frmYYLog"_s;
-    case LogDialog::HYLog: return u"frmHYLog"_s;
-    case LogDialog::SJLog: return u"frmSJLog"_s;
-    case LogDialog::None: return {};
-    case LogDialog::ZGSQLog: return u"frmZGSQLog"_s;
-    case LogDialog::ZPGLLog: return u"frmZPGLLog"_s;
-    case LogDialog::PJSBLog: return u"frmPJSBLog"_s;
-    case LogDialog::ChequeSeriesNo: return u"frmChequeSeriesNo"_s;
-    case LogDialog::SealResultStat: return u"frmSealResultStat"_s;
-    case LogDialog::PTFHLog: return u"frmPTFHLog"_s;
-    }
-    return {};
-}
-
 } // namespace quarry

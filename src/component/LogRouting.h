@@ -29,7 +29,4 @@ QUARRY_EXPORT LogDialog complexLogDialog(const QString &logType, qint16 profileC
 // Whether showComplexEx shows the seal-request dialog: "YJREQLOG" in any case.
 QUARRY_EXPORT bool isSealRequestLog(const QString &logType);
 
-// The dialog's name, "frmYWLog" and so on.
-QUARRY_EXPORT QString logDialogName(LogDialog dialog);
-
 } // namespace quarry

@@ -28,10 +28,8 @@ bool MaskEdBox::isBlank() const
 void MaskEdBox::focusOutEvent(QFocusEvent *event)
 {
     if (m_kind == Kind::Date) {
-        QString text = maskedText();
-        text.remove(u' ');
-        if (CheckDateText(text) == 1)
-            setText(text);
+        if (const std::optional<QString> date = maskedDate(maskedText()))
+            setText(*date);
     }
     QLineEdit::focusOutEvent(event);
 }

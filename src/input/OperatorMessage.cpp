@@ -17,7 +17,8 @@ QMessageBox::StandardButton showBox(QWidget *dialog, QMessageBox::Icon icon, con
     QMessageBox box(icon, caption, text, buttons, dialog);
     // The operators read Chinese whatever translations the host has loaded.
     const std::pair<QMessageBox::StandardButton, QString> captions[] = {
-        {QMessageBox::Ok, u"确定"_s}, {QMessageBox::Yes, u"是(&Y)"_s}, {QMessageBox::No, u"否(&N)"_s}};
+        {QMessageBox::Ok, u"确定"_s}, {QMessageBox::Yes, u"是(&Y)"_s}, {QMessageBox::No, u"否(&N)"_s},
+        {QMessageBox::Cancel, u"取消"_s}};
     for (const auto &[button, caption] : captions) {
         if (QAbstractButton *shown = box.button(button))
             shown->setText(caption);
@@ -47,6 +48,13 @@ bool askOperator(QWidget *dialog, const QString &text)
 {
     return showBox(dialog, QMessageBox::Question, text, QMessageBox::Yes | QMessageBox::No,
                    QMessageBox::No)
+        == QMessageBox::Yes;
+}
+
+bool confirmOperator(QWidget *dialog, const QString &text)
+{
+    return showBox(dialog, QMessageBox::Question, text,
+                   QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::Yes)
         == QMessageBox::Yes;
 }
 

@@ -19,5 +19,7 @@ QUARRY_EXPORT void informOperator(QWidget *dialog, const QString &text);
 QUARRY_EXPORT void tellOperator(QWidget *dialog, const QString &text);
 // Question icon, Yes and No with No as the default; true on Yes.
 QUARRY_EXPORT bool askOperator(QWidget *dialog, const QString &text);
+// Question icon, Yes, No and Cancel; true on Yes only.
+QUARRY_EXPORT bool confirmOperator(QWidget *dialog, const QString &text);
 
 } // namespace quarry

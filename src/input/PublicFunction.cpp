@@ -2,6 +2,7 @@
 
 #include <QDate>
 #include <QRegularExpression>
+#include <QTime>
 
 using namespace Qt::StringLiterals;
 
@@ -31,6 +32,29 @@ qint16 CheckDateText(QString &text)
         return 0;
     text = date.toString(u"yyyy-MM-dd"_s);
     return 1;
+}
+
+std::optional<QString> maskedDate(const QString &masked)
+{
+    QString text = masked;
+    text.remove(u' ');
+    if (CheckDateText(text) == 0)
+        return std::nullopt;
+    return text;
+}
+
+std::optional<QString> maskedTime(const QString &masked)
+{
+    static const QRegularExpression layout(u"^([0-9]{1,2}):([0-9]{1,2}):([0-9]{1,2})$"_s);
+    QString text = masked;
+    text.remove(u' ');
+    const QRegularExpressionMatch parts = layout.match(text);
+    if (!parts.hasMatch())
+        return std::nullopt;
+    const QTime time(parts.captured(1).toInt(), parts.captured(2).toInt(), parts.captured(3).toInt());
+    if (!time.isValid())
+        return std::nullopt;
+    return time.toString(u"HH:mm:ss"_s);
 }
 
 } // namespace quarry

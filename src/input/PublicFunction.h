@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <optional>
+
 namespace quarry {
 
 // The operator's pattern ("*" any run, "?" one character, empty for all) as
@@ -18,5 +20,12 @@ QUARRY_EXPORT QString ToLikePattern(QString text);
 // and day, years 100 to 9999); anything with a blank in it, such as a partly
 // filled date mask, is no date.
 QUARRY_EXPORT qint16 CheckDateText(QString &text);
+
+// The date in a masked date box's text, blanks left out ("2009-1 -5 " is
+// 2009-01-05), as yyyy-mm-dd; nothing when it holds no date.
+QUARRY_EXPORT std::optional<QString> maskedDate(const QString &masked);
+// The time of day in a masked time box's text, blanks left out, as
+// hh:mm:ss; nothing when it holds no time.
+QUARRY_EXPORT std::optional<QString> maskedTime(const QString &masked);
 
 } // namespace quarry

@@ -20,6 +20,8 @@ struct QUARRY_EXPORT CodeList
     // The number of entries used: none for a count below 1; a count beyond
     // either array is the host's error (QuarryError 9, subscript out of range).
     qsizetype used(qint32 count) const;
+    // Description index, which the host must have given (QuarryError 9).
+    QString name(qsizetype index) const;
     // "<id>: <description>  " for every used entry, in one line.
     QString legend(qint32 count) const;
     // The description of the last used entry whose code is the number at

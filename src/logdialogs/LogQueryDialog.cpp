@@ -70,12 +70,26 @@ QLineEdit *LogQueryDialog::addChequeBox(const QString &name, const QString &labe
     return box;
 }
 
-QComboBox *LogQueryDialog::addList(const QString &name, const QString &label)
+QComboBox *LogQueryDialog::addList(const QString &name, const QString &label, ListKind kind)
 {
     auto *list = new QComboBox(this);
     list->setObjectName(name);
+    if (kind == ListKind::Editable) {
+        list->setEditable(true);
+        list->setInsertPolicy(QComboBox::NoInsert);
+        list->lineEdit()->setValidator(
+            new SqlTextValidator(SqlTextValidator::Quotes::Refused, list->lineEdit()));
+    }
     m_form->addRow(label, list);
     return list;
+}
+
+MaskEdBox *LogQueryDialog::addTimeBox(const QString &name, const QString &label)
+{
+    auto *box = new MaskEdBox(MaskEdBox::Kind::Time, this);
+    box->setObjectName(name);
+    m_form->addRow(label, box);
+    return box;
 }
 
 void LogQueryDialog::addDateRange(const QString &startName, const QString &endName)
@@ -88,13 +102,23 @@ void LogQueryDialog::addBranch(const QString &label, BranchBoxes::SubBranches su
     m_branch.emplace(this, m_form, label, subBranches);
 }
 
-QLabel *LogQueryDialog::addLabel(const QString &name, const QString &text)
+QLabel *LogQueryDialog::addLabel(const QString &name, const QString &text, const QString &rowLabel)
 {
     auto *label = new QLabel(text, this);
     label->setObjectName(name);
     label->setWordWrap(true);
-    m_form->addRow(label);
+    if (rowLabel.isEmpty())
+        m_form->addRow(label);
+    else
+        m_form->addRow(rowLabel, label);
     return label;
+}
+
+void LogQueryDialog::setRowShown(QWidget *field, bool shown)
+{
+    field->setVisible(shown);
+    if (QWidget *label = m_form->labelForField(field))
+        label->setVisible(shown);
 }
 
 void LogQueryDialog::addButtons(const QString &okName, const QString &okText,

@@ -70,11 +70,18 @@ protected:
     QLineEdit *addTextBox(const QString &name, const QString &label, Typing typing);
     // A cheque number box: letters and digits only.
     QLineEdit *addChequeBox(const QString &name, const QString &label);
-    QComboBox *addList(const QString &name, const QString &label);
+    // A list of the host's codes; an editable one takes typed text too, with
+    // no quote in it.
+    enum class ListKind { Fixed, Editable };
+    QComboBox *addList(const QString &name, const QString &label, ListKind kind = ListKind::Fixed);
+    MaskEdBox *addTimeBox(const QString &name, const QString &label);
     void addDateRange(const QString &startName = QStringLiteral("MaskBoxKs"),
                       const QString &endName = QStringLiteral("MaskBoxJs"));
     void addBranch(const QString &label, BranchBoxes::SubBranches subBranches);
-    QLabel *addLabel(const QString &name, const QString &text);
+    // A label of its own row, or beside rowLabel.
+    QLabel *addLabel(const QString &name, const QString &text, const QString &rowLabel = {});
+    // Shows or hides a field with the label of its row.
+    void setRowShown(QWidget *field, bool shown);
     // The OK and Cancel buttons; OK runs ok, Cancel cancels.
     void addButtons(const QString &okName, const QString &okText, const QString &cancelName,
                     const QString &cancelText, std::function<void()> ok);

@@ -53,7 +53,8 @@ void TestQuarryAsk::program_data()
     QTest::newRow("help") << QStringList{u"acc"_s, u"-h"_s} << 0 << u"Usage:"_s;
     QTest::newRow("nothing to ask") << QStringList{u"complex"_s, u"YZXCLRZ"_s} << 1 << QString();
     QTest::newRow("length not a number") << QStringList{u"acc"_s, u"x"_s} << 2 << u"not a length: x"_s;
-    QTest::newRow("component error") << QStringList{u"complex-ex"_s, u"yjreqlog"_s} << 3 << u"CQuarry.showComplexEx(): 日志类型“yjreqlog”"_s;
+    // The cheque management log shows the second description in its list.
+    QTest::newRow("component error") << QStringList{u"complex"_s, u"ZPGLRZ"_s, u"--list-a"_s, u"1=转账支票"_s} << 3 << u"Quarry: 下标越界"_s;
 }
 
 void TestQuarryAsk::program()

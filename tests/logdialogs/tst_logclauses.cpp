@@ -5,10 +5,15 @@
 #include "logdialogs/CodeList.h"
 #include "logdialogs/LogClause.h"
 #include "logdialogs/frmHYLog.h"
+#include "logdialogs/frmPJSBLog.h"
+#include "logdialogs/frmPTFHLog.h"
 #include "logdialogs/frmSJLog.h"
+#include "logdialogs/frmSealResultStat.h"
 #include "logdialogs/frmYWLog.h"
 #include "logdialogs/frmYYLog.h"
+#include "logdialogs/frmYjReqLog.h"
 #include "logdialogs/frmZGSQLog.h"
+#include "logdialogs/frmZPGLLog.h"
 
 #include <quarry/QuarryError.h>
 
@@ -126,6 +131,62 @@ void TestLogClauses::clauses_data()
         << u" where  ZGCODE  LIKE  '90*' And OPTYPE  LIKE  '大额支付' And Opdate Between '2009-01-01' And '2009-01-31'"_s;
     QTest::newRow("ZGSQ: hostile") << zgsqLogClause({H, H, AllDates})
         << u" where  ZGCODE  LIKE  'abcd' And OPTYPE  LIKE  'abcd' And Opdate Between '1980-01-01' And '3000-01-01'"_s;
+    // Cheque management: account, teller, voucher type, cheques, dates; profile.
+    QTest::newRow("ZPGL: nothing given, length 8") << zpglLogClause({{}, {}, {}, chequeRange({}, {}, 8, u'9'), AllDates}, 0)
+        << u" where (accno like '%') and (opcode like '%') and  (zpid between '00000000' and '99999999') and (opdate between '1980-01-01' and '3000-01-01') and  (pztype like'%')"_s;
+    QTest::newRow("ZPGL: profile 39 names too") << zpglLogClause({u"62%"_s, u"0101"_s, u"转账支票"_s, {u"A1"_s, u"B2"_s}, January}, 39)
+        << u" where (accno like '62%') and (opcode like '0101' opName like '0101') and  (zpid between 'A1' and 'B2') and (opdate between '2009-01-01' and '2009-01-31') and  (pztype like'转账支票')"_s;
+    QTest::newRow("ZPGL: hostile") << zpglLogClause({H, H, H, {H, H}, AllDates}, 0)
+        << u" where (accno like 'abcd') and (opcode like 'abcd') and  (zpid between 'abcd' and 'abcd') and (opdate between '1980-01-01' and '3000-01-01') and  (pztype like'abcd')"_s;
+
+    // Bill recognition: dates completed, the dialect's join of date and time.
+    QTest::newRow("dates: open start") << completedDate(u"    -  -  "_s, u'0') << u"0000-00-00"_s;
+    QTest::newRow("dates: open end") << completedDate(u"    -  -  "_s, u'9') << u"9999-99-99"_s;
+    QTest::newRow("dates: a year only, start") << completedDate(u"2009-  -  "_s, u'0') << u"2009-00-00"_s;
+    QTest::newRow("dates: a year only, end") << completedDate(u"2009-  -  "_s, u'9') << u"2009-99-99"_s;
+    QTest::newRow("dates: a date with blanks") << completedDate(u"2009-1 -5 "_s, u'9') << u"2009-01-05"_s;
+    const auto plus = [](const QString &baseMode) { return joinsWithPlus(baseMode) ? u"+"_s : u"concat"_s; };
+    QTest::newRow("dialect: sqlserver") << plus(u"sqlserver"_s) << u"+"_s;
+    QTest::newRow("dialect: Sybase11") << plus(u"Sybase11"_s) << u"+"_s;
+    QTest::newRow("dialect: SYBAS") << plus(u"SYBAS"_s) << u"concat"_s;
+    QTest::newRow("dialect: MYSQL") << plus(u"MYSQL"_s) << u"concat"_s;
+    const PJSBLogValues openBills{{}, {}, {}, {}, {u"000000"_s, u"zzzzzz"_s}, u"0000-00-00"_s, u"9999-99-99"_s, u"00:00:00"_s, u"23:59:59"_s};
+    QTest::newRow("PJSB: nothing given, SQL Server") << pjsbLogClause(openBills, 0, u"SQLSERVER"_s, {})
+        << u" where (accno like '%') and (opcode like '%') and  (CHEQUENO between '000000' and 'zzzzzz') and (opdate+optime between '0000-00-0000:00:00' and '9999-99-9923:59:59') and  (pztype like '%') and (ChequeResult like '%')"_s;
+    QTest::newRow("PJSB: nothing given, MySQL, a branch") << pjsbLogClause(openBills, 0, u"MYSQL"_s, u"( wdh like '11%')"_s)
+        << u" where (accno like '%') and (opcode like '%') and  (CHEQUENO between '000000' and 'zzzzzz') and (concat(opdate,optime) between '0000-00-0000:00:00' and '9999-99-9923:59:59') and  (pztype like '%') and (ChequeResult like '%') and  ( wdh like '11%')"_s;
+    QTest::newRow("PJSB: profile 39, no times and no result") << pjsbLogClause({u"62%"_s, u"0101"_s, u"现金支票"_s, u"通过"_s, {u"1"_s, u"2"_s}, u"2009-01-01"_s, u"2009-01-31"_s, u"08:00:00"_s, u"17:00:00"_s}, 39, u"SQLSERVER"_s, {})
+        << u" where (accno like '62%') and (opcode like '0101'  or OpName like '0101') and  (CHEQUENO between '1' and '2') and (opdate between '2009-01-01' and '2009-01-31') and  (pztype like'现金支票')"_s;
+    QTest::newRow("PJSB: hostile") << pjsbLogClause({H, H, H, H, {H, H}, H, H, H, H}, 0, u"MYSQL"_s, {})
+        << u" where (accno like 'abcd') and (opcode like 'abcd') and  (CHEQUENO between 'abcd' and 'abcd') and (concat(opdate,optime) between 'abcdabcd' and 'abcdabcd') and  (pztype like 'abcd') and (ChequeResult like 'abcd')"_s;
+
+    // Seal result statistics: branch and teller patterns, dates; the database.
+    const DateRange toMay{DateRange::Fault::None, u"1980-01-01"_s, u"2009-05-20"_s};
+    const QString mySqlAll = u"SELECT 1 AS id, HY.wdh, TotalPj.opcode, TotalPj.total, PassedPj.passed, TotalPj.total - PassedPj.passed AS NotPassed,  CONCAT(CAST(CAST(PassedPj.passed * 100.0 / TotalPj.total as decimal(10, 2)) AS char), '%') AS percent, '1980-01-01' AS BeginDate, '2009-05-20' AS EndDate  FROM (SELECT COUNT(chequeno) AS total, opcode From pjsblog  WHERE opresult IN (0, 1, 4, 5) AND opdate BETWEEN '1980-01-01' AND '2009-05-20' GROUP BY opcode) TotalPj  INNER JOIN (SELECT COUNT(chequeno) AS passed, opcode From pjsblog  WHERE opresult IN (0, 4) AND opdate BETWEEN '1980-01-01' AND '2009-05-20' GROUP BY opcode) PassedPj ON TotalPj.opcode = PassedPj.opcode  INNER JOIN HY ON TotalPj.opcode = HY.HYDH"_s;
+    QTest::newRow("STAT: MySQL") << sealResultStatement({u"%"_s, u"%"_s, toMay}, u"MYSQL"_s) << mySqlAll;
+    QTest::newRow("STAT: mysql in lower case") << sealResultStatement({u"%"_s, u"%"_s, toMay}, u"mysql"_s) << mySqlAll;
+    QTest::newRow("STAT: SQL Server") << sealResultStatement({u"%"_s, u"%"_s, toMay}, u"SQLSERVER"_s)
+        << u"SELECT 1 AS id, dbo.HY.wdh, TotalPj.opcode, TotalPj.total, PassedPj.passed, TotalPj.total - PassedPj.passed AS NotPassed,  CAST(CONVERT(decimal(10, 2),PassedPj.passed * 100.0 / TotalPj.total) AS varchar) + '%' AS [percent], '1980-01-01' AS BeginDate, '2009-05-20' AS EndDate  FROM (SELECT COUNT(chequeno) AS total, opcode From pjsblog  WHERE opresult IN (0, 1, 4, 5) AND opdate BETWEEN '1980-01-01' AND '2009-05-20' GROUP BY opcode) TotalPj  INNER JOIN (SELECT COUNT(chequeno) AS passed, opcode From pjsblog  WHERE opresult IN (0, 4) AND opdate BETWEEN '1980-01-01' AND '2009-05-20' GROUP BY opcode) PassedPj ON TotalPj.opcode = PassedPj.opcode  INNER JOIN dbo.HY ON TotalPj.opcode = dbo.HY.HYDH"_s;
+    QTest::newRow("STAT: a branch") << sealResultStatement({u"0101"_s, u"%"_s, toMay}, u"MYSQL"_s) << mySqlAll + u" where wdh like '0101'"_s;
+    QTest::newRow("STAT: a teller, no branch") << sealResultStatement({u"%"_s, u"12%"_s, toMay}, u"MYSQL"_s) << mySqlAll + u" and TotalPj.opcode like'12%'"_s;
+    QTest::newRow("STAT: hostile") << sealResultStatement({H, H, toMay}, u"MYSQL"_s) << mySqlAll + u" where wdh like 'abcd' and TotalPj.opcode like'abcd'"_s;
+
+    // Seal requests: branch, dates.
+    QTest::newRow("YJREQ: nothing given") << yjReqLogClause({{}, AllDates}) << u" where OPDATE >='1980-01-01' and OPDATE <='3000-01-01'"_s;
+    QTest::newRow("YJREQ: a branch") << yjReqLogClause({u"0101"_s, January})
+        << u" where (BranchNo='Bank0101' or MasterNo='0101' ) and (OPDATE >='2009-01-01' and OPDATE <='2009-01-31')"_s;
+    QTest::newRow("YJREQ: hostile") << yjReqLogClause({H, AllDates})
+        << u" where (BranchNo='Bankabcd' or MasterNo='abcd' ) and (OPDATE >='1980-01-01' and OPDATE <='3000-01-01')"_s;
+
+    // Compound: account, teller, branch pattern, seal card, dates; the fields offered.
+    QTest::newRow("PTFH: nothing given") << ptfhLogClause({{}, {}, {}, {}, AllDates, true, true, true})
+        << u" where  ACCNO  LIKE  '%'  and Opdate Between '1980-01-01' And '3000-01-01'"_s;
+    QTest::newRow("PTFH: everything") << ptfhLogClause({u"62%"_s, u"12*"_s, u"ab"_s, u"00_1"_s, January, true, true, true})
+        << u" where  ACCNO  LIKE  '62%'  and Opdate Between '2009-01-01' And '2009-01-31'  and (Opcode Like '12*') and ( wdh like 'AB' or wdh like 'ab') And YJKNUMBER like '00_1'  "_s;
+    QTest::newRow("PTFH: fields not offered") << ptfhLogClause({u"62%"_s, u"12*"_s, u"ab"_s, u"00_1"_s, January, false, false, false})
+        << u" where  ACCNO  LIKE  '62%'  and Opdate Between '2009-01-01' And '2009-01-31'"_s;
+    QTest::newRow("PTFH: hostile") << ptfhLogClause({H, H, H, H, AllDates, true, true, true})
+        << u" where  ACCNO  LIKE  'abcd'  and Opdate Between '1980-01-01' And '3000-01-01'  and (Opcode Like 'abcd') and ( wdh like 'ABCD' or wdh like 'abcd') And YJKNUMBER like 'abcd'  "_s;
 }
 
 void TestLogClauses::clauses()
