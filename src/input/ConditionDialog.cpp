@@ -44,7 +44,8 @@ void ConditionDialog::applyMaxLength(QLineEdit &box, qint32 length)
         throw QuarryError(QuarryError::DataError, box.objectName() + u".MaxLength"_s,
                           u"文本框 %1 的最大长度不能为负数（%2）。"_s.arg(box.objectName()).arg(length));
     }
-    box.setMaxLength(length == 0 ? NoLimit : length);
+    // Beyond the box's own limit is no limit either.
+    box.setMaxLength(length == 0 ? NoLimit : qMin(length, NoLimit));
 }
 
 qint32 ConditionDialog::hostMaxLength(const QLineEdit &box)

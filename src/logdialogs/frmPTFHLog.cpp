@@ -17,8 +17,8 @@ QString ptfhLogClause(const PTFHLogValues &v)
         + quotable(v.dates.end) + u"'"_s;
     if (v.showOpCode && orAny(v.teller) != u"%"_s)
         clause += u"  and (Opcode Like '"_s + quotable(v.teller) + u"')"_s;
-    if (v.showWdh && orAny(v.branchPattern) != u"%"_s)
-        clause += u" and "_s + branchBothCasesPart(v.branchPattern);
+    if (v.showWdh && !v.branchPart.isEmpty())
+        clause += u" and "_s + v.branchPart;
     if (v.showYjk && orAny(v.sealCard) != u"%"_s)
         clause += u" And YJKNUMBER like '"_s + quotable(v.sealCard) + u"'  "_s;
     return clause;
@@ -50,7 +50,10 @@ frmPTFHLog::frmPTFHLog()
     onLeave(TxtAccNo, [this] { m_values.account = ToLikePattern(TxtAccNo->text().trimmed()); });
     onLeave(TxtYJKNumber, [this] { m_values.sealCard = ToLikePattern(TxtYJKNumber->text().trimmed()); });
     onLeave(TxtHy, [this] { m_values.teller = TxtHy->text().trimmed(); });
-    onLeave(txtWdh, [this, txtWdh] { m_values.branchPattern = ToLikePattern(txtWdh->text().trimmed()); });
+    onLeave(txtWdh, [this, txtWdh] {
+        const QString pattern = ToLikePattern(txtWdh->text().trimmed());
+        m_values.branchPart = pattern == u"%"_s ? QString() : branchBothCasesPart(pattern);
+    });
 }
 
 void frmPTFHLog::Form_Load()

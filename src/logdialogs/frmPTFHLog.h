@@ -13,7 +13,7 @@ struct PTFHLogValues
 {
     QString account;       // a LIKE pattern
     QString teller;        // trimmed, used as typed
-    QString branchPattern; // a LIKE pattern
+    QString branchPart;    // "" for none
     QString sealCard;      // a LIKE pattern
     DateRange dates;
     bool showOpCode = false;

@@ -19,8 +19,8 @@ QString sjLogClause(const SJLogValues &v, qint16 profileCode, bool showWdh)
     clause += u"'  ) And APPNAME  LIKE  '"_s + quotable(orAny(v.module))
         + u"'  And Opdate Between '"_s + quotable(v.dates.start) + u"' And '"_s
         + quotable(v.dates.end) + u"'"_s;
-    if (showWdh && orAny(v.branchPattern) != u"%"_s)
-        clause += u"  and  "_s + branchBothCasesPart(v.branchPattern);
+    if (showWdh && !v.branchPart.isEmpty())
+        clause += u"  and  "_s + v.branchPart;
     return clause;
 }
 
@@ -41,7 +41,8 @@ frmSJLog::frmSJLog()
     onLeave(TxtHy, [this] { m_values.teller = TxtHy->text().trimmed(); });
     onLeave(TxtApp, [this] { m_values.module = TxtApp->text(); });
     onLeave(branch().box(), [this] {
-        m_values.branchPattern = ToLikePattern(branch().box()->text().trimmed());
+        const QString pattern = ToLikePattern(branch().box()->text().trimmed());
+        m_values.branchPart = pattern == u"%"_s ? QString() : branchBothCasesPart(pattern);
     });
     connect(TxtApp, &QLineEdit::textChanged, this, &frmSJLog::TxtApp_KeyUp);
 }

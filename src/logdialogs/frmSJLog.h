@@ -14,11 +14,11 @@ struct SJLogValues
 {
     QString teller;        // trimmed, used as typed
     QString module;        // used as typed
-    QString branchPattern; // a LIKE pattern
+    QString branchPart; // "" for none
     DateRange dates;
 };
 
-// The clause; the branch pattern counts only where the branch box is shown.
+// The clause; the branch part counts only where the branch box is shown.
 QUARRY_EXPORT QString sjLogClause(const SJLogValues &values, qint16 profileCode, bool showWdh);
 
 // The login log query.

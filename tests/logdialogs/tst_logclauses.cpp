@@ -117,12 +117,13 @@ void TestLogClauses::clauses_data()
     QTest::newRow("SJ: nothing given") << sjLogClause({{}, {}, {}, AllDates}, 0, true) << allLogins;
     QTest::newRow("SJ: profile 39") << sjLogClause({u"0101"_s, u"2"_s, {}, January}, 39, false)
         << u" where (Opcode Like '0101' or OpName Like '0101'  ) And APPNAME  LIKE  '2'  And Opdate Between '2009-01-01' And '2009-01-31'"_s;
-    QTest::newRow("SJ: branch in both cases") << sjLogClause({{}, {}, u"ab%"_s, AllDates}, 0, true)
+    QTest::newRow("branch part in both cases") << branchBothCasesPart(u"ab%"_s) << u"( wdh like 'AB%' or wdh like 'ab%')"_s;
+    QTest::newRow("branch part, hostile") << branchBothCasesPart(H) << u"( wdh like 'ABCD' or wdh like 'abcd')"_s;
+    QTest::newRow("SJ: a branch") << sjLogClause({{}, {}, u"( wdh like 'AB%' or wdh like 'ab%')"_s, AllDates}, 0, true)
         << allLogins + u"  and  ( wdh like 'AB%' or wdh like 'ab%')"_s;
-    QTest::newRow("SJ: branch box hidden") << sjLogClause({{}, {}, u"ab%"_s, AllDates}, 0, false) << allLogins;
-    QTest::newRow("SJ: branch left open") << sjLogClause({{}, {}, u"%"_s, AllDates}, 0, true) << allLogins;
-    QTest::newRow("SJ: hostile") << sjLogClause({H, H, H, AllDates}, 0, true)
-        << u" where (Opcode Like 'abcd'  ) And APPNAME  LIKE  'abcd'  And Opdate Between '1980-01-01' And '3000-01-01'  and  ( wdh like 'ABCD' or wdh like 'abcd')"_s;
+    QTest::newRow("SJ: branch box hidden") << sjLogClause({{}, {}, u"( wdh like 'AB%' or wdh like 'ab%')"_s, AllDates}, 0, false) << allLogins;
+    QTest::newRow("SJ: hostile") << sjLogClause({H, H, {}, AllDates}, 0, true)
+        << u" where (Opcode Like 'abcd'  ) And APPNAME  LIKE  'abcd'  And Opdate Between '1980-01-01' And '3000-01-01'"_s;
 
     // Supervisor authorisation: supervisor, operation, dates.
     QTest::newRow("ZGSQ: nothing given") << zgsqLogClause({{}, {}, AllDates})
@@ -181,12 +182,13 @@ void TestLogClauses::clauses_data()
     // Compound: account, teller, branch pattern, seal card, dates; the fields offered.
     QTest::newRow("PTFH: nothing given") << ptfhLogClause({{}, {}, {}, {}, AllDates, true, true, true})
         << u" where  ACCNO  LIKE  '%'  and Opdate Between '1980-01-01' And '3000-01-01'"_s;
-    QTest::newRow("PTFH: everything") << ptfhLogClause({u"62%"_s, u"12*"_s, u"ab"_s, u"00_1"_s, January, true, true, true})
+    const QString ab = u"( wdh like 'AB' or wdh like 'ab')"_s;
+    QTest::newRow("PTFH: everything") << ptfhLogClause({u"62%"_s, u"12*"_s, ab, u"00_1"_s, January, true, true, true})
         << u" where  ACCNO  LIKE  '62%'  and Opdate Between '2009-01-01' And '2009-01-31'  and (Opcode Like '12*') and ( wdh like 'AB' or wdh like 'ab') And YJKNUMBER like '00_1'  "_s;
-    QTest::newRow("PTFH: fields not offered") << ptfhLogClause({u"62%"_s, u"12*"_s, u"ab"_s, u"00_1"_s, January, false, false, false})
+    QTest::newRow("PTFH: fields not offered") << ptfhLogClause({u"62%"_s, u"12*"_s, ab, u"00_1"_s, January, false, false, false})
         << u" where  ACCNO  LIKE  '62%'  and Opdate Between '2009-01-01' And '2009-01-31'"_s;
-    QTest::newRow("PTFH: hostile") << ptfhLogClause({H, H, H, H, AllDates, true, true, true})
-        << u" where  ACCNO  LIKE  'abcd'  and Opdate Between '1980-01-01' And '3000-01-01'  and (Opcode Like 'abcd') and ( wdh like 'ABCD' or wdh like 'abcd') And YJKNUMBER like 'abcd'  "_s;
+    QTest::newRow("PTFH: hostile") << ptfhLogClause({H, H, {}, H, AllDates, true, true, true})
+        << u" where  ACCNO  LIKE  'abcd'  and Opdate Between '1980-01-01' And '3000-01-01'  and (Opcode Like 'abcd') And YJKNUMBER like 'abcd'  "_s;
 }
 
 void TestLogClauses::clauses()

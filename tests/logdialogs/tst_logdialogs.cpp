@@ -5,9 +5,12 @@
 #include "ModalWatch.h"
 #include "SampleStation.h"
 
+#include "platform/DbConnection.h"
 #include "teller/CHy.h"
 
 #include <quarry/CQuarry.h>
+#include <quarry/CSysCfgDb.h>
+#include <quarry/QuarryError.h>
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -15,6 +18,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSqlError>
+#include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -30,25 +35,34 @@ namespace quarry {
 namespace {
 
 // How the host calls showComplex in these tests: two code lists, teller
-// length 4, account length 10, cheque length 8, and the flags.
+// length 4, account length 10, cheque length 8, and the flags; or
+// showComplexEx.
 struct HostCall
 {
     QString logType;
     bool showWdh = false;
     bool showYjk = false;
+    bool showOpCode = false;
+    bool ex = false;
 };
 
-void showComplex(CQuarry &quarry, const HostCall &call)
+void ask(CQuarry &quarry, const HostCall &call)
 {
-    quarry.showComplex(call.logType, {1, 2}, {u"自动验印"_s, u"人工验印"_s}, {0, 1},
-                       {u"通过"_s, u"不通过"_s}, 2, 2, 4, 10, 8, call.showWdh, call.showYjk, false);
+    if (call.ex)
+        quarry.showComplexEx(call.logType);
+    else
+        quarry.showComplex(call.logType, {1, 2}, {u"自动验印"_s, u"人工验印"_s}, {0, 1},
+                           {u"通过"_s, u"不通过"_s}, 2, 2, 4, 10, 8, call.showWdh, call.showYjk,
+                           call.showOpCode);
 }
 
-// "YYRZ", "YYRZ+wdh", "YWRZ+wdh+yjk".
+// "YYRZ", "YYRZ+wdh", "YWRZ+wdh+yjk+op", "ex:YJREQLOG".
 HostCall hostCall(const QString &text)
 {
     const QStringList parts = text.split(u'+');
-    return {parts[0], parts.contains(u"wdh"_s), parts.contains(u"yjk"_s)};
+    const bool ex = parts[0].startsWith(u"ex:"_s);
+    return {ex ? parts[0].mid(3) : parts[0], parts.contains(u"wdh"_s), parts.contains(u"yjk"_s),
+            parts.contains(u"op"_s), ex};
 }
 
 QWidget *control(QWidget *dialog, const QString &name)
@@ -102,7 +116,7 @@ QString after(QWidget *dialog)
     if (!dialog->isVisible())
         return u"closed"_s;
     QString where = dialog->focusWidget()->objectName();
-    for (const QString &name : {u"OpShow"_s, u"AppShow"_s}) {
+    for (const QString &name : {u"OpShow"_s, u"AppShow"_s, u"lblInfo"_s}) {
         const auto *shown = dialog->findChild<QLabel *>(name);
         if (shown && !shown->text().isEmpty())
             where += u' ' + shown->text();
@@ -125,7 +139,7 @@ Outcome operate(CQuarry &quarry, const HostCall &call, const QStringList &steps,
         if (inspect)
             inspect(dialog);
     });
-    showComplex(quarry, call);
+    ask(quarry, call);
     outcome.sql = watch.fired() ? quarry.SQLStr() : u"(no dialog)"_s;
     return outcome;
 }
@@ -134,20 +148,22 @@ Outcome operate(CQuarry &quarry, const HostCall &call, const QStringList &steps,
 QString describe(QWidget *dialog)
 {
     QStringList parts{dialog->objectName(), dialog->windowTitle()};
-    for (const QString &name : {u"lblWDH"_s, u"txtWdh"_s, u"chkSub"_s, u"TxtYJKNumber"_s}) {
+    for (const QString &name : {u"lblWDH"_s, u"txtWdh"_s, u"chkSub"_s, u"TxtYJKNumber"_s,
+                                u"maskBeginTime"_s, u"Label1"_s, u"ComPjsbResult"_s}) {
         if (QWidget *w = dialog->findChild<QWidget *>(name))
             parts.append(name + (!w->isVisible() ? u" hidden"_s : w->isEnabled() ? u" on"_s : u" off"_s));
     }
     for (const QString &name : {u"TxtHy"_s, u"TxtAccNo"_s, u"TxtCha"_s, u"TxtBZP"_s, u"TxtEZP"_s}) {
         if (auto *box = dialog->findChild<QLineEdit *>(name))
-            parts.append(name + u'=' + QString::number(box->maxLength()));
+            parts.append(name + u'=' + QString::number(box->maxLength()) + (box->isEnabled() ? u""_s : u" off"_s));
     }
     const QList<QComboBox *> lists = dialog->findChildren<QComboBox *>();
     for (QComboBox *list : lists) {
         QStringList items;
         for (int i = 0; i < list->count(); ++i)
             items.append(list->itemText(i) + u':' + list->itemData(i).toString());
-        parts.append(list->objectName() + u'=' + items.join(u',') + u'@' + QString::number(list->currentIndex()));
+        parts.append(list->objectName() + u'=' + items.join(u',') + u'@' + QString::number(list->currentIndex())
+                     + (list->isEditable() ? u' ' + list->currentText() : QString()));
     }
     for (const QString &name : {u"Label3"_s, u"Label5"_s})
         if (auto *label = dialog->findChild<QLabel *>(name))
@@ -178,6 +194,8 @@ private Q_SLOTS:
     void conditions();
     void subBranches_data();
     void subBranches();
+    void componentErrors();
+    void statisticsOnMariaDb();
 };
 
 void TestLogDialogs::useConfig(const QString &mode, int queryHintMode)
@@ -188,12 +206,13 @@ void TestLogDialogs::useConfig(const QString &mode, int queryHintMode)
                   .arg(queryHintMode)
                   .arg(mode)
                   .toUtf8());
+    // A sample station points the configuration elsewhere while it lives.
+    qputenv("QUARRY_SYSTEM_DIR", m_systemDir.path().toLocal8Bit());
 }
 
 void TestLogDialogs::initTestCase()
 {
     QVERIFY(m_systemDir.isValid());
-    qputenv("QUARRY_SYSTEM_DIR", m_systemDir.path().toLocal8Bit());
 }
 
 void TestLogDialogs::hostCalls_data()
@@ -214,6 +233,20 @@ void TestLogDialogs::hostCalls_data()
         << u"frmSJLog | 复合查询 | lblWDH on | txtWdh on | TxtHy=4 | Label5=1: 自动验印  2: 人工验印   | BtnOk=确定 | BtnCancel=取消"_s;
     QTest::newRow("ZGSQRZ") << u"ZGSQRZ+wdh+yjk"_s << QString()
         << u"frmZGSQLog | 复合查询 | TxtCha=4 | ComSQLX=:,自动验印:1,人工验印:2@-1 | Command1=确  定 | Command2=取  消"_s;
+    QTest::newRow("ZPGLRZ: the second description shown") << u"ZPGLRZ+wdh"_s << QString()
+        << u"frmZPGLLog | 支票管理日志查询 | TxtHy=4 | TxtAccNo=10 | TxtBZP=8 | TxtEZP=8 | ComPZ=自动验印:1,人工验印:2@0 人工验印 | CmdYes=确定 | cmdCancel=取消"_s;
+    QTest::newRow("PJSBRZ, profile 65") << u"PJSBRZ+wdh"_s << u"Vefos"_s
+        << u"frmPJSBLog | 票据识别日志查询 | lblWDH on | txtWdh on | chkSub on | maskBeginTime on | Label1 on | ComPjsbResult on | TxtHy=4 | TxtAccNo=10 | TxtBZP=8 | TxtEZP=8 | ComPZ=:,自动验印:1,人工验印:2@-1 | ComPjsbResult=:,通过:0,不通过:1@-1 | CmdYes=确定 | cmdCancel=取消"_s;
+    QTest::newRow("PJSBRZ, profile 39: no times, no result") << u"PJSBRZ"_s << u"Hilur"_s
+        << u"frmPJSBLog | 票据识别日志查询 | lblWDH hidden | txtWdh hidden | chkSub hidden | maskBeginTime hidden | Label1 hidden | ComPjsbResult hidden | TxtHy=4 | TxtAccNo=10 | TxtBZP=8 | TxtEZP=8 | ComPZ=:,自动验印:1,人工验印:2@-1 | ComPjsbResult=:,通过:0,不通过:1@-1 | CmdYes=确定 | cmdCancel=取消"_s;
+    QTest::newRow("SEALRESULTSTAT") << u"SEALRESULTSTAT+wdh+yjk+op"_s << QString()
+        << u"frmSealResultStat | 验印结果统计 | txtWdh on | TxtHy=4 | cmdOK=确定 | cmdCancel=取消"_s;
+    QTest::newRow("another log type, no operator code") << u"XYZ+wdh"_s << QString()
+        << u"frmPTFHLog | 复合查询 | lblWDH on | txtWdh on | TxtYJKNumber off | TxtHy=4 off | TxtAccNo=10 | BtnOk=确定 | BtnCancel=取消"_s;
+    QTest::newRow("ywrz in lower case") << u"ywrz+yjk+op"_s << QString()
+        << u"frmPTFHLog | 复合查询 | lblWDH hidden | txtWdh hidden | TxtYJKNumber on | TxtHy=4 | TxtAccNo=10 | BtnOk=确定 | BtnCancel=取消"_s;
+    QTest::newRow("seal requests, in any case") << u"ex:YjReqLog"_s << QString()
+        << u"frmYjReqLog | 复合查询 | txtWdh on | cmdOK=确  定 | cmdCancel=取  消"_s;
 }
 
 void TestLogDialogs::hostCalls()
@@ -279,12 +312,53 @@ void TestLogDialogs::conditions_data()
         << refuse << u"BtnOk"_s << none;
     QTest::newRow("SJRZ: branch in both cases") << u"SJRZ+wdh"_s << none << 0 << QStringList{u"txtWdh=ab*"_s, u"BtnOk!"_s} << none << closed
         << u" where (Opcode Like '%'  ) And APPNAME  LIKE  '%'  And Opdate Between '1980-01-01' And '3000-01-01'  and  ( wdh like 'AB%' or wdh like 'ab%')"_s;
+    // A quote alone is no pattern, but the branch was given.
+    QTest::newRow("SJRZ: a branch of a quote") << u"SJRZ+wdh"_s << none << 0 << QStringList{u"txtWdh='"_s, u"BtnOk!"_s} << none << closed
+        << u" where (Opcode Like '%'  ) And APPNAME  LIKE  '%'  And Opdate Between '1980-01-01' And '3000-01-01'  and  ( wdh like '' or wdh like '')"_s;
     QTest::newRow("SJRZ: hint 2, nothing, Yes") << u"SJRZ"_s << none << 2 << QStringList{u"BtnOk!"_s} << ask << closed
         << u" where (Opcode Like '%'  ) And APPNAME  LIKE  '%'  And Opdate Between '1980-01-01' And '3000-01-01'"_s;
     QTest::newRow("ZGSQRZ: supervisor and operation") << u"ZGSQRZ"_s << none << 0 << QStringList{u"TxtCha=90*"_s, u"ComSQLX#2"_s, u"Return"_s, u"Command1!"_s}
         << none << closed << u" where  ZGCODE  LIKE  '90*' And OPTYPE  LIKE  '人工验印' And Opdate Between '1980-01-01' And '3000-01-01'"_s;
     QTest::newRow("ZGSQRZ: the end before the start") << u"ZGSQRZ"_s << none << 0 << QStringList{u"MaskBoxKs=20090302"_s, u"MaskBoxJs=20090301"_s, u"Command1!"_s}
-        << u"截止日期不能小于起始日期，请重新输入！"_s << u"MaskBoxJs"_s << none;
+        << u"截止日期不能小于起始日期，请重新输入！"_s << u"MaskBoxJs"_s << none;    const QString needsAccount = u"不输入帐号，请不要输入支票号"_s;
+    QTest::newRow("ZPGLRZ: a cheque without an account, on Enter") << u"ZPGLRZ"_s << none << 0 << QStringList{u"TxtBZP=123"_s, u"Return"_s}
+        << needsAccount << u"TxtBZP"_s << none;
+    QTest::newRow("ZPGLRZ: a cheque without an account, at OK") << u"ZPGLRZ"_s << none << 0 << QStringList{u"TxtEZP=9"_s, u"CmdYes!"_s}
+        << needsAccount << u"CmdYes"_s << none;
+    QTest::newRow("ZPGLRZ: the list's text is no choice") << u"ZPGLRZ"_s << none << 0 << QStringList{u"CmdYes!"_s} << none << closed
+        << u" where (accno like '%') and (opcode like '%') and  (zpid between '00000000' and '99999999') and (opdate between '1980-01-01' and '3000-01-01') and  (pztype like'%')"_s;
+    // The list starts on its first entry: one Down chooses the second.
+    QTest::newRow("ZPGLRZ: from the keyboard") << u"ZPGLRZ"_s << none << 0
+        << QStringList{u"TxtAccNo=62*"_s, u"TxtBZP=1"_s, u"Return"_s, u"=2"_s, u"ComPZ#0"_s, u"Return"_s, u"Return"_s} << none << closed
+        << u" where (accno like '62%') and (opcode like '%') and  (zpid between '1' and '2') and (opdate between '1980-01-01' and '3000-01-01') and  (pztype like'人工验印')"_s;
+    const QString openBills = u" where (accno like '%') and (opcode like '%') and  (CHEQUENO between '00000000' and 'zzzzzzzz') and (concat(opdate,optime) between '0000-00-0000:00:00' and '9999-99-9923:59:59') and  (pztype like '%') and (ChequeResult like '%')"_s;
+    QTest::newRow("PJSBRZ: leaving a date that is none") << u"PJSBRZ"_s << none << 0 << QStringList{u"MaskBoxKs=2009"_s, u"Return"_s}
+        << u"日期输入错误！"_s << u"MaskBoxKs"_s << none;
+    QTest::newRow("PJSBRZ: leaving a time that is none") << u"PJSBRZ"_s << none << 0 << QStringList{u"maskBeginTime=25"_s, u"Return"_s}
+        << u"时间输入错误！"_s << u"maskBeginTime"_s << none;
+    QTest::newRow("PJSBRZ: the end date before the start") << u"PJSBRZ"_s << none << 0 << QStringList{u"MaskBoxKs=20090302"_s, u"MaskBoxJs=20090301"_s, u"Return"_s}
+        << u"截止日期大于开始日期，请重新输入"_s << u"MaskBoxJs"_s << none;
+    QTest::newRow("PJSBRZ: dates, times and lists") << u"PJSBRZ"_s << none << 0
+        << QStringList{u"TxtAccNo=62*"_s, u"MaskBoxKs=20090101"_s, u"MaskBoxJs=20090131"_s, u"maskBeginTime=080000"_s, u"maskEndTime=170000"_s, u"ComPZ#1"_s, u"ComPjsbResult#2"_s, u"CmdYes!"_s}
+        << none << closed
+        << u" where (accno like '62%') and (opcode like '%') and  (CHEQUENO between '00000000' and 'zzzzzzzz') and (concat(opdate,optime) between '2009-01-0108:00:00' and '2009-01-3117:00:00') and  (pztype like '自动验印') and (ChequeResult like '不通过')"_s;
+    QTest::newRow("PJSBRZ: profile 54, nothing") << u"PJSBRZ"_s << u"Tecis"_s << 0 << QStringList{u"CmdYes!"_s} << refuse << u"CmdYes"_s << none;
+    QTest::newRow("PJSBRZ: profile 2, nothing, Yes") << u"PJSBRZ"_s << u"银行2"_s << 0 << QStringList{u"CmdYes!"_s} << ask << closed << openBills;
+    QTest::newRow("PJSBRZ: hint 2 does not ask") << u"PJSBRZ"_s << none << 2 << QStringList{u"CmdYes!"_s} << none << closed << openBills;
+    const QString allRequests = u" where OPDATE >='1980-01-01' and OPDATE <='3000-01-01'"_s;
+    QTest::newRow("YJREQLOG: nothing typed") << u"ex:YJREQLOG"_s << none << 0 << QStringList{u"cmdOK!"_s} << none << closed << allRequests;
+    QTest::newRow("YJREQLOG: blanks are no branch") << u"ex:YJREQLOG"_s << none << 0 << QStringList{u"txtWdh=  "_s, u"cmdOK!"_s} << none << closed << allRequests;
+    QTest::newRow("YJREQLOG: a branch and dates") << u"ex:YJREQLOG"_s << none << 0
+        << QStringList{u"txtWdh=0101"_s, u"Return"_s, u"=20090101"_s, u"Return"_s, u"=20090131"_s, u"cmdOK!"_s} << none << closed
+        << u" where (BranchNo='Bank0101' or MasterNo='0101' ) and (OPDATE >='2009-01-01' and OPDATE <='2009-01-31')"_s;
+    QTest::newRow("YJREQLOG: Cancel after a refused OK") << u"ex:YJREQLOG"_s << none << 0 << QStringList{u"txtStDate=20091301"_s, u"cmdOK!"_s, u"cmdCancel!"_s}
+        << u"起始日期格式错误，请重新输入！"_s << closed << QString();
+    QTest::newRow("XYZ: nothing typed") << u"XYZ+wdh+yjk+op"_s << none << 0 << QStringList{u"BtnOk!"_s} << none << closed
+        << u" where  ACCNO  LIKE  '%'  and Opdate Between '1980-01-01' And '3000-01-01'"_s;
+    QTest::newRow("XYZ: every field") << u"XYZ+wdh+yjk+op"_s << none << 0
+        << QStringList{u"TxtAccNo=62*"_s, u"TxtHy=12*"_s, u"txtWdh=ab"_s, u"TxtYJKNumber=00?1"_s, u"BtnOk!"_s} << none << closed
+        << u" where  ACCNO  LIKE  '62%'  and Opdate Between '1980-01-01' And '3000-01-01'  and (Opcode Like '12*') and ( wdh like 'AB' or wdh like 'ab') And YJKNUMBER like '00_1'  "_s;
+
     // Keys, one row each where a dialog departs from Enter and Up.
     const auto keys = [&](const char *tag, const QString &call, const QString &field, const QString &key, const QString &after) {
         QTest::newRow(tag) << call << none << 0 << QStringList{field, key} << none << after << none;
@@ -305,6 +379,15 @@ void TestLogDialogs::conditions_data()
     keys("SJRZ: Up goes back between dates", u"SJRZ"_s, u"MaskBoxJs"_s, u"Up"_s, u"MaskBoxKs"_s);
     keys("ZGSQRZ: Esc does nothing", u"ZGSQRZ"_s, u"TxtCha"_s, u"Esc"_s, u"TxtCha"_s);
     keys("ZGSQRZ: keypad * cancels", u"ZGSQRZ"_s, u"ComSQLX"_s, u"Pad*"_s, closed);
+    keys("ZPGLRZ: Esc does nothing", u"ZPGLRZ"_s, u"TxtAccNo"_s, u"Esc"_s, u"TxtAccNo"_s);
+    keys("PJSBRZ: keypad * cancels", u"PJSBRZ"_s, u"TxtHy"_s, u"Pad*"_s, closed);
+    keys("SEALRESULTSTAT: Down moves on", u"SEALRESULTSTAT"_s, u"txtWdh"_s, u"Down"_s, u"TxtHy"_s);
+    keys("SEALRESULTSTAT: keypad * cancels", u"SEALRESULTSTAT"_s, u"TxtHy"_s, u"Pad*"_s, closed);
+    keys("YJREQLOG: Esc does nothing", u"ex:YJREQLOG"_s, u"txtWdh"_s, u"Esc"_s, u"txtWdh"_s);
+    keys("YJREQLOG: Enter goes to the start date", u"ex:YJREQLOG"_s, u"txtWdh"_s, u"Return"_s, u"txtStDate"_s);
+    keys("XYZ: Esc cancels", u"XYZ"_s, u"TxtAccNo"_s, u"Esc"_s, closed);
+    // The hint for the field that has the focus; a disabled field is passed over.
+    keys("XYZ: the branch's hint", u"XYZ+wdh"_s, u"TxtAccNo"_s, u"Return"_s, u"txtWdh 请输入网点号特征，？代表任意一位数字，* 代表多个数字 "_s);
     // The description of a typed code, beside it.
     keys("HYRZ: a known code", u"HYRZ"_s, u"TxtOpType=2"_s, u"Up"_s, u"TxtCha 人工验印"_s);
     keys("HYRZ: an unknown code keeps the last", u"HYRZ"_s, u"TxtOpType=19"_s, u"Down"_s, u"MaskBoxKs 自动验印"_s);
@@ -332,7 +415,9 @@ void TestLogDialogs::conditions()
     if (!outcome.box.shown)
         return;
     // Each kind of message has its own look.
-    const bool plain = message == u"输入非法字符，请输入正确的数字！"_s;
+    static const QStringList plainMessages{u"输入非法字符，请输入正确的数字！"_s, u"不输入帐号，请不要输入支票号"_s,
+        u"日期输入错误！"_s, u"时间输入错误！"_s, u"截止日期大于开始日期，请重新输入"_s};
+    const bool plain = plainMessages.contains(message);
     const QMessageBox::Icon icon = plain ? QMessageBox::NoIcon
         : message == u"请输入查询条件!"_s ? QMessageBox::Information
         : message.endsWith(u"是否继续？"_s) ? QMessageBox::Question : QMessageBox::Warning;
@@ -358,6 +443,8 @@ void TestLogDialogs::subBranches_data()
         QTest::addRow("%s: HYRZ unknown branch", name.data()) << engine << u"HYRZ"_s << u"999999"_s
             << u" where (Opcode Like '%')    And OPTYPE  LIKE  '%' And Opdate Between '1980-01-01' And '3000-01-01'"_s;
         QTest::addRow("%s: YWRZ unknown branch", name.data()) << engine << u"YWRZ"_s << u"999999"_s << u""_s;
+        QTest::addRow("%s: PJSBRZ", name.data()) << engine << u"PJSBRZ"_s << u"110101"_s << QString();
+        QTest::addRow("%s: PJSBRZ unknown branch", name.data()) << engine << u"PJSBRZ"_s << u"999999"_s << u""_s;
     }
 }
 
@@ -373,8 +460,10 @@ void TestLogDialogs::subBranches()
     station.writeIni("[USER]\nMODE=Vefos\nQueryHintMode=0\n");
 
     CQuarry quarry;
+    const bool bills = logType == u"PJSBRZ"_s;
     const Outcome outcome = operate(quarry, {logType, true, false},
-                                    {u"txtWdh="_s + branch, u"chkSub!"_s, u"BtnOk!"_s, u"BtnCancel!"_s});
+                                    {u"txtWdh="_s + branch, u"chkSub!"_s, bills ? u"CmdYes!"_s : u"BtnOk!"_s,
+                                     bills ? u"cmdCancel!"_s : u"BtnCancel!"_s});
     const bool known = QString::fromLatin1(QTest::currentDataTag()).endsWith(logType);
     if (!known) {
         QCOMPARE(outcome.box.text, u"输入的网点号不存在，请重新输入！"_s);
@@ -385,8 +474,81 @@ void TestLogDialogs::subBranches()
     CHy hy;
     hy.GetBelongedWDHS(branch);
     QCOMPARE(hy.belongedWdhs().count(u','), 10);
-    QVERIFY2(outcome.sql.endsWith(u"( wdh in ("_s + hy.belongedWdhs().chopped(1) + u"))"_s), qPrintable(outcome.sql));
-    QVERIFY(outcome.sql.contains(u"'1980-01-01' And '3000-01-01'"_s));
+    QVERIFY2(outcome.sql.startsWith(u" where "_s)
+                 && outcome.sql.endsWith(u" and  ( wdh in ("_s + hy.belongedWdhs().chopped(1) + u"))"_s),
+             qPrintable(outcome.sql));
+}
+
+void TestLogDialogs::componentErrors()
+{
+    useConfig(QString());
+    CQuarry quarry;
+    // The cheque management list shows its second description.
+    QVERIFY_THROWS_EXCEPTION(QuarryError, quarry.showComplex(u"ZPGLRZ"_s, {1}, {u"转账支票"_s}, {}, {}, 1, 0, 4, 10, 8, false, false, false));
+    // The business date of a database that is not there: the dialog closes
+    // and the error reaches the host.
+    QVERIFY_THROWS_EXCEPTION(QuarryError, operate(quarry, hostCall(u"SEALRESULTSTAT"_s), {u"maskEndDate"_s, u"Return"_s}));
+    QCOMPARE(quarry.SQLStr(), QString());
+}
+
+// The statement of the statistics runs on MariaDB and counts what the log's
+// rows imply, reckoned here from the rows themselves.
+void TestLogDialogs::statisticsOnMariaDb()
+{
+    QUARRY_REQUIRE_MARIADB();
+    SampleStation station(Engine::MariaDb);
+    QVERIFY2(station.isValid(), qPrintable(station.errorText()));
+    station.writeIni("[USER]\nQueryHintMode=0\n");
+
+    CQuarry quarry;
+    const Outcome outcome = operate(quarry, hostCall(u"SEALRESULTSTAT"_s), {u"maskEndDate"_s, u"Return"_s, u"cmdOK!"_s}, {}, QMessageBox::Yes);
+    QCOMPARE(outcome.box.text, u"您查询时未选择任何限制条件，可能会因为数据量很大而影响查询速度，是否继续？"_s);
+    QCOMPARE(outcome.box.buttons, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+    CSysCfgDb configuration;
+    const QString today = configuration.GetToday();
+    QVERIFY2(outcome.sql.contains(u"'1980-01-01' AS BeginDate, '"_s + today + u"' AS EndDate"_s), qPrintable(outcome.sql));
+
+    DbConnection db;
+    station.seal().prepare(db);
+    db.open(station.seal().connectionString(), u"BISOL"_s, u"KORMANTE"_s, true);
+    QVERIFY2(!db.failed(), qPrintable(db.errorText()));
+    QSqlQuery query(db.database());
+    QHash<QString, QString> branchOf;
+    QVERIFY(query.exec(u"SELECT HYDH, WDH FROM HY"_s));
+    while (query.next())
+        branchOf.insert(query.value(0).toString(), query.value(1).toString());
+    QMap<QString, std::pair<int, int>> counts; // operator: recognised, passed
+    QVERIFY(query.exec(u"SELECT opcode, opresult, opdate FROM pjsblog"_s));
+    while (query.next()) {
+        const int result = query.value(1).toInt();
+        const QString date = query.value(2).toString();
+        if (date < u"1980-01-01"_s || date > today || !QList<int>{0, 1, 4, 5}.contains(result))
+            continue;
+        auto &[recognised, passed] = counts[query.value(0).toString()];
+        ++recognised;
+        passed += result == 0 || result == 4;
+    }
+    QStringList expected;
+    for (auto it = counts.cbegin(); it != counts.cend(); ++it) {
+        const auto [recognised, passed] = it.value();
+        if (passed == 0 || !branchOf.contains(it.key()))
+            continue; // no row in the passed counts, or no teller: the joins drop it
+        const int hundredths = (passed * 20000 + recognised) / (2 * recognised); // half up
+        expected.append(u"%1 %2 %3 %4 %5 %6.%7%"_s.arg(branchOf[it.key()], it.key()).arg(recognised).arg(passed)
+                            .arg(recognised - passed).arg(hundredths / 100).arg(hundredths % 100, 2, 10, QChar(u'0')));
+    }
+    QVERIFY(expected.size() > 1);
+    QVERIFY2(query.exec(outcome.sql), qPrintable(query.lastError().text()));
+    QStringList counted;
+    while (query.next()) {
+        counted.append(QStringList{query.value(u"wdh"_s).toString(), query.value(u"opcode"_s).toString(),
+                                   query.value(u"total"_s).toString(), query.value(u"passed"_s).toString(),
+                                   query.value(u"NotPassed"_s).toString(), query.value(u"percent"_s).toString()}
+                           .join(u' '));
+    }
+    counted.sort();
+    expected.sort();
+    QCOMPARE(counted, expected);
 }
 
 } // namespace quarry
