@@ -2,23 +2,20 @@
 // real dialogs on the offscreen platform, keys and clicks, the condition
 // read back from SQLStr.
 
-#include "ModalWatch.h"
+#include "DialogDriver.h"
 
 #include "component/LogRouting.h"
 
 #include <quarry/CQuarry.h>
 #include <quarry/QuarryError.h>
 
-#include <QFile>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
-using quarry::test::answerBox;
-using quarry::test::BoxSeen;
-using quarry::test::ModalWatch;
+using quarry::test::operate;
+using quarry::test::Outcome;
 
 namespace quarry {
 
@@ -43,31 +40,11 @@ const QHash<QString, Operation> operations{
     {u"date"_s, {u"FrmDate"_s, u"MaskBoxKs"_s, [](CQuarry &q, qint32) { q.showDate(); }}},
 };
 
-// Types into a box from its first position, as an operator who clicked into it.
-void typeInto(QLineEdit *box, const QString &keys)
-{
-    box->setFocus();
-    box->setCursorPosition(0);
-    QTest::keyClicks(box, keys);
-}
-
-// Runs `call` with `interact` acting on the dialog it shows.
-bool runDialog(const std::function<void()> &call, const std::function<void(QWidget *)> &interact)
-{
-    ModalWatch watch(nullptr, interact);
-    call();
-    return watch.fired();
-}
-
-// Types into a pattern dialog and confirms with Return.
+// Types into a pattern dialog and confirms with Return; whether it showed.
 bool query(CQuarry &quarry, const QString &operation, const QString &keys)
 {
     const Operation &op = operations[operation];
-    return runDialog([&] { op.show(quarry, 0); }, [&](QWidget *dialog) {
-        auto *box = dialog->findChild<QLineEdit *>(op.box);
-        typeInto(box, keys);
-        QTest::keyClick(box, Qt::Key_Return);
-    });
+    return operate([&] { op.show(quarry, 0); }, {op.box + u'=' + keys, u"Return"_s}).shown;
 }
 
 } // namespace
@@ -95,20 +72,12 @@ private Q_SLOTS:
 
 void TestCQuarry::useConfig(const QString &mode, int queryHintMode)
 {
-    QFile ini(m_systemDir.filePath(u"SEAL.INI"_s));
-    QVERIFY(ini.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    // Without DoubleSealQuota the configuration would go to the local
-    // database for it.
-    QString text = u"[SBMK]\r\nDoubleSealQuota=0\r\n[USER]\r\nQueryHintMode=%1\r\n"_s.arg(queryHintMode);
-    if (!mode.isEmpty())
-        text += u"MODE="_s + mode + u"\r\n"_s;
-    ini.write(text.toLocal8Bit());
+    quarry::test::writeSealIni(m_systemDir.path(), mode, queryHintMode);
 }
 
 void TestCQuarry::initTestCase()
 {
     QVERIFY(m_systemDir.isValid());
-    qputenv("QUARRY_SYSTEM_DIR", m_systemDir.path().toLocal8Bit());
 }
 
 void TestCQuarry::routing_data()
@@ -139,7 +108,7 @@ void TestCQuarry::singleConditionDialogs_data()
     QTest::addColumn<int>("hint");
     QTest::addColumn<int>("length");
     QTest::addColumn<QString>("keys");
-    QTest::addColumn<QString>("finish"); // a key, or the button clicked
+    QTest::addColumn<QString>("finish"); // a key, or the button clicked ("name!")
     QTest::addColumn<QMessageBox::StandardButton>("answer"); // to the message box
     QTest::addColumn<QString>("message");
     QTest::addColumn<QString>("expectedSql");
@@ -148,7 +117,7 @@ void TestCQuarry::singleConditionDialogs_data()
     const QString refuse = u"请输入查询条件!"_s;
     const QString all = u" Where OpDate Between '1980-01-01' And '3000-01-01'"_s;
     const auto Yes = QMessageBox::Yes, No = QMessageBox::No, Ok = QMessageBox::Ok;
-    const QString Enter = u"Enter"_s, Pad = u"keypad Enter"_s, Esc = u"Esc"_s, Times = u"keypad *"_s;
+    const QString Enter = u"Return"_s, Pad = u"PadEnter"_s, Esc = u"Esc"_s, Times = u"Pad*"_s;
     const QString none, plain; // no message; the default profile
 
     QTest::newRow("yjk: first * only, quote dropped") << u"yjk"_s << plain << 0 << 0 << u"1'2*34*"_s << Enter << Ok << none << u" Where YJKNUMBER like '12%34*'"_s;
@@ -160,14 +129,14 @@ void TestCQuarry::singleConditionDialogs_data()
     QTest::newRow("yjk: Esc") << u"yjk"_s << plain << 0 << 0 << u"1"_s << Esc << Ok << none << QString();
     QTest::newRow("cheque: keypad multiply") << u"cheque"_s << u"Bunar"_s << 0 << 0 << u"1"_s << Times << Ok << none << QString();
     QTest::newRow("date: Esc") << u"date"_s << plain << 0 << 0 << u"2009"_s << Esc << Ok << none << QString();
-    QTest::newRow("date: Cancel") << u"date"_s << plain << 0 << 0 << u"2009"_s << u"cmdCancel"_s << Ok << none << QString();
+    QTest::newRow("date: Cancel") << u"date"_s << plain << 0 << 0 << u"2009"_s << u"cmdCancel!"_s << Ok << none << QString();
     QTest::newRow("branch: empty, never asks") << u"branch"_s << u"Tecis"_s << 2 << 0 << none << Enter << Ok << none << u" where  ( WDH LIKE '%' or  WDH LIKE '%')"_s;
     QTest::newRow("acc: empty, profile 54") << u"acc"_s << u"Tecis"_s << 2 << 0 << u" "_s << Enter << Ok << refuse << QString();
     QTest::newRow("acc: empty, hint 2, No") << u"acc"_s << plain << 2 << 0 << none << Enter << No << ask << QString();
     QTest::newRow("acc: empty, hint 1") << u"acc"_s << plain << 1 << 0 << none << Enter << Ok << none << u" Where AccNo like '%'"_s;
     QTest::newRow("clerk: empty, hint 2, Yes") << u"clerk"_s << plain << 2 << 0 << none << Enter << Yes << ask << u" Where OpCode like  '%'"_s;
-    QTest::newRow("date: empty, profile 54") << u"date"_s << u"Tecis"_s << 0 << 0 << none << u"cmdOK"_s << Ok << refuse << QString();
-    QTest::newRow("date: empty, hint 2, Yes") << u"date"_s << plain << 2 << 0 << none << u"cmdOK"_s << Yes << ask << all;
+    QTest::newRow("date: empty, profile 54") << u"date"_s << u"Tecis"_s << 0 << 0 << none << u"cmdOK!"_s << Ok << refuse << QString();
+    QTest::newRow("date: empty, hint 2, Yes") << u"date"_s << plain << 2 << 0 << none << u"cmdOK!"_s << Yes << ask << all;
 }
 
 void TestCQuarry::singleConditionDialogs()
@@ -182,37 +151,21 @@ void TestCQuarry::singleConditionDialogs()
     QFETCH(QString, message);
     QFETCH(QString, expectedSql);
     useConfig(mode, hint);
-    static const QHash<QString, QKeyCombination> finishKeys{{u"Enter"_s, Qt::Key_Return},
-        {u"keypad Enter"_s, Qt::KeypadModifier | Qt::Key_Enter}, {u"Esc"_s, Qt::Key_Escape},
-        {u"keypad *"_s, Qt::KeypadModifier | Qt::Key_Asterisk}};
 
     CQuarry quarry;
     QVERIFY(query(quarry, u"yjk"_s, u"9"_s)); // which no outcome may leave behind
     const Operation &op = operations[operation];
-    BoxSeen seen;
-    QString name;
-    bool stayedOpen = false;
-    QVERIFY(runDialog([&] { op.show(quarry, length); }, [&](QWidget *dialog) {
-        name = dialog->isModal() && !dialog->parentWidget() ? dialog->objectName() : QString();
-        auto *box = dialog->findChild<QLineEdit *>(op.box);
-        typeInto(box, keys);
-        ModalWatch watch(dialog, answerBox(answer, &seen));
-        if (finishKeys.contains(finish))
-            QTest::keyClick(box, finishKeys[finish].key(), finishKeys[finish].keyboardModifiers());
-        else
-            QTest::mouseClick(dialog->findChild<QPushButton *>(finish), Qt::LeftButton);
-        stayedOpen = dialog->isVisible();
-    }));
-    QCOMPARE(name, op.dialog);
-    QCOMPARE(seen.text, message);
-    if (seen.shown) {
+    const Outcome seen = operate([&] { op.show(quarry, length); }, {op.box + u'=' + keys, finish}, answer);
+    QCOMPARE(seen.dialog, op.dialog);
+    QCOMPARE(seen.box.text, message);
+    if (seen.box.shown) {
         const bool asked = message != u"请输入查询条件!"_s;
-        QCOMPARE(seen.caption, u"提示信息"_s);
-        QCOMPARE(seen.icon, asked ? QMessageBox::Question : QMessageBox::Information);
-        QCOMPARE(seen.buttons, asked ? QMessageBox::Yes | QMessageBox::No : QMessageBox::Ok);
-        QCOMPARE(seen.defaultButton, asked ? QMessageBox::No : QMessageBox::Ok);
+        QCOMPARE(seen.box.caption, u"提示信息"_s);
+        QCOMPARE(seen.box.icon, asked ? QMessageBox::Question : QMessageBox::Information);
+        QCOMPARE(seen.box.buttons, asked ? QMessageBox::Yes | QMessageBox::No : QMessageBox::Ok);
+        QCOMPARE(seen.box.defaultButton, asked ? QMessageBox::No : QMessageBox::Ok);
     }
-    QCOMPARE(stayedOpen, !message.isEmpty() && expectedSql.isEmpty());
+    QCOMPARE(seen.after != u"closed"_s, !message.isEmpty() && expectedSql.isEmpty());
     QCOMPARE(quarry.SQLStr(), expectedSql);
 }
 
@@ -250,26 +203,16 @@ void TestCQuarry::dateConditions()
     useConfig(QString());
 
     CQuarry quarry;
-    BoxSeen seen;
-    QString shown, focus;
-    QVERIFY(runDialog([&] { quarry.showDate(); }, [&](QWidget *dialog) {
-        // Enter moves on from each box and never confirms.
-        auto *startBox = dialog->findChild<QLineEdit *>(u"MaskBoxKs"_s);
-        typeInto(startBox, start);
-        QTest::keyClick(startBox, Qt::Key_Return);
-        shown = startBox->displayText();
-        typeInto(qobject_cast<QLineEdit *>(dialog->focusWidget()), end);
-        QTest::keyClick(dialog->focusWidget(), Qt::Key_Return);
-        ModalWatch watch(dialog, answerBox(QMessageBox::Ok, &seen));
-        QTest::mouseClick(qobject_cast<QPushButton *>(dialog->focusWidget()), Qt::LeftButton);
-        if (dialog->isVisible())
-            focus = dialog->focusWidget()->objectName();
-    }));
+    QString shown;
+    // Enter moves on from each box and never confirms.
+    const Outcome seen = operate([&] { quarry.showDate(); },
+        {u"MaskBoxKs="_s + start, u"Return"_s, u"="_s + end, u"Return"_s, u"cmdOK!"_s}, QMessageBox::Ok,
+        [&](QWidget *dialog) { shown = dialog->findChild<QLineEdit *>(u"MaskBoxKs"_s)->displayText(); });
     QCOMPARE(shown, startShown);
-    QCOMPARE(seen.text, message);
-    if (seen.shown)
-        QCOMPARE(seen.icon, QMessageBox::Warning);
-    QCOMPARE(focus, expectedFocus);
+    QCOMPARE(seen.box.text, message);
+    if (seen.box.shown)
+        QCOMPARE(seen.box.icon, QMessageBox::Warning);
+    QCOMPARE(seen.after, expectedFocus.isEmpty() ? u"closed"_s : expectedFocus);
     QCOMPARE(quarry.SQLStr(), expectedSql);
 }
 
@@ -281,15 +224,12 @@ void TestCQuarry::sqlStrAcrossCalls()
     const QString before = u" Where YJKNUMBER like '77'"_s;
     QCOMPARE(quarry.SQLStr(), before);
     // Calls that show nothing or fail leave it as it was.
-    QVERIFY(!runDialog([&] {
-        quarry.showComplex(u"YZXCLRZ"_s, {}, {}, {}, {}, 0, 0, 0, 0, 0, false, false, false);
-    }, [](QWidget *) {}));
-    QVERIFY(!runDialog([&] { quarry.showComplexEx(u"YWRZ"_s); }, [](QWidget *) {}));
+    QVERIFY(!operate([&] { quarry.showComplex(u"YZXCLRZ"_s, {}, {}, {}, {}, 0, 0, 0, 0, 0, false, false, false); }, {}).shown);
+    QVERIFY(!operate([&] { quarry.showComplexEx(u"YWRZ"_s); }, {}).shown);
     QVERIFY_THROWS_EXCEPTION(QuarryError, quarry.showAcc(-1));
     QCOMPARE(quarry.SQLStr(), before);
     // The seal-request log, named in any case; its Cancel hands back nothing.
-    QVERIFY(runDialog([&] { quarry.showComplexEx(u"YjReqLog"_s, 1, u"x"_s); },
-                      [](QWidget *dialog) { QTest::mouseClick(dialog->findChild<QPushButton *>(u"cmdCancel"_s), Qt::LeftButton); }));
+    QVERIFY(operate([&] { quarry.showComplexEx(u"YjReqLog"_s, 1, u"x"_s); }, {u"cmdCancel!"_s}).shown);
     QCOMPARE(quarry.SQLStr(), QString());
     // A fresh dialog every call: nothing typed before is still in the box.
     QVERIFY(query(quarry, u"yjk"_s, QString()));

@@ -2,7 +2,7 @@
 // CQuarry::showComplex on the offscreen platform, driven with keys and
 // clicks, the condition read back from SQLStr.
 
-#include "ModalWatch.h"
+#include "DialogDriver.h"
 #include "SampleStation.h"
 
 #include "platform/DbConnection.h"
@@ -12,9 +12,7 @@
 #include <quarry/CSysCfgDb.h>
 #include <quarry/QuarryError.h>
 
-#include <QCheckBox>
 #include <QComboBox>
-#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -24,10 +22,7 @@
 #include <QTest>
 
 using namespace Qt::StringLiterals;
-using quarry::test::answerBox;
-using quarry::test::BoxSeen;
 using quarry::test::Engine;
-using quarry::test::ModalWatch;
 using quarry::test::SampleStation;
 
 namespace quarry {
@@ -65,83 +60,20 @@ HostCall hostCall(const QString &text)
             parts.contains(u"op"_s), ex};
 }
 
-QWidget *control(QWidget *dialog, const QString &name)
+// What the operator saw, and the condition the host got ("(no dialog)"
+// when none was shown).
+struct Asked : quarry::test::Outcome
 {
-    QWidget *found = dialog->findChild<QWidget *>(name);
-    if (!found)
-        qFatal("%s has no control %s", qPrintable(dialog->objectName()), qPrintable(name));
-    return found;
-}
-
-// One operator step: "Name=text" types into a box from its start, "=text"
-// into the box that has the focus, "Name" puts the focus there, "Name!" clicks it, "Name#n" picks entry n of a list
-// with the arrow keys, and Return, Up, Down, Esc or Pad* press that key.
-void step(QWidget *dialog, const QString &action)
-{
-    static const QHash<QString, QKeyCombination> keys{{u"Return"_s, Qt::Key_Return},
-        {u"Up"_s, Qt::Key_Up}, {u"Down"_s, Qt::Key_Down}, {u"Esc"_s, Qt::Key_Escape},
-        {u"Pad*"_s, Qt::KeypadModifier | Qt::Key_Asterisk}};
-    if (keys.contains(action)) {
-        QTest::keyClick(dialog->focusWidget(), keys[action].key(), keys[action].keyboardModifiers());
-    } else if (action.endsWith(u'!')) {
-        QTest::mouseClick(control(dialog, action.chopped(1)), Qt::LeftButton);
-    } else if (const qsizetype hash = action.indexOf(u'#'); hash > 0) {
-        QWidget *list = control(dialog, action.left(hash));
-        list->setFocus();
-        for (int i = 0; i <= action.mid(hash + 1).toInt(); ++i)
-            QTest::keyClick(list, Qt::Key_Down);
-    } else {
-        const qsizetype equals = action.indexOf(u'=');
-        QWidget *target = equals == 0 ? dialog->focusWidget() : control(dialog, action.left(equals));
-        target->setFocus();
-        if (equals >= 0) {
-            qobject_cast<QLineEdit *>(target)->setCursorPosition(0);
-            QTest::keyClicks(target, action.mid(equals + 1));
-        }
-    }
-}
-
-// What the operator saw: the message box, if any, and after the last step
-// where the focus was ("closed" when the dialog had closed) with the
-// description shown beside a typed code.
-struct Outcome
-{
-    BoxSeen box;
-    QString after;
     QString sql;
 };
 
-QString after(QWidget *dialog)
+Asked operate(CQuarry &quarry, const HostCall &call, const QStringList &steps,
+              const std::function<void(QWidget *)> &inspect = {},
+              QMessageBox::StandardButton answer = QMessageBox::Ok)
 {
-    if (!dialog->isVisible())
-        return u"closed"_s;
-    QString where = dialog->focusWidget()->objectName();
-    for (const QString &name : {u"OpShow"_s, u"AppShow"_s, u"lblInfo"_s}) {
-        const auto *shown = dialog->findChild<QLabel *>(name);
-        if (shown && !shown->text().isEmpty())
-            where += u' ' + shown->text();
-    }
-    return where;
-}
-
-Outcome operate(CQuarry &quarry, const HostCall &call, const QStringList &steps,
-                const std::function<void(QWidget *)> &inspect = {},
-                QMessageBox::StandardButton answer = QMessageBox::Ok)
-{
-    Outcome outcome;
-    ModalWatch watch(nullptr, [&](QWidget *dialog) {
-        if (!QTest::qWaitForWindowActive(dialog))
-            return;
-        ModalWatch boxWatch(dialog, answerBox(answer, &outcome.box));
-        for (const QString &action : steps)
-            step(dialog, action);
-        outcome.after = after(dialog);
-        if (inspect)
-            inspect(dialog);
-    });
-    ask(quarry, call);
-    outcome.sql = watch.fired() ? quarry.SQLStr() : u"(no dialog)"_s;
-    return outcome;
+    Asked asked{quarry::test::operate([&] { ask(quarry, call); }, steps, answer, inspect), {}};
+    asked.sql = asked.shown ? quarry.SQLStr() : u"(no dialog)"_s;
+    return asked;
 }
 
 // The state of a shown dialog that the host's call decides, as text.
@@ -200,14 +132,7 @@ private Q_SLOTS:
 
 void TestLogDialogs::useConfig(const QString &mode, int queryHintMode)
 {
-    QFile ini(m_systemDir.filePath(u"SEAL.INI"_s));
-    QVERIFY(ini.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    ini.write(u"[SBMK]\r\nDoubleSealQuota=0\r\n[USER]\r\nQueryHintMode=%1\r\nMODE=%2\r\n"_s
-                  .arg(queryHintMode)
-                  .arg(mode)
-                  .toUtf8());
-    // A sample station points the configuration elsewhere while it lives.
-    qputenv("QUARRY_SYSTEM_DIR", m_systemDir.path().toLocal8Bit());
+    quarry::test::writeSealIni(m_systemDir.path(), mode, queryHintMode);
 }
 
 void TestLogDialogs::initTestCase()
@@ -408,7 +333,7 @@ void TestLogDialogs::conditions()
 
     CQuarry quarry;
     const bool yes = QString::fromLatin1(QTest::currentDataTag()).endsWith(u"Yes"_s);
-    const Outcome outcome = operate(quarry, hostCall(call), steps, {}, yes ? QMessageBox::Yes : QMessageBox::No);
+    const Asked outcome = operate(quarry, hostCall(call), steps, {}, yes ? QMessageBox::Yes : QMessageBox::No);
     QCOMPARE(outcome.box.text, message);
     QCOMPARE(outcome.after, after);
     QCOMPARE(outcome.sql, expectedSql);
@@ -461,7 +386,7 @@ void TestLogDialogs::subBranches()
 
     CQuarry quarry;
     const bool bills = logType == u"PJSBRZ"_s;
-    const Outcome outcome = operate(quarry, {logType, true, false},
+    const Asked outcome = operate(quarry, {logType, true, false},
                                     {u"txtWdh="_s + branch, u"chkSub!"_s, bills ? u"CmdYes!"_s : u"BtnOk!"_s,
                                      bills ? u"cmdCancel!"_s : u"BtnCancel!"_s});
     const bool known = QString::fromLatin1(QTest::currentDataTag()).endsWith(logType);
@@ -501,7 +426,7 @@ void TestLogDialogs::statisticsOnMariaDb()
     station.writeIni("[USER]\nQueryHintMode=0\n");
 
     CQuarry quarry;
-    const Outcome outcome = operate(quarry, hostCall(u"SEALRESULTSTAT"_s), {u"maskEndDate"_s, u"Return"_s, u"cmdOK!"_s}, {}, QMessageBox::Yes);
+    const Asked outcome = operate(quarry, hostCall(u"SEALRESULTSTAT"_s), {u"maskEndDate"_s, u"Return"_s, u"cmdOK!"_s}, {}, QMessageBox::Yes);
     QCOMPARE(outcome.box.text, u"您查询时未选择任何限制条件，可能会因为数据量很大而影响查询速度，是否继续？"_s);
     QCOMPARE(outcome.box.buttons, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
     CSysCfgDb configuration;
