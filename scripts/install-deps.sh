@@ -12,6 +12,7 @@ packages=(
     sqlite3
     mariadb-server mariadb-client
     unixodbc unixodbc-dev odbc-mariadb
+    clang libclang-rt-14-dev
     fonts-noto-cjk xvfb xauth
 )
 

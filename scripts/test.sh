@@ -1,5 +1,7 @@
 #!/usr/bin/env bash
-# Installs the dependencies, builds Quarry and runs every test. The database
+# Installs the dependencies, builds Quarry and runs every test: the suite,
+# the same suite built with AddressSanitizer and UndefinedBehaviorSanitizer
+# (any report fails it), and short runs of the fuzz targets. The database
 # tests start their own MariaDB server on 127.0.0.1.
 set -euo pipefail
 
@@ -9,3 +11,9 @@ build=${QUARRY_BUILD_DIR:-$root/build}
 "$root/scripts/install-deps.sh"
 "$root/scripts/build.sh"
 ctest --test-dir "$build" --output-on-failure --timeout 600
+
+QUARRY_BUILD_DIR=$build-sanitize "$root/scripts/build.sh" -DQUARRY_SANITIZE=ON \
+    -DQUARRY_BUILD_BENCHMARKS=OFF
+ctest --test-dir "$build-sanitize" --output-on-failure --timeout 900
+
+QUARRY_FUZZ_BUILD_DIR=$build-fuzz "$root/scripts/fuzz.sh"

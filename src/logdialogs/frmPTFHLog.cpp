@@ -44,8 +44,8 @@ frmPTFHLog::frmPTFHLog()
         {txtWdh, u"请输入网点号特征，？代表任意一位数字，* 代表多个数字 "_s},
         {TxtYJKNumber, u"请输入印鉴卡号特征，？代表任意一位数字，* 代表多个数字"_s},
     };
-    for (const auto &[field, hint] : hints)
-        onArrive(field, [this, hint] { lblInfo->setText(hint); });
+    for (const auto &hint : hints)
+        onArrive(hint.first, [this, text = hint.second] { lblInfo->setText(text); });
 
     onLeave(TxtAccNo, [this] { m_values.account = ToLikePattern(TxtAccNo->text().trimmed()); });
     onLeave(TxtYJKNumber, [this] { m_values.sealCard = ToLikePattern(TxtYJKNumber->text().trimmed()); });

@@ -1,0 +1,43 @@
+#!/usr/bin/env bash
+# Builds the fuzz targets of tests/fuzz with clang and runs each for a short
+# time ($QUARRY_FUZZ_SECONDS, default 30) from its seed inputs. New inputs go
+# to a scratch folder, so the seeds in the repository stay as they are. A
+# target that finds a failing input prints it and fails the run. Without
+# clang there is nothing to run.
+set -euo pipefail
+
+root=$(cd "$(dirname "$0")/.." && pwd)
+build=${QUARRY_FUZZ_BUILD_DIR:-$root/build-fuzz}
+seconds=${QUARRY_FUZZ_SECONDS:-30}
+
+if ! command -v clang++ >/dev/null 2>&1; then
+    echo "fuzz: clang++ not found, fuzz targets not run"
+    exit 0
+fi
+
+CC=clang CXX=clang++ cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+    -DQUARRY_FUZZ=ON -DBUILD_TESTING=OFF -DQUARRY_BUILD_BENCHMARKS=OFF -DQUARRY_WERROR=ON
+targets=()
+for seeds in "$root"/tests/fuzz/corpus/*/; do
+    targets+=("$(basename "$seeds")")
+done
+cmake --build "$build" --parallel --target "${targets[@]}"
+
+passed=0
+failed=0
+for target in "${targets[@]}"; do
+    scratch=$(mktemp -d)
+    log=$build/$target.log
+    if (cd "$build" && "$build/tests/fuzz/$target" -max_total_time="$seconds" "$scratch" \
+            "$root/tests/fuzz/corpus/$target") >"$log" 2>&1; then
+        passed=$((passed + 1))
+        echo "fuzz: $target: $(grep -Eo 'Done [0-9]+ runs in [0-9]+ second' "$log" | tail -n 1)s"
+    else
+        failed=$((failed + 1))
+        echo "fuzz: $target FAILED; the input is in $build (crash-*), the log ends:"
+        tail -n 40 "$log"
+    fi
+    rm -rf "$scratch"
+done
+echo "fuzz: $passed passed, $failed failed"
+[ "$failed" -eq 0 ]
