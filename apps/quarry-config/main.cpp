@@ -5,10 +5,14 @@
 //   quarry-config [--ini PATH] get SECTION KEY [DEFAULT]
 //   quarry-config [--ini PATH] set SECTION KEY VALUE
 
+#include "platform/IniFile.h"
+#include "platform/Paths.h"
+
 #include <quarry/CSysCfg.h>
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QFile>
 #include <QFileInfo>
 #include <QTextStream>
 
@@ -20,10 +24,25 @@ namespace {
 
 const QString SealIni = u"SEAL.INI"_s;
 
-int fail(const QString &message)
+void tell(const QString &message)
 {
     QTextStream(stderr) << "quarry-config: " << message << Qt::endl;
+}
+
+int fail(const QString &message)
+{
+    tell(message);
     return 2;
+}
+
+// Why an existing file cannot be read; empty when it can or does not exist.
+// The component reads such a file as all defaults, without a word.
+QString readError(const QString &path)
+{
+    QFile file(path);
+    if (!file.exists() || file.open(QIODevice::ReadOnly))
+        return {};
+    return file.errorString();
 }
 
 template<typename T>
@@ -38,9 +57,19 @@ int dump(quarry::CSysCfg &cfg)
     QTextStream out(stdout);
     out.setRealNumberPrecision(15);
     if (!QFileInfo::exists(cfg.IniPath))
-        QTextStream(stderr) << "quarry-config: " << cfg.IniPath
-                            << " does not exist; every value is its default" << Qt::endl;
+        tell(cfg.IniPath + u" does not exist; every value is its default"_s);
+    // Reading writes TOTALACCNO=1 over a 0, as the component always has: a
+    // station has at least one account pattern.
+    const auto accountPatterns = [&cfg] {
+        return cfg.GetINIData(u"BANKPARAM"_s, u"TOTALACCNO"_s, QString(), SealIni);
+    };
+    const QString patternsBefore = accountPatterns();
     const bool complete = cfg.GetParameter();
+    if (const QString patterns = accountPatterns(); patterns != patternsBefore) {
+        tell(u"%1: [BANKPARAM] TOTALACCNO was %2; reading it wrote TOTALACCNO=%3 into the file, "
+             u"as the component does for a station without account patterns"_s
+                 .arg(cfg.IniPath, patternsBefore, patterns));
+    }
     out << "; " << cfg.IniPath << '\n';
     for (const quarry::IniRead &read : cfg.parameterLog()) {
         out << '[' << read.section << "] " << read.key << " = " << read.value
@@ -71,10 +100,11 @@ int set(const quarry::CSysCfg &cfg, const QStringList &args)
     const QString &section = args.at(1);
     const QString &key = args.at(2);
     const QString &value = args.at(3);
-    cfg.SetIniData(section, key, value, SealIni);
-    // Writing does not report failure; reading back does.
-    if (cfg.GetINIData(section, key, QString(), SealIni) != value.trimmed().left(255))
-        return fail(u"could not write [%1] %2 to %3"_s.arg(section, key, cfg.IniPath));
+    // SetIniData writes the same way, but does not say why it did not.
+    QString error;
+    if (!quarry::IniFile::write(quarry::paths::resolveIniFile(cfg.IniPath), section, key, value,
+                                &error))
+        return fail(u"[%1] %2 not written to %3: %4"_s.arg(section, key, cfg.IniPath, error));
     return 0;
 }
 
@@ -116,10 +146,14 @@ int main(int argc, char *argv[])
     quarry::CSysCfg cfg;
     if (parser.isSet(iniOption)) {
         const QFileInfo ini(parser.value(iniOption));
-        if (!ini.isFile())
+        if (!ini.exists())
             return fail(u"no such file: %1"_s.arg(parser.value(iniOption)));
+        if (ini.isDir())
+            return fail(u"%1 is a directory, not an INI file"_s.arg(parser.value(iniOption)));
         cfg.IniPath = ini.absoluteFilePath();
     }
+    if (const QString error = readError(cfg.IniPath); !error.isEmpty())
+        return fail(u"cannot read %1: %2"_s.arg(cfg.IniPath, error));
 
     if (command == u"dump"_s)
         return dump(cfg);

@@ -212,7 +212,6 @@ private:
     qint16 readCount(const QString &section, const QString &key, const QString &defaultValue);
     QStringList readStrings(const QString &section, const QString &prefix, qint16 count,
                             const QString &defaultValue);
-    QList<qint16> readIntegers(const QString &section, const QString &prefix, qint16 count);
 
     void readDatabaseSettings();
     void readBankParam();

@@ -1,6 +1,7 @@
 #include <quarry/CSysCfg.h>
 #include <quarry/QuarryError.h>
 
+#include "platform/Blanks.h"
 #include "platform/DbConnection.h"
 #include "platform/DbRecordSet.h"
 #include "platform/IniFile.h"
@@ -93,20 +94,20 @@ qint16 strictInteger(const QString &section, const QString &key, const QString &
 }
 
 // The value as the profile functions give it out, or the default when the
-// key is missing or empty; cut at the first NUL and trimmed.
+// key is missing or empty; cut at the first NUL and trimmed of blanks.
 QString profileValue(const IniFile &ini, const QString &section, const QString &key,
                      const QString &defaultValue, bool *defaulted = nullptr)
 {
     QString value = ini.value(section, key).left(MaxValueLength);
     const bool useDefault = value.isEmpty();
     if (useDefault)
-        value = defaultValue.trimmed();
+        value = defaultValue;
     if (defaulted)
         *defaulted = useDefault;
     const qsizetype nul = value.indexOf(QChar(0));
     if (nul >= 0)
         value.truncate(nul);
-    return value.trimmed();
+    return trimBlanks(value);
 }
 
 // A list element, or the fallback past the end; a negative index is an error.
@@ -129,6 +130,14 @@ void requireDimension(const QString &section, const QString &key, qint16 count)
 QString countedKey(const QString &prefix, qsizetype index)
 {
     return prefix + QString::number(index) + u')';
+}
+
+// Numeric lists have their count of elements, zeros, before the first is
+// read: a value that fails leaves the ones read before it, and the lists
+// read in pairs keep one length.
+qsizetype listSize(qint16 count)
+{
+    return qMax<qsizetype>(count, 0);
 }
 
 // The bank profiles in code order; code 21 was never given to a profile.
@@ -172,11 +181,7 @@ qint16 modeCode(const QString &mode, const QStringList &names, qint16 current)
 CSysCfg::CSysCfg(QObject *parent)
     : QObject(parent)
 {
-    const QString besideComponent = paths::findInDir(paths::componentDir(), u"seal.ini"_s);
-    IniPath = QFileInfo::exists(besideComponent)
-        ? besideComponent
-        : paths::resolveIniFile(
-              GetINIData(u"SYSTEM"_s, u"INITCFG"_s, SealIni, u"CONVERT.INI"_s));
+    IniPath = paths::sealIni();
     UserProfile = paths::userProfile().left(MaxUserProfileLength);
 }
 
@@ -367,7 +372,7 @@ QString CSysCfg::GetLocalQueryString() const
 {
     QString condition;
     for (qsizetype i = 0; i < TOTALACCNO && i < ACCNOTYPE.size(); ++i)
-        condition += u"ACCNO like '"_s + ACCNOTYPE.at(i).trimmed() + u"' or "_s;
+        condition += u"ACCNO like '"_s + trimBlanks(ACCNOTYPE.at(i)) + u"' or "_s;
     condition.chop(3);
     return condition.replace(u'?', u'_').replace(u'*', u'%');
 }
@@ -454,14 +459,6 @@ QStringList CSysCfg::readStrings(const QString &section, const QString &prefix, 
     QStringList values;
     for (qsizetype i = 0; i < count; ++i)
         values.append(readString(section, countedKey(prefix, i), defaultValue));
-    return values;
-}
-
-QList<qint16> CSysCfg::readIntegers(const QString &section, const QString &prefix, qint16 count)
-{
-    QList<qint16> values;
-    for (qsizetype i = 0; i < count; ++i)
-        values.append(readInteger(section, countedKey(prefix, i), QString()));
     return values;
 }
 
@@ -765,8 +762,11 @@ void CSysCfg::readDoubleSealSettings()
     IfChequeLenMustEqualMaxLen = readInteger(section, u"IfChequeLenMustEqualMaxLen"_s, u"1"_s);
     CheckUsefulLife = readInteger(section, u"CheckUsefulLife"_s, u"10"_s);
     TotalCheckUsefulLifeKind = readCount(section, u"TotalCheckUsefulLifeKind"_s, u"1"_s);
-    CheckUsefulLifeKind
-        = readIntegers(section, u"CheckUsefulLifeKind("_s, TotalCheckUsefulLifeKind);
+    CheckUsefulLifeKind = QList<qint16>(listSize(TotalCheckUsefulLifeKind));
+    for (qsizetype i = 0; i < CheckUsefulLifeKind.size(); ++i) {
+        CheckUsefulLifeKind[i] =
+            readInteger(section, countedKey(u"CheckUsefulLifeKind("_s, i), QString());
+    }
     IfContinueByCheckUsefulLife = readInteger(section, u"IfContinueByCheckUsefulLife"_s, u"0"_s);
     IfQueryBlackListAndGs = readInteger(section, u"IfQueryBlackListAndGs"_s, u"0"_s);
     IfAllowPjReSeal = readInteger(section, u"IfAllowPjReSeal"_s, u"1"_s);
@@ -781,13 +781,13 @@ void CSysCfg::readDoubleSealSettings()
     }
 
     TotalSpecialDoubleSealQuota = readCount(u"sbmk"_s, u"TotalSpecialDoubleSealQuota"_s, u"0"_s);
-    SpecialDoubleSealPztype.clear();
-    SpecialDoubleSealQuota.clear();
-    for (qsizetype i = 0; i < TotalSpecialDoubleSealQuota; ++i) {
-        SpecialDoubleSealPztype.append(
-            readInteger(section, countedKey(u"SpecialDoubleSealPztype("_s, i), QString()));
-        SpecialDoubleSealQuota.append(
-            readDouble(section, countedKey(u"SpecialDoubleSealQuota("_s, i), QString()));
+    SpecialDoubleSealPztype = QList<qint16>(listSize(TotalSpecialDoubleSealQuota));
+    SpecialDoubleSealQuota = QList<double>(SpecialDoubleSealPztype.size());
+    for (qsizetype i = 0; i < SpecialDoubleSealPztype.size(); ++i) {
+        SpecialDoubleSealPztype[i] =
+            readInteger(section, countedKey(u"SpecialDoubleSealPztype("_s, i), QString());
+        SpecialDoubleSealQuota[i] =
+            readDouble(section, countedKey(u"SpecialDoubleSealQuota("_s, i), QString());
     }
     ZxDelay = readInteger(section, u"ZxDelay"_s, u"0"_s);
 }

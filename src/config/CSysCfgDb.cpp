@@ -1,5 +1,6 @@
 #include <quarry/CSysCfgDb.h>
 
+#include "platform/Blanks.h"
 #include "platform/DbConnection.h"
 #include "platform/DbRecordSet.h"
 #include "platform/SystemMessage.h"
@@ -41,9 +42,9 @@ QString itemAt(const QStringList &items, qint16 index, const QString &operation)
 
 QString describe(const QStringList &values, const QStringList &descriptions, const QString &id)
 {
-    const QString wanted = id.trimmed().toUpper();
+    const QString wanted = trimBlanks(id).toUpper();
     for (qsizetype i = 0; i < values.size(); ++i) {
-        if (values.at(i).trimmed().toUpper() == wanted)
+        if (trimBlanks(values.at(i)).toUpper() == wanted)
             return descriptions.at(i);
     }
     return {};

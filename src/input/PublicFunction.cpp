@@ -22,8 +22,10 @@ QString ToLikePattern(QString text)
 
 qint16 CheckDateText(QString &text)
 {
-    // The same separator twice, so 2009-01/05 is refused.
-    static const QRegularExpression layout(u"^([0-9]{3,4})([-/])([0-9]{1,2})\\2([0-9]{1,2})$"_s);
+    // The same separator twice, so 2009-01/05 is refused. Anchored to the
+    // whole text: "$" would also match before a final line break.
+    static const QRegularExpression layout(QRegularExpression::anchoredPattern(
+        u"([0-9]{3,4})([-/])([0-9]{1,2})\\2([0-9]{1,2})"_s));
     const QRegularExpressionMatch parts = layout.match(text);
     if (!parts.hasMatch())
         return 0;
@@ -45,7 +47,8 @@ std::optional<QString> maskedDate(const QString &masked)
 
 std::optional<QString> maskedTime(const QString &masked)
 {
-    static const QRegularExpression layout(u"^([0-9]{1,2}):([0-9]{1,2}):([0-9]{1,2})$"_s);
+    static const QRegularExpression layout(
+        QRegularExpression::anchoredPattern(u"([0-9]{1,2}):([0-9]{1,2}):([0-9]{1,2})"_s));
     QString text = masked;
     text.remove(u' ');
     const QRegularExpressionMatch parts = layout.match(text);

@@ -26,7 +26,7 @@ struct Storage {
     bool bigEndian = false;
 };
 
-Storage detectStorage(const QByteArray &bytes)
+Storage detectStorage(QByteArrayView bytes)
 {
     if (bytes.startsWith("\xEF\xBB\xBF"))
         return {"UTF-8", 3, 1, false};
@@ -37,6 +37,38 @@ Storage detectStorage(const QByteArray &bytes)
     QStringDecoder utf8(QStringConverter::Utf8, QStringConverter::Flag::Stateless);
     [[maybe_unused]] const QString decoded = utf8.decode(bytes); // decode() itself is lazy
     return {utf8.hasError() ? "GB18030" : "UTF-8", 0, 1, false};
+}
+
+QByteArray lineFeed(const Storage &storage)
+{
+    if (storage.unitSize == 1)
+        return QByteArrayLiteral("\n");
+    return storage.bigEndian ? QByteArrayLiteral("\0\n") : QByteArrayLiteral("\n\0");
+}
+
+// Keeps a U+FEFF at the start of the text: the file's own BOM is never part
+// of what is decoded.
+QStringDecoder decoderFor(const Storage &storage)
+{
+    return QStringDecoder(storage.codec, QStringConverter::Flag::Stateless
+                                             | QStringConverter::Flag::ConvertInitialBom);
+}
+
+// A character cut off at the end becomes U+FFFD, as it does inside the text,
+// instead of vanishing: the bytes are decoded with a line feed after them,
+// which ends any character.
+QString decode(QByteArrayView bytes, const Storage &storage, QStringDecoder &decoder)
+{
+    QString text = decoder.decode(bytes.toByteArray() + lineFeed(storage));
+    text.chop(1);
+    return text;
+}
+
+// Where the file's whole code units end: a UTF-16 file with an odd number of
+// bytes has one stray byte after that.
+qsizetype wholeUnitsEnd(QByteArrayView bytes, const Storage &storage)
+{
+    return bytes.size() - (bytes.size() - storage.bomSize) % storage.unitSize;
 }
 
 char16_t unitAt(const QByteArray &bytes, qsizetype at, const Storage &storage)
@@ -62,7 +94,7 @@ struct LineSpan {
 QList<LineSpan> splitLines(const QByteArray &bytes, const Storage &storage)
 {
     const qsizetype width = storage.unitSize;
-    const qsizetype whole = bytes.size() - (bytes.size() - storage.bomSize) % width;
+    const qsizetype whole = wholeUnitsEnd(bytes, storage);
     QList<LineSpan> lines;
     qsizetype begin = storage.bomSize;
     for (qsizetype at = begin; at < whole;) {
@@ -77,8 +109,8 @@ QList<LineSpan> splitLines(const QByteArray &bytes, const Storage &storage)
         lines.append({begin, at, next});
         begin = at = next;
     }
-    if (begin < bytes.size())
-        lines.append({begin, bytes.size(), bytes.size()});
+    if (begin < whole)
+        lines.append({begin, whole, whole});
     return lines;
 }
 
@@ -87,25 +119,20 @@ bool isBlank(QChar c)
     return c == u' ' || c == u'\t';
 }
 
-qsizetype skipBlanks(QStringView text, qsizetype from)
-{
-    while (from < text.size() && isBlank(text[from]))
-        ++from;
-    return from;
-}
-
 // Only blanks and tabs: the profile functions keep other white space.
-QStringView trimBlanks(QStringView text)
+QStringView trimBlanksAndTabs(QStringView text)
 {
-    const qsizetype begin = skipBlanks(text, 0);
+    qsizetype begin = 0;
     qsizetype end = text.size();
+    while (begin < end && isBlank(text[begin]))
+        ++begin;
     while (end > begin && isBlank(text[end - 1]))
         --end;
     return text.sliced(begin, end - begin);
 }
 
-// What one line of an INI file is. For a key line, the value is the text
-// [valueBegin, valueEnd) of the line, blanks around it excluded.
+// What one line of an INI file is. For a key line, the value is the bytes
+// [valueBegin, valueEnd) of the file, blanks and tabs around it excluded.
 struct IniLine {
     enum class Kind { Other, Section, Key };
     Kind kind = Kind::Other;
@@ -114,30 +141,96 @@ struct IniLine {
     qsizetype valueEnd = 0;
 };
 
-IniLine parseLine(QStringView text)
+struct Line {
+    LineSpan span;
+    IniLine parsed;
+};
+
+struct Document {
+    QByteArray bytes;
+    Storage storage;
+    mutable QStringDecoder decoder; // stateless: one serves every part of the text
+    QList<Line> lines;
+};
+
+// A line is parsed in its bytes, unit by unit, so that a write can change the
+// bytes of a value alone. Blank, tab, "=" and ";" are ASCII bytes that never
+// occur inside another character in UTF-8 or GB18030, and "[" is looked for
+// only where a character starts (after the blanks that start a line). "]",
+// which GB18030 also uses as a second byte, is looked for in decoded text.
+char16_t unitAt(const Document &document, qsizetype at)
 {
-    const qsizetype start = skipBlanks(text, 0);
-    if (start == text.size() || text[start] == u';')
-        return {};
-    if (text[start] == u'[') {
-        const qsizetype close = text.indexOf(u']', start + 1);
-        if (close >= 0)
-            return {IniLine::Kind::Section, trimBlanks(text.sliced(start + 1, close - start - 1)).toString()};
+    return unitAt(document.bytes, at, document.storage);
+}
+
+bool isBlankAt(const Document &document, qsizetype at)
+{
+    return isBlank(QChar(unitAt(document, at)));
+}
+
+qsizetype skipBlanks(const Document &document, qsizetype from, qsizetype end)
+{
+    while (from < end && isBlankAt(document, from))
+        from += document.storage.unitSize;
+    return from;
+}
+
+qsizetype chopBlanks(const Document &document, qsizetype begin, qsizetype end)
+{
+    while (end > begin && isBlankAt(document, end - document.storage.unitSize))
+        end -= document.storage.unitSize;
+    return end;
+}
+
+qsizetype findUnit(const Document &document, char16_t unit, qsizetype from, qsizetype end)
+{
+    for (; from < end; from += document.storage.unitSize) {
+        if (unitAt(document, from) == unit)
+            return from;
     }
-    const qsizetype equals = text.indexOf(u'=', start);
+    return -1;
+}
+
+QString textOf(const Document &document, qsizetype begin, qsizetype end)
+{
+    return decode(QByteArrayView(document.bytes).sliced(begin, end - begin), document.storage,
+                  document.decoder);
+}
+
+IniLine parseLine(const Document &document, const LineSpan &span)
+{
+    const qsizetype width = document.storage.unitSize;
+    const qsizetype start = skipBlanks(document, span.begin, span.end);
+    if (start == span.end || unitAt(document, start) == u';')
+        return {};
+    if (unitAt(document, start) == u'[') {
+        // The last "]" of the line closes the name, as in the profile functions.
+        const QString header = textOf(document, start + width, span.end);
+        const qsizetype close = header.lastIndexOf(u']');
+        if (close >= 0) {
+            return {IniLine::Kind::Section,
+                    trimBlanksAndTabs(QStringView(header).first(close)).toString()};
+        }
+    }
+    const qsizetype equals = findUnit(document, u'=', start, span.end);
     if (equals < 0)
         return {};
-    const qsizetype valueBegin = skipBlanks(text, equals + 1);
-    const QStringView value = trimBlanks(text.sliced(valueBegin));
-    return {IniLine::Kind::Key, trimBlanks(text.sliced(start, equals - start)).toString(), valueBegin,
-            valueBegin + value.size()};
+    const qsizetype valueBegin = skipBlanks(document, equals + width, span.end);
+    return {IniLine::Kind::Key, trimBlanksAndTabs(textOf(document, start, equals)).toString(),
+            valueBegin, chopBlanks(document, valueBegin, span.end)};
+}
+
+bool isQuoted(QStringView text)
+{
+    return text.size() >= 2 && (text.front() == u'"' || text.front() == u'\'')
+        && text.back() == text.front();
 }
 
 // The value as the profile functions hand it out: one pair of matching
 // quotes removed, cut at the first NUL and to the buffer's length.
 QString profileValue(QStringView raw)
 {
-    if (raw.size() >= 2 && (raw.front() == u'"' || raw.front() == u'\'') && raw.back() == raw.front())
+    if (isQuoted(raw))
         raw = raw.sliced(1, raw.size() - 2);
     if (const qsizetype nul = raw.indexOf(QChar(u'\0')); nul >= 0)
         raw.truncate(nul);
@@ -153,42 +246,29 @@ QString profileValue(QStringView raw)
 // around them, whether they come from the file or from the caller.
 QString nameKey(QStringView name)
 {
-    return trimBlanks(name).toString().toCaseFolded();
+    return trimBlanksAndTabs(name).toString().toCaseFolded();
 }
 
-struct Line {
-    LineSpan span;
-    QString text;
-    IniLine parsed;
-};
-
-struct Document {
-    QByteArray bytes;
-    Storage storage;
-    QList<Line> lines;
-};
-
-// An empty document when the file does not exist; nothing when it exists but
-// cannot be read (so that a write never replaces what it could not read).
-std::optional<Document> readDocument(const QString &path)
+// An empty document when the file does not exist; nothing, and the reason in
+// error, when it exists but cannot be read (so that a write never replaces
+// what it could not read).
+std::optional<Document> readDocument(const QString &path, QString *error = nullptr)
 {
     QFile file(path);
     if (!file.exists())
         return Document{};
-    if (!file.open(QIODevice::ReadOnly))
-        return std::nullopt;
     Document document;
-    document.bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError)
+    if (file.open(QIODevice::ReadOnly))
+        document.bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError) {
+        if (error)
+            *error = u"cannot read the file: "_s + file.errorString();
         return std::nullopt;
-    document.storage = detectStorage(document.bytes);
-    QStringDecoder decoder(document.storage.codec, QStringConverter::Flag::Stateless);
-    const QByteArrayView bytes(document.bytes);
-    for (const LineSpan &span : splitLines(document.bytes, document.storage)) {
-        QString text = decoder.decode(bytes.sliced(span.begin, span.end - span.begin));
-        IniLine parsed = parseLine(text);
-        document.lines.append({span, std::move(text), std::move(parsed)});
     }
+    document.storage = detectStorage(document.bytes);
+    document.decoder = decoderFor(document.storage);
+    for (const LineSpan &span : splitLines(document.bytes, document.storage))
+        document.lines.append({span, parseLine(document, span)});
     return document;
 }
 
@@ -211,13 +291,13 @@ struct Splice {
 };
 
 // The file's own line break, LF for a file that has none yet.
-QByteArray lineBreak(const Document &document, QStringEncoder &encoder)
+QByteArray lineBreak(const Document &document)
 {
     for (const Line &line : document.lines) {
         if (line.span.next > line.span.end)
             return document.bytes.sliced(line.span.end, line.span.next - line.span.end);
     }
-    return encoder.encode(u"\n");
+    return lineFeed(document.storage);
 }
 
 // A new line after the line at index, or at the end of a document without
@@ -238,8 +318,8 @@ Splice insertLine(const Document &document, qsizetype index, const QByteArray &t
 Splice spliceFor(const Document &document, const QString &section, const QString &key,
                  const QString &value)
 {
-    QStringEncoder encoder(document.storage.codec);
-    const QByteArray newLine = lineBreak(document, encoder);
+    QStringEncoder encoder(document.storage.codec, QStringConverter::Flag::Stateless);
+    const QByteArray newLine = lineBreak(document);
     const QByteArray entry = encoder.encode(key + u'=' + value);
     const qsizetype sectionLine = findSection(document, section);
     if (sectionLine < 0) {
@@ -252,12 +332,9 @@ Splice spliceFor(const Document &document, const QString &section, const QString
         const Line &line = document.lines[i];
         if (line.parsed.kind == IniLine::Kind::Section)
             break;
-        if (line.parsed.kind == IniLine::Kind::Key && nameKey(line.parsed.name) == wanted) {
-            QString text = line.text;
-            text.replace(line.parsed.valueBegin, line.parsed.valueEnd - line.parsed.valueBegin, value);
-            return {line.span.begin, line.span.end, encoder.encode(text)};
-        }
-        if (!trimBlanks(line.text).isEmpty())
+        if (line.parsed.kind == IniLine::Kind::Key && nameKey(line.parsed.name) == wanted)
+            return {line.parsed.valueBegin, line.parsed.valueEnd, encoder.encode(value)};
+        if (skipBlanks(document, line.span.begin, line.span.end) < line.span.end)
             last = i;
     }
     return insertLine(document, last, entry, newLine);
@@ -268,22 +345,70 @@ bool containsLineBreakOrNul(const QString &text)
     return text.contains(u'\r') || text.contains(u'\n') || text.contains(QChar(u'\0'));
 }
 
-// Names and values that would read back as something else, or break the
-// line they are written to, are not written at all.
-bool isWritable(const QString &section, const QString &key, const QString &value)
+// Why names or a value would not read back as written; empty when they do.
+QString textRefusal(const QString &section, const QString &key, const QString &value)
 {
-    const QStringView name = trimBlanks(key);
-    return !containsLineBreakOrNul(section) && !containsLineBreakOrNul(key)
-        && !containsLineBreakOrNul(value) && !section.contains(u']') && !name.isEmpty()
-        && !name.contains(u'=') && !name.startsWith(u';') && !name.startsWith(u'[');
+    for (const QString *text : {&section, &key, &value}) {
+        if (containsLineBreakOrNul(*text))
+            return u"a line break or NUL would end the line"_s;
+        if (!text->isValidUtf16())
+            return u"not valid text: a lone surrogate"_s;
+    }
+    const QStringView name = trimBlanksAndTabs(key);
+    if (name.isEmpty() || name.contains(u'=') || name.startsWith(u';') || name.startsWith(u'['))
+        return u"a key must not be empty, hold \"=\" or start with \";\" or \"[\""_s;
+    if (trimBlanksAndTabs(value).size() != value.size())
+        return u"the value starts or ends with a blank or tab, which reading drops"_s;
+    if (isQuoted(value))
+        return u"the value is enclosed in matching quotes, which reading drops"_s;
+    if (value.size() > MaxValueLength)
+        return u"the value is longer than the 255 characters that reading keeps"_s;
+    return {};
+}
+
+// Without a BOM the encoding is told from the bytes alone: new bytes that
+// would be told another encoding would change how the other lines read,
+// unless they read the same either way.
+bool keepsEncoding(const QByteArray &bytes, const Storage &storage)
+{
+    const Storage now = detectStorage(bytes);
+    if (qstrcmp(now.codec, storage.codec) == 0)
+        return true;
+    QStringDecoder before = decoderFor(storage);
+    QStringDecoder after = decoderFor(now);
+    return decode(bytes, now, after) == decode(bytes, storage, before);
 }
 
 // Another program reading the file at the same moment sees the old or the
 // new file, never half of one. QSaveFile keeps the file's permissions.
-bool replaceFile(const QString &path, const QByteArray &bytes)
+QString replaceFile(const QString &path, const QByteArray &bytes)
 {
     QSaveFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
+    if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit())
+        return {};
+    return u"cannot write the file: "_s + file.errorString();
+}
+
+// Why the value was not written; empty when it was.
+QString writeValue(const QString &path, const QString &section, const QString &key,
+                   const QString &value)
+{
+    if (const QString refusal = textRefusal(section, key, value); !refusal.isEmpty())
+        return refusal;
+    QString error;
+    const std::optional<Document> document = readDocument(path, &error);
+    if (!document)
+        return error;
+    const Storage &storage = document->storage;
+    if (wholeUnitsEnd(document->bytes, storage) != document->bytes.size())
+        return u"the file is UTF-16 with an odd number of bytes"_s;
+    const Splice splice = spliceFor(*document, section, key, value);
+    QByteArray bytes = document->bytes;
+    bytes.replace(splice.begin, splice.end - splice.begin, splice.bytes);
+    if (!keepsEncoding(bytes, storage))
+        return u"the file would no longer read as %1, and its other lines would change"_s.arg(
+            QLatin1StringView(storage.codec));
+    return replaceFile(path, bytes);
 }
 
 } // namespace
@@ -306,9 +431,10 @@ IniFile IniFile::load(const QString &path)
         } else if (parsed.kind == IniLine::Kind::Key && collecting) {
             QHash<QString, QString> &keys = ini.m_sections[section];
             const QString key = nameKey(parsed.name);
-            if (!keys.contains(key))
-                keys.insert(key, profileValue(QStringView(line.text).sliced(
-                                     parsed.valueBegin, parsed.valueEnd - parsed.valueBegin)));
+            if (!keys.contains(key)) {
+                keys.insert(key,
+                            profileValue(textOf(*document, parsed.valueBegin, parsed.valueEnd)));
+            }
         }
     }
     return ini;
@@ -325,17 +451,12 @@ bool IniFile::hasSection(const QString &section) const
 }
 
 bool IniFile::write(const QString &path, const QString &section, const QString &key,
-                    const QString &value)
+                    const QString &value, QString *error)
 {
-    if (!isWritable(section, key, value))
-        return false;
-    const std::optional<Document> document = readDocument(path);
-    if (!document)
-        return false;
-    const Splice splice = spliceFor(*document, section, key, value);
-    QByteArray bytes = document->bytes;
-    bytes.replace(splice.begin, splice.end - splice.begin, splice.bytes);
-    return replaceFile(path, bytes);
+    const QString refusal = writeValue(path, section, key, value);
+    if (error)
+        *error = refusal;
+    return refusal.isEmpty();
 }
 
 } // namespace quarry

@@ -1,5 +1,8 @@
 #include "platform/Paths.h"
 
+#include "platform/Blanks.h"
+#include "platform/IniFile.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -103,10 +106,28 @@ QString fromWindowsPath(const QString &path)
     return drivesDir() + u'/' + local[0].toLower() + belowRoot(local.sliced(2));
 }
 
+bool isDriveFolder(const QString &localPath)
+{
+    const QFileInfo folder(QDir::cleanPath(QDir(localPath).absolutePath()));
+    const QString letter = folder.fileName();
+    return letter.size() == 1 && letter[0] >= u'a' && letter[0] <= u'z'
+        && folder.path() == QDir::cleanPath(QDir(drivesDir()).absolutePath());
+}
+
 QString resolveIniFile(const QString &name)
 {
     const QString local = fromWindowsPath(name);
     return findPath(QDir::isAbsolutePath(local) ? local : join(systemIniDir(), local));
+}
+
+QString sealIni()
+{
+    const QString beside = findInDir(componentDir(), u"seal.ini"_s);
+    if (QFileInfo::exists(beside))
+        return beside;
+    const QString named = trimBlanks(
+        IniFile::load(resolveIniFile(u"CONVERT.INI"_s)).value(u"SYSTEM"_s, u"INITCFG"_s));
+    return resolveIniFile(named.isEmpty() ? u"SEAL.INI"_s : named);
 }
 
 QString userProfile()

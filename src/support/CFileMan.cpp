@@ -28,7 +28,8 @@ QString localPath(const QString &path)
     return QDir::cleanPath(paths::fromWindowsPath(path));
 }
 
-// One level: the parent must exist.
+// One level: the parent must exist. A drive's root always exists on
+// Windows; here the folder it maps to is made when first needed.
 void createFolder(const QString &folder)
 {
     const QFileInfo info(folder);
@@ -36,8 +37,11 @@ void createFolder(const QString &folder)
         return;
     if (info.exists())
         raiseFileError(filenumbers::FileAlreadyExists, folder);
-    if (!QFileInfo(info.absolutePath()).isDir())
-        raiseFileError(filenumbers::PathNotFound, info.absolutePath());
+    const QString parent = info.absolutePath();
+    if (paths::isDriveFolder(parent))
+        QDir().mkpath(parent);
+    if (!QFileInfo(parent).isDir())
+        raiseFileError(filenumbers::PathNotFound, parent);
     // Another process may have made it since the check above.
     if (!QDir().mkdir(folder) && !QFileInfo(folder).isDir())
         raiseFileError(filenumbers::PathFileAccessError, folder);

@@ -53,7 +53,8 @@ public:
     static QString BaseNameOf(const QString &path);
     static bool FolderExists(const QString &path);
     static bool FileExists(const QString &path);
-    // Creates the folder when missing; its parent must exist.
+    // Creates the folder when missing; its parent must exist, unless it is
+    // the root of a drive.
     bool EnsureFolder(const QString &path);
     // Creates every missing folder along the path.
     bool MakePath(const QString &path);

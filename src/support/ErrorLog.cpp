@@ -1,9 +1,10 @@
 #include "support/ErrorLog.h"
 
+#include "platform/Blanks.h"
+#include "platform/IniFile.h"
 #include "platform/Paths.h"
 #include "support/CFileMan.h"
 
-#include <quarry/CSysCfg.h>
 #include <quarry/QuarryError.h>
 
 #include <QDateTime>
@@ -22,14 +23,15 @@ namespace {
                       u"The error log cannot be written: "_s + files.LastError());
 }
 
-// A fresh configuration on every call: a changed seal.ini counts from the next
-// error on. Only the one key is read: a full read may go to the database, and
-// the log is written from the handlers of failed database calls.
+// Read afresh on every call: a changed seal.ini counts from the next error on.
+// Only the one key is read, as the configuration reads a value: a full read
+// may go to the database, and the log is written from the handlers of failed
+// database calls.
 QString logFolder()
 {
-    const CSysCfg config;
-    return paths::fromWindowsPath(
-        config.GetINIData(u"ERROR"_s, u"ERRORFILE"_s, u"c:\\errorpath"_s, u"seal.ini"_s));
+    const QString folder =
+        trimBlanks(IniFile::load(paths::sealIni()).value(u"ERROR"_s, u"ERRORFILE"_s));
+    return paths::fromWindowsPath(folder.isEmpty() ? u"c:\\errorpath"_s : folder);
 }
 
 } // namespace

@@ -26,6 +26,8 @@ namespace {
 const QString SealIni = u"SEAL.INI"_s;
 // Keeps GetParameter away from the parameter table where a test is not about it.
 const QString NoDatabase = u"\n[SBMK]\nDoubleSealQuota=0\n"_s;
+// The station's seal.ini in the program tests.
+const QString SealIniText = u"[USER]\nMODE=Nelos\nSubMode=信贷建库机\n"_s + NoDatabase;
 
 // A station folder, which is also the system INI folder of the test. It answers
 // the message boxes shown while it exists at once, keeping what the last one said,
@@ -48,12 +50,13 @@ public:
     QString path(const QString &name) const { return m_dir.filePath(name); }
     QString folder() const { return m_dir.path(); }
 
-    void write(const QString &name, const QString &text) const
+    void write(const QString &name, const QByteArray &bytes) const
     {
         QFile file(path(name));
         QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        file.write(text.toUtf8());
+        file.write(bytes);
     }
+    void write(const QString &name, const QString &text) const { write(name, text.toUtf8()); }
 
     // seal.ini with the text (and no database quota unless the text has an
     // [SBMK] section of its own), read by a new object.
@@ -82,6 +85,15 @@ private:
     QTimer m_timer;
 };
 
+template<typename T>
+QString numbers(const QList<T> &values)
+{
+    QStringList texts;
+    for (const T value : values)
+        texts << QString::number(value);
+    return texts.join(u' ');
+}
+
 #define FIELD(name) \
     {QStringLiteral(#name), [](CSysCfg &c) { return QVariant::fromValue(c.name).toString(); }}
 
@@ -98,6 +110,11 @@ QString field(CSysCfg &cfg, const QString &name)
         FIELD(GetTalasGsYjkPrintX()), FIELD(GetDownloadFilePath()),
         FIELD(GetDoubleSealQuotaByPztype(0)), FIELD(GetDoubleSealQuotaByPztype(2)),
         FIELD(GetDoubleSealQuotaByPztype(4)),
+        {u"CheckUsefulLifeKind"_s, [](CSysCfg &c) { return numbers(c.CheckUsefulLifeKind); }},
+        // The voucher types, then their quotas.
+        {u"special quotas"_s, [](CSysCfg &c) {
+            return numbers(c.SpecialDoubleSealPztype) + u" | "_s + numbers(c.SpecialDoubleSealQuota);
+        }},
         // The account patterns, the bank account patterns, the query and the count in the file.
         {u"lists"_s, [](CSysCfg &c) {
             QStringList bank;
@@ -155,9 +172,12 @@ private slots:
             QTest::newRow(tag) << ini << QString() << name << expected << QString();
         };
         // A failed read keeps what it read before.
-        const auto failure = [](const char *tag, const QString &ini, const QString &message) {
-            QTest::newRow(tag) << u"[DATABASESET]\nBASEMODE=MYSQL\n"_s + ini << QString()
-                               << u"BASEMODE"_s << u"MYSQL"_s << message;
+        const auto failedAt = [](const char *tag, const QString &ini, const QString &name,
+                                 const QString &expected, const QString &message) {
+            QTest::newRow(tag) << ini << QString() << name << expected << message;
+        };
+        const auto failure = [&failedAt](const char *tag, const QString &ini, const QString &message) {
+            failedAt(tag, u"[DATABASESET]\nBASEMODE=MYSQL\n"_s + ini, u"BASEMODE"_s, u"MYSQL"_s, message);
         };
         // Codes are read again by GetParameter, lazy getters by themselves.
         const auto reread = [](const char *tag, const QString &name, const QString &first,
@@ -209,10 +229,22 @@ private slots:
         ok("first entry of a type", special, u"GetDoubleSealQuotaByPztype(2)"_s, u"200000.5"_s);
         ok("type without entry", special, u"GetDoubleSealQuotaByPztype(4)"_s, u"50000"_s);
         ok("entry without type is type 0", special, u"GetDoubleSealQuotaByPztype(0)"_s, u"7"_s);
+        failedAt("list element overflows",
+                 u"[SBMK]\nDoubleSealQuota=0\nTotalCheckUsefulLifeKind=3\nCheckUsefulLifeKind(0)=7\n"
+                 u"CheckUsefulLifeKind(1)=99999\nCheckUsefulLifeKind(2)=9\n"_s,
+                 u"CheckUsefulLifeKind"_s, u"7 0 0"_s, u"CheckUsefulLifeKind(1)=99999"_s);
+        failedAt("quota of a pair overflows",
+                 u"[SBMK]\nDoubleSealQuota=0\nTotalSpecialDoubleSealQuota=2\n"
+                 u"SpecialDoubleSealPztype(0)=3\nSpecialDoubleSealQuota(0)=1e999\n"_s,
+                 u"special quotas"_s, u"3 0 | 0 0"_s, u"SpecialDoubleSealQuota(0)=1e999"_s);
         const QString nelos = u"[USER]\nMODE=Nelos"_s;
         reread("Refol", u"ProfileCode"_s, nelos, u"[USER]\nMODE=Refol"_s, u"22 20"_s);
         reread("unknown profile", u"ProfileCode"_s, nelos, u"[USER]\nMODE=Nobank"_s, u"22 0"_s);
         reread("other case", u"ProfileCode"_s, nelos, u"[USER]\nMODE=refol"_s, u"22 0"_s);
+        // Trimmed of blanks (U+0020) only.
+        reread("blanks inside quotes", u"ProfileCode"_s, nelos, u"[USER]\nMODE=\" Refol \""_s, u"22 20"_s);
+        reread("ideographic space", u"ProfileCode"_s, nelos, u"[USER]\nMODE=Refol\u3000"_s, u"22 0"_s);
+        reread("tab inside quotes", u"ProfileCode"_s, nelos, u"[USER]\nMODE=\"Refol\t\""_s, u"22 0"_s);
         reread("UpperMode unknown keeps", u"UpperModeCode"_s, u"[USER]\nUpperMode=Letus"_s,
                u"[USER]\nUpperMode=Other"_s, u"1 1"_s);
         reread("SubMode", u"SubModeCode"_s, u"[USER]\nSubMode=信贷建库机"_s, u"[USER]\nSubMode=Bivol"_s, u"1 4"_s);
@@ -304,40 +336,79 @@ private slots:
     void program_data()
     {
         QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QByteArray>("convertIni"); // CONVERT.INI in the system folder, none when empty
         QTest::addColumn<bool>("succeeds");
-        QTest::addColumn<QString>("output"); // in standard output, or in standard error on failure
-        QTest::addColumn<int>("profile");    // read from seal.ini afterwards
+        QTest::addColumn<QString>("output");  // in standard output or standard error
+        QTest::addColumn<QString>("changed"); // the one station file the program changes
+        QTest::addColumn<QByteArray>("after"); // and its bytes afterwards
 
-        QTest::newRow("dump") << QStringList{u"dump"_s} << true
-                              << u"[DATABASESET] BASEMODE = ACCESS  (default)\n"_s << 22;
-        QTest::newRow("get") << QStringList{u"get"_s, u"USER"_s, u"SubMode"_s} << true << u"信贷建库机\n"_s << 22;
-        QTest::newRow("set") << QStringList{u"set"_s, u"USER"_s, u"MODE"_s, u"Refol"_s} << true << QString() << 20;
-        QTest::newRow("get without key") << QStringList{u"get"_s, u"USER"_s} << false << u"get USER"_s << 22;
-        QTest::newRow("failed read") << QStringList{u"--ini"_s, u"bad.ini"_s, u"dump"_s} << false
-                                     << u"系统提示: 初始化系统参数错误！"_s << 22;
+        const auto row = [](const char *tag, const QStringList &arguments, bool succeeds,
+                            const QString &output, const QString &changed = {},
+                            const QByteArray &after = {}) {
+            QTest::newRow(tag) << arguments << QByteArray() << succeeds << output << changed << after;
+        };
+        row("dump", {u"dump"_s}, true, u"[DATABASESET] BASEMODE = ACCESS  (default)\n"_s);
+        row("get", {u"get"_s, u"USER"_s, u"SubMode"_s}, true, u"信贷建库机\n"_s);
+        row("set", {u"set"_s, u"USER"_s, u"MODE"_s, u"Refol"_s}, true, QString(), u"SEAL.INI"_s,
+            SealIniText.toUtf8().replace("Nelos", "Refol"));
+        row("get without key", {u"get"_s, u"USER"_s}, false, u"get USER"_s);
+        row("failed read", {u"--ini"_s, u"bad.ini"_s, u"dump"_s}, false, u"系统提示: 初始化系统参数错误！"_s);
+        row("dump writes the pattern count back", {u"--ini"_s, u"zero.ini"_s, u"dump"_s}, true,
+            u"TOTALACCNO was 0; reading it wrote TOTALACCNO=1"_s, u"zero.ini"_s,
+            "[BANKPARAM]\nTOTALACCNO=1\n[SBMK]\nDoubleSealQuota=0\n");
+        // A value that would not read back as written is not written, and the tool says why.
+        const auto refused = [&row](const char *tag, const QString &value, const QString &why) {
+            row(tag, {u"set"_s, u"USER"_s, u"MODE"_s, value}, false, why);
+        };
+        refused("set with a blank", u"Refol "_s, u"ends with a blank or tab"_s);
+        refused("set in quotes", u"\"Refol\""_s, u"enclosed in matching quotes"_s);
+        refused("set 256 characters", QString(256, u'x'), u"longer than the 255 characters"_s);
+        // ff fe 41 and a GB18030 file in which L reads 模.
+        row("set on UTF-16 of odd length", {u"--ini"_s, u"odd.ini"_s, u"set"_s, u"A"_s, u"K"_s, u"1"_s},
+            false, u"UTF-16 with an odd number of bytes"_s);
+        row("set that would make GB18030 UTF-8", {u"--ini"_s, u"gb.ini"_s, u"set"_s, u"A"_s, u"K"_s, u"x"_s},
+            false, u"would no longer read as GB18030"_s);
+        row("directory given", {u"--ini"_s, u"folder"_s, u"dump"_s}, false, u"folder is a directory"_s);
+        QTest::newRow("unreadable seal.ini") << QStringList{u"get"_s, u"USER"_s, u"MODE"_s}
+                                             << QByteArray("[SYSTEM]\nINITCFG=folder\n") << false
+                                             << u"cannot read "_s << QString() << QByteArray();
     }
 
     void program()
     {
         QFETCH(QStringList, arguments);
+        QFETCH(QByteArray, convertIni);
         QFETCH(bool, succeeds);
         QFETCH(QString, output);
-        QFETCH(int, profile);
+        QFETCH(QString, changed);
+        QFETCH(QByteArray, after);
         Station station;
-        station.write(u"SEAL.INI"_s, u"[USER]\nMODE=Nelos\nSubMode=信贷建库机\n"_s + NoDatabase);
-        station.write(u"bad.ini"_s, u"[BANKPARAM]\nTOTALACCTYPE=x\n"_s);
+        const QHash<QString, QByteArray> files{
+            {u"SEAL.INI"_s, SealIniText.toUtf8()},
+            {u"bad.ini"_s, "[BANKPARAM]\nTOTALACCTYPE=x\n"},
+            {u"zero.ini"_s, "[BANKPARAM]\nTOTALACCNO=0\n[SBMK]\nDoubleSealQuota=0\n"},
+            {u"odd.ini"_s, QByteArray::fromHex("fffe41")},
+            {u"gb.ini"_s, QByteArray::fromHex("5b415d0a 4b3dff0a 4c3dc4a30a")},
+        };
+        for (auto file = files.cbegin(); file != files.cend(); ++file)
+            station.write(file.key(), file.value());
+        if (!convertIni.isEmpty())
+            station.write(u"CONVERT.INI"_s, convertIni);
+        QVERIFY(QDir(station.folder()).mkdir(u"folder"_s));
 
         QProcess program;
         program.setWorkingDirectory(station.folder());
         program.start(QStringLiteral(QUARRY_CONFIG_PROGRAM), arguments);
         QVERIFY(program.waitForFinished());
         QCOMPARE(program.exitCode() == 0, succeeds);
-        const QString out = QString::fromUtf8(succeeds ? program.readAllStandardOutput()
-                                                       : program.readAllStandardError());
+        const QString out =
+            QString::fromUtf8(program.readAllStandardOutput() + program.readAllStandardError());
         QVERIFY2(out.contains(output), qPrintable(out));
-        CSysCfg cfg;
-        QVERIFY(cfg.GetParameter());
-        QCOMPARE(cfg.ProfileCode, qint16(profile));
+        for (auto file = files.cbegin(); file != files.cend(); ++file) {
+            QFile written(station.path(file.key()));
+            QVERIFY(written.open(QIODevice::ReadOnly));
+            QCOMPARE(written.readAll(), file.key() == changed ? after : file.value());
+        }
     }
 };
 

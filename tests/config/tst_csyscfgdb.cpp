@@ -149,27 +149,34 @@ void TestCSysCfgDb::loadsTheProfileAndTheDate()
 
 void TestCSysCfgDb::getters_data()
 {
+    QTest::addColumn<QByteArray>("mode");
     QTest::addColumn<Getter>("getter");
     QTest::addColumn<QString>("before"); // GetParameter; the answer, or "error <number>"
     QTest::addColumn<QString>("after");
     using C = const CSysCfgDb &;
-    const auto row = [](const char *tag, const Getter &getter, const QString &before, const QString &after) {
-        QTest::newRow(tag) << getter << before << after;
+    const auto row = [](const char *tag, const QByteArray &mode, const Getter &getter,
+                        const QString &before, const QString &after) {
+        QTest::newRow(tag) << mode << getter << before << after;
     };
-    row("past the end", [](C c) { return c.GetCurrencyId(5); }, {}, {});
-    row("word id past the end", [](C c) { return QString::number(c.GetAccStateWordId(4)); },
+    row("past the end", "Zacen", [](C c) { return c.GetCurrencyId(5); }, {}, {});
+    row("word id past the end", "Zacen", [](C c) { return QString::number(c.GetAccStateWordId(4)); },
         u"error 13"_s, u"error 13"_s);
-    row("negative", [](C c) { return c.GetAccTypeName(-1); }, u"error 9"_s, u"error 9"_s);
+    row("negative", "Zacen", [](C c) { return c.GetAccTypeName(-1); }, u"error 9"_s, u"error 9"_s);
+    // Codes are trimmed of blanks (U+0020) only.
+    row("code with blanks", "Lumun", [](C c) { return c.GetCurrDescById(u"  RMB "_s); }, {}, u"人民币"_s);
+    row("code with an ideographic space", "Lumun", [](C c) { return c.GetCurrDescById(u"RMB\u3000"_s); },
+        {}, {});
 }
 
-// The index rules do not depend on the engine.
+// The index and lookup rules do not depend on the engine.
 void TestCSysCfgDb::getters()
 {
+    QFETCH(QByteArray, mode);
     QFETCH(Getter, getter);
     QFETCH(QString, before);
     QFETCH(QString, after);
     SampleStation station(Engine::Sqlite);
-    station.writeIni("[USER]\nMODE=Zacen\n");
+    station.writeIni("[USER]\nMODE=" + mode + '\n');
     CSysCfgDb config;
     // The answer, or the error's number.
     const auto answer = [&] { return outcome([&] { return getter(config); }).section(u' ', 0, 1); };

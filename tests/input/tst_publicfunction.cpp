@@ -46,6 +46,9 @@ void TestPublicFunction::textHelpers_data()
     QTest::newRow("date: year 99") << u"date"_s << u"99-1-5"_s << u"no date"_s;
     QTest::newRow("date: five-digit year") << u"date"_s << u"10000-01-01"_s << u"no date"_s;
     QTest::newRow("date: mixed separators") << u"date"_s << u"2009-01/05"_s << u"no date"_s;
+    QTest::newRow("date: final line break") << u"date"_s << u"2009-1-5\n"_s << u"no date"_s;
+    QTest::newRow("time: h:m:s") << u"time"_s << u" 1:2 :3"_s << u"01:02:03"_s;
+    QTest::newRow("time: final line break") << u"time"_s << u"12:00:00\n"_s << u"no time"_s;
     QTest::newRow("yjk, trimmed") << u"yjk"_s << u" 12*3? "_s << u" Where YJKNUMBER like '12%3_'"_s;
     QTest::newRow("wdh, untrimmed") << u"wdh"_s << u" "_s << u" where  ( WDH LIKE ' ' or  WDH LIKE ' ')"_s;
     QTest::newRow("wdh, both cases") << u"wdh"_s << u"aB?"_s << u" where  ( WDH LIKE 'AB_' or  WDH LIKE 'ab_')"_s;
@@ -69,6 +72,7 @@ void TestPublicFunction::textHelpers()
         {u"like"_s, ToLikePattern},
         // A text that is no date must come back unchanged.
         {u"date"_s, [](QString t) { const QString typed = t; return CheckDateText(t) ? t : t == typed ? u"no date"_s : t; }},
+        {u"time"_s, [](const QString &t) { return maskedTime(t).value_or(u"no time"_s); }},
         {u"yjk"_s, yjkCondition},
         {u"wdh"_s, wdhCondition},
         {u"acc"_s, accCondition},

@@ -90,6 +90,17 @@ private Q_SLOTS:
         // U+0D0A and U+0A0D hold the bytes of CR and LF: they must not end a line.
         QTest::newRow("UTF-16LE, bytes of CR and LF inside characters")
             << utf16(u"[\u0D0A]\n\u0A0D=\u0D0D\n"_s, false) << u"\u0D0A"_s << u"\u0A0D"_s << u"\u0D0D"_s;
+        QTest::newRow("UTF-16LE of odd length, the stray byte not read")
+            << utf16(u"[A]\nK=1"_s, false) + 'A' << u"A"_s << u"K"_s << u"1"_s;
+        QTest::newRow("the last ] closes the section name")
+            << QByteArray("[a]b] x\nK=v\n") << u"a]b"_s << u"K"_s << u"v"_s;
+        // A line that starts with U+FEFF is neither a section nor the key K.
+        QTest::newRow("U+FEFF before a section header")
+            << QByteArray::fromHex("5b415d0a 4b3d310a efbbbf5b425d0a 4c3d320a") << u"A"_s << u"L"_s << u"2"_s;
+        QTest::newRow("U+FEFF before a key")
+            << QByteArray::fromHex("5b415d0a efbbbf4b3d310a") << u"A"_s << u"K"_s << QString();
+        QTest::newRow("GB18030 character cut off by the equals sign")
+            << QByteArray::fromHex("5b415d0a 9a3d310a") << u"A"_s << u"\uFFFD"_s << u"1"_s;
     }
 
     void value()
@@ -138,6 +149,23 @@ private Q_SLOTS:
                    + "\r\n";
         QTest::newRow("UTF-16BE key added") << utf16(u"[A]\nK=1\n"_s, true) << u"A"_s << u"L"_s << u"分行"_s
                                             << utf16(u"[A]\nK=1\nL=分行\n"_s, true);
+        QTest::newRow("U+FEFF line kept, the key added")
+            << QByteArray::fromHex("5b415d0a efbbbf4b3d310a") << u"A"_s << u"K"_s << u"2"_s
+            << QByteArray::fromHex("5b415d0a efbbbf4b3d310a 4b3d320a");
+        QTest::newRow("only the value's bytes change in GB18030")
+            << QByteArray::fromHex("5b415d0a 9a3d310a") << u"A"_s << u"\uFFFD"_s << u"模"_s
+            << QByteArray::fromHex("5b415d0a 9a3dc4a30a");
+        QTest::newRow("GB18030 kept while a byte that is not UTF-8 stays")
+            << QByteArray::fromHex("5b415d0a 4b3dff0a 4c3dc4a30a") << u"A"_s << u"M"_s << u"模"_s
+            << QByteArray::fromHex("5b415d0a 4b3dff0a 4c3dc4a30a 4d3dc4a30a");
+        QTest::newRow("GB18030 that becomes ASCII")
+            << QByteArray::fromHex("5b415d0a 4b3dff0a") << u"A"_s << u"K"_s << u"x"_s
+            << QByteArray::fromHex("5b415d0a 4b3d780a");
+        QTest::newRow("section name with ]") << QByteArray("[a]b]\nK=1\n") << u"a]b"_s << u"K"_s << u"2"_s
+                                             << QByteArray("[a]b]\nK=2\n");
+        QTest::newRow("255 characters, quote at one end")
+            << QByteArray("[A]\n") << u"A"_s << u"K"_s << u'"' + QString(254, u'x')
+            << "[A]\nK=\"" + QByteArray(254, 'x') + "\n";
     }
 
     void write()
@@ -149,33 +177,66 @@ private Q_SLOTS:
         QFETCH(QByteArray, after);
 
         const QString path = fileWith(before);
-        QVERIFY(IniFile::write(path, section, key, value));
+        QString error;
+        QVERIFY2(IniFile::write(path, section, key, value, &error), qPrintable(error));
         QCOMPARE(contents(path), after);
+        QCOMPARE(IniFile::load(path).value(section, key), value);
     }
 
     void rejectedWrite_data()
     {
+        QTest::addColumn<QByteArray>("before");
         QTest::addColumn<QString>("section");
         QTest::addColumn<QString>("key");
         QTest::addColumn<QString>("value");
+        QTest::addColumn<QString>("reason"); // a part of what the error says
 
-        QTest::newRow("line break in the value") << u"A"_s << u"K"_s << u"v\n[B]\nX=1"_s;
-        QTest::newRow("NUL in the value") << u"A"_s << u"K"_s << u"v\u0000w"_s;
-        QTest::newRow("equals sign in the key") << u"A"_s << u"K=X"_s << u"v"_s;
-        QTest::newRow("key read as a comment") << u"A"_s << u" ;K"_s << u"v"_s;
+        const QByteArray ini("[A]\r\nK=old\r\n");
+        const auto row = [&ini](const char *tag, const QString &section, const QString &key,
+                                const QString &value, const QString &reason) {
+            QTest::newRow(tag) << ini << section << key << value << reason;
+        };
+        row("line break in the value", u"A"_s, u"K"_s, u"v\n[B]\nX=1"_s, u"line break"_s);
+        row("NUL in the value", u"A"_s, u"K"_s, u"v\u0000w"_s, u"NUL"_s);
+        row("equals sign in the key", u"A"_s, u"K=X"_s, u"v"_s, u"key"_s);
+        row("key read as a comment", u"A"_s, u" ;K"_s, u"v"_s, u"key"_s);
+        row("lone high surrogate ending the value", u"B"_s, u"K"_s, u"v"_s + QChar(0xD800), u"surrogate"_s);
+        row("lone low surrogate in the section", u"B"_s + QChar(0xDC00), u"K"_s, u"v"_s, u"surrogate"_s);
+        row("blank before the value", u"A"_s, u"K"_s, u" v"_s, u"blank or tab"_s);
+        row("tab after the value", u"A"_s, u"K"_s, u"v\t"_s, u"blank or tab"_s);
+        row("matching quotes", u"A"_s, u"K"_s, u"'v'"_s, u"quotes"_s);
+        row("256 characters", u"A"_s, u"K"_s, QString(256, u'x'), u"255"_s);
+        QTest::newRow("UTF-16 of odd length") << QByteArray::fromHex("fffe41") << u"A"_s << u"K"_s << u"1"_s
+                                              << u"odd number of bytes"_s;
+        // L reads 模 in GB18030, ģ in UTF-8.
+        QTest::newRow("GB18030 that would become UTF-8")
+            << QByteArray::fromHex("5b415d0a 4b3dff0a 4c3dc4a30a") << u"A"_s << u"K"_s << u"x"_s
+            << u"GB18030"_s;
     }
 
     void rejectedWrite()
     {
+        QFETCH(QByteArray, before);
         QFETCH(QString, section);
         QFETCH(QString, key);
         QFETCH(QString, value);
+        QFETCH(QString, reason);
 
-        const QByteArray before("[A]\r\nK=old\r\n");
         const QString path = fileWith(before);
-        QVERIFY(!IniFile::write(path, section, key, value));
+        QString error;
+        QVERIFY(!IniFile::write(path, section, key, value, &error));
+        QVERIFY2(error.contains(reason), qPrintable(error));
+        QVERIFY(!IniFile::write(path, section, key, value)); // again: nothing builds up
         QCOMPARE(contents(path), before);
-        QVERIFY(!IniFile::write(m_dir.filePath(u"missing/seal.ini"_s), u"A"_s, u"K"_s, u"v"_s));
+    }
+
+    void unreadableFile()
+    {
+        QString error;
+        QVERIFY(!IniFile::write(m_dir.filePath(u"missing/seal.ini"_s), u"A"_s, u"K"_s, u"v"_s, &error));
+        QVERIFY2(error.startsWith(u"cannot write"_s), qPrintable(error));
+        QVERIFY(!IniFile::write(m_dir.path(), u"A"_s, u"K"_s, u"v"_s, &error));
+        QVERIFY2(error.startsWith(u"cannot read"_s), qPrintable(error));
     }
 
     // Written through a link, with its permissions, and no temporary file left behind.

@@ -1,3 +1,4 @@
+#include "support/CFileMan.h"
 #include "support/ErrorLog.h"
 
 #include <quarry/QuarryError.h>
@@ -17,47 +18,90 @@ class TestErrorLog : public QObject
 {
     Q_OBJECT
 
-    QTemporaryDir m_root; // seal.ini, and drive c: as the folder "c"
+    QTemporaryDir m_root; // seal.ini, and one folder of drives for each test
+    int m_drives = 0;
 
     void writeSealIni(const QByteArray &text)
     {
         QFile file(m_root.filePath(u"seal.ini"_s));
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write(text) == text.size());
     }
-    QString logIn(const QString &folder) const
+    // A drives folder that does not exist yet, as on a fresh machine.
+    QString freshDrives()
     {
-        QFile file(m_root.filePath(u"c/"_s + folder + u"/error.txt"_s));
+        const QString drives = m_root.filePath(u"drives%1/mapped"_s.arg(++m_drives));
+        qputenv("QUARRY_DRIVES", QFile::encodeName(drives));
+        return drives;
+    }
+    static QString contents(const QString &path)
+    {
+        QFile file(path);
         return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
     }
 
 private slots:
-    void initTestCase()
+    void initTestCase() { qputenv("QUARRY_SYSTEM_DIR", QFile::encodeName(m_root.path())); }
+
+    void logFolder_data()
     {
-        qputenv("QUARRY_SYSTEM_DIR", QFile::encodeName(m_root.path()));
-        qputenv("QUARRY_DRIVES", QFile::encodeName(m_root.path()));
-        QVERIFY(QDir(m_root.path()).mkdir(u"c"_s));
-        writeSealIni("[SBMK]\nDoubleSealQuota=0\n");
+        QTest::addColumn<QByteArray>("sealIni");
+        QTest::addColumn<bool>("blockCopy"); // the errors are failed block copies of a missing file
+        QTest::addColumn<QString>("logFile"); // below the drives folder; empty: it cannot be written
+
+        QTest::newRow("no ERRORFILE, on a fresh machine") << QByteArray() << false << u"c/errorpath/error.txt"_s;
+        QTest::newRow("failed block copies, on a fresh machine")
+            << QByteArray() << true << u"c/errorpath/error.txt"_s;
+        QTest::newRow("ERRORFILE with blanks inside quotes")
+            << QByteArray("[ERROR]\nERRORFILE=\" d:\\Logs \"\n") << false << u"d/Logs/error.txt"_s;
+        // Only the folder itself is made, besides the drive.
+        QTest::newRow("two levels missing")
+            << QByteArray("[ERROR]\nERRORFILE=c:\\nowhere\\errorpath\n") << false << QString();
+        QTest::newRow("two levels missing, block copies")
+            << QByteArray("[ERROR]\nERRORFILE=c:\\nowhere\\errorpath\n") << true << QString();
     }
 
-    // Without ERRORFILE the log is c:\errorpath\error.txt, whose folder the first line makes;
-    // only that one level is made.
+    // Two errors give two lines in call order.
     void logFolder()
     {
-        quarry::writeErrorLog(u"CHy::GetBranchWdh()"_s, 2000, u"连接数据库 srv  失败！"_s);
-        quarry::writeErrorLog(u"s %1"_s, -1, u"100% %1\n%2"_s);
-        const QRegularExpression expected(u"^CHy::GetBranchWdh\\(\\) 2000 连接数据库 srv  失败！ "_s
-                                          + DateTime + u"\ns %1 -1 100% %1\n%2 "_s + DateTime + u"\n$"_s);
-        QVERIFY2(expected.match(logIn(u"errorpath"_s)).hasMatch(), qPrintable(logIn(u"errorpath"_s)));
-
-        writeSealIni("[ERROR]\nERRORFILE=c:\\nowhere\\errorpath\n");
-        QVERIFY_THROWS_EXCEPTION(quarry::QuarryError, quarry::writeErrorLog(u"s"_s, 1, u"d"_s));
-        QVERIFY(!QFileInfo::exists(m_root.filePath(u"c/nowhere"_s)));
+        QFETCH(QByteArray, sealIni);
+        QFETCH(bool, blockCopy);
+        QFETCH(QString, logFile);
+        writeSealIni(sealIni);
+        const QString drives = freshDrives();
+        const QString missing = m_root.filePath(u"missing.bin"_s);
+        quarry::CFileMan files;
+        const qint16 destination = files.OpenFile(m_root.filePath(u"copy.bin"_s), quarry::filenumbers::Mode::Output);
+        const auto logTwice = [&] {
+            if (blockCopy) {
+                QVERIFY(!files.CopyFileBlock(missing, 10, destination));
+                QVERIFY(!files.CopyFileBlock(missing, 10, destination));
+            } else {
+                quarry::writeErrorLog(u"CHy::GetBranchWdh()"_s, 2000, u"连接数据库 srv  失败！"_s);
+                quarry::writeErrorLog(u"s %1"_s, -1, u"100% %1\n%2"_s);
+            }
+        };
+        if (logFile.isEmpty()) {
+            QVERIFY_THROWS_EXCEPTION(quarry::QuarryError, logTwice());
+            QVERIFY(!QFileInfo::exists(drives + u"/c/nowhere"_s));
+            files.CloseFile(destination);
+            return;
+        }
+        logTwice();
+        files.CloseFile(destination);
+        const QString expected = blockCopy
+            ? u"(CFileMan.CopyFileBlock 53 File not found: \\S+ "_s + DateTime + u"\n){2}"_s
+            : u"CHy::GetBranchWdh\\(\\) 2000 连接数据库 srv  失败！ "_s + DateTime
+                + u"\ns %1 -1 100% %1\n%2 "_s + DateTime + u"\n"_s;
+        const QString log = contents(drives + u'/' + logFile);
+        QVERIFY2(QRegularExpression(QRegularExpression::anchoredPattern(expected)).match(log).hasMatch(),
+                 qPrintable(log));
     }
 
     void concurrentWritersKeepLinesWhole()
     {
         constexpr int Writers = 3, Lines = 2000;
         writeSealIni("[ERROR]\nERRORFILE=c:\\many\n");
+        const QString drives = freshDrives();
         QProcess writers[Writers];
         for (int id = 0; id < Writers; ++id)
             writers[id].start(QCoreApplication::applicationFilePath(),
@@ -65,7 +109,7 @@ private slots:
         for (QProcess &writer : writers)
             QVERIFY(writer.waitForFinished(120000) && writer.exitCode() == 0);
 
-        const QStringList lines = logIn(u"many"_s).split(u'\n', Qt::SkipEmptyParts);
+        const QStringList lines = contents(drives + u"/c/many/error.txt"_s).split(u'\n', Qt::SkipEmptyParts);
         QCOMPARE(lines.size(), Writers * Lines);
         const QRegularExpression whole(u"^writer\\d \\d+ "_s + WriterDescription + u" "_s + DateTime + u"$"_s);
         for (const QString &line : lines)
