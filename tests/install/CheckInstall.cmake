@@ -1,6 +1,10 @@
 # cmake -DQUARRY_BUILD_DIR=... -DCONSUMER_SOURCE_DIR=... -DWORK_DIR=... -DGENERATOR=... -P CheckInstall.cmake
+# Makes the Debian packages, unpacks the library and the -dev package into a
+# folder of their own, and builds a small host against them twice, with the
+# CMake package and with pkg-config, as a host developer on another machine
+# would; then runs both.
 file(REMOVE_RECURSE "${WORK_DIR}")
-set(prefix "${WORK_DIR}/prefix")
+set(root "${WORK_DIR}/root")
 
 function(run)
     execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE out ERROR_VARIABLE err)
@@ -9,9 +13,37 @@ function(run)
     endif()
 endfunction()
 
-run(${CMAKE_COMMAND} --install "${QUARRY_BUILD_DIR}" --prefix "${prefix}")
-run(${CMAKE_COMMAND} -S "${CONSUMER_SOURCE_DIR}" -B "${WORK_DIR}/build" -G "${GENERATOR}"
-    "-DCMAKE_PREFIX_PATH=${prefix}")
-run(${CMAKE_COMMAND} --build "${WORK_DIR}/build")
-run("${WORK_DIR}/build/consumer")
+run(cpack -G DEB -B "${WORK_DIR}/packages" --config "${QUARRY_BUILD_DIR}/CPackConfig.cmake")
+file(GLOB packages "${WORK_DIR}/packages/quarry-lib_*.deb" "${WORK_DIR}/packages/quarry-dev_*.deb")
+list(LENGTH packages count)
+if(NOT count EQUAL 2)
+    message(FATAL_ERROR "Expected quarry-lib and quarry-dev, found: ${packages}")
+endif()
+foreach(package IN LISTS packages)
+    run(dpkg-deb -x "${package}" "${root}")
+endforeach()
+file(GLOB_RECURSE pcfile "${root}/quarry.pc")
+file(GLOB_RECURSE library "${root}/libquarry.so")
+if(NOT pcfile OR NOT library)
+    message(FATAL_ERROR "The -dev package holds no quarry.pc or libquarry.so")
+endif()
+get_filename_component(libdir "${library}" DIRECTORY)
+get_filename_component(pcdir "${pcfile}" DIRECTORY)
+
+run(${CMAKE_COMMAND} -S "${CONSUMER_SOURCE_DIR}" -B "${WORK_DIR}/cmake" -G "${GENERATOR}"
+    "-DCMAKE_PREFIX_PATH=${root}/usr")
+run(${CMAKE_COMMAND} --build "${WORK_DIR}/cmake")
+
+set(ENV{PKG_CONFIG_PATH} "${pcdir}")
+execute_process(COMMAND pkg-config --cflags --libs quarry
+    OUTPUT_VARIABLE flags OUTPUT_STRIP_TRAILING_WHITESPACE RESULT_VARIABLE result)
+if(NOT result EQUAL 0)
+    message(FATAL_ERROR "pkg-config does not know quarry")
+endif()
+separate_arguments(flags UNIX_COMMAND "${flags}")
+run(c++ -std=c++20 "${CONSUMER_SOURCE_DIR}/main.cpp" -o "${WORK_DIR}/pkgconfig-consumer" ${flags})
+
+set(ENV{LD_LIBRARY_PATH} "${libdir}")
+run("${WORK_DIR}/cmake/consumer")
+run("${WORK_DIR}/pkgconfig-consumer")
 file(REMOVE_RECURSE "${WORK_DIR}")

@@ -1,0 +1,185 @@
+#include "LogCatalogue.h"
+
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QSettings>
+
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace quarry::viewer {
+
+namespace {
+
+const QStringList KnownKeys{u"Title"_s, u"Table"_s, u"Call"_s, u"Result"_s, u"ListA"_s,
+    u"ListASql"_s, u"ListB"_s, u"ListBSql"_s, u"ClerkLen"_s, u"AccLen"_s, u"ChequeLen"_s,
+    u"ShowWDH"_s, u"ShowYJK"_s, u"ShowOpCode"_s};
+
+// QSettings reads a value with commas as a list; the catalogue means the
+// text.
+QString text(const QSettings &settings, const QString &key)
+{
+    const QVariant value = settings.value(key);
+    if (value.typeId() == QMetaType::QStringList)
+        return value.toStringList().join(u", "_s).trimmed();
+    return value.toString().trimmed();
+}
+
+// Collects the faults of one section.
+class SectionReader
+{
+public:
+    SectionReader(const QSettings &settings, const QString &where)
+        : m_settings(settings)
+        , m_where(where)
+    {
+    }
+
+    QString value(const QString &key) const { return text(m_settings, key); }
+    void fault(const QString &key, const QString &what) { m_faults.append(m_where + u' ' + key + u": "_s + what); }
+    const QStringList &faults() const { return m_faults; }
+
+    // One of the words (matched without regard to case) as its index.
+    int choice(const QString &key, const QStringList &words)
+    {
+        const QString word = value(key);
+        if (word.isEmpty())
+            return 0;
+        const qsizetype index = words.indexOf(word.toLower());
+        if (index < 0)
+            fault(key, u"\"%1\" is not one of %2"_s.arg(word, words.join(u", "_s)));
+        return int(qMax(index, 0));
+    }
+
+    qint32 length(const QString &key)
+    {
+        const QString number = value(key);
+        if (number.isEmpty())
+            return 0;
+        bool ok = false;
+        const qint32 length = number.toInt(&ok);
+        if (!ok || length < 0)
+            fault(key, u"\"%1\" is not a length (0 or more)"_s.arg(number));
+        return ok ? qMax(length, 0) : 0;
+    }
+
+    bool flag(const QString &key)
+    {
+        const QString word = value(key).toLower();
+        if (word.isEmpty() || word == u"false"_s || word == u"0"_s)
+            return false;
+        if (word == u"true"_s || word == u"1"_s)
+            return true;
+        fault(key, u"\"%1\" is neither true nor false"_s.arg(value(key)));
+        return false;
+    }
+
+    CodeListSource codeList(const QString &key)
+    {
+        CodeListSource list;
+        const QString written = value(key);
+        const QString select = value(key + u"Sql"_s);
+        if (!written.isEmpty() && !select.isEmpty()) {
+            fault(key, u"give either %1 or %1Sql, not both"_s.arg(key));
+        } else if (!select.isEmpty()) {
+            if (!select.startsWith(u"SELECT "_s, Qt::CaseInsensitive))
+                fault(key + u"Sql"_s, u"not a SELECT"_s);
+            list.select = select;
+        } else if (!parseCodeList(written, list)) {
+            fault(key, u"\"%1\" is not a code list (CODE=TEXT,...)"_s.arg(written));
+        }
+        return list;
+    }
+
+private:
+    const QSettings &m_settings;
+    QString m_where;
+    QStringList m_faults;
+};
+
+} // namespace
+
+bool parseCodeList(const QString &text, CodeListSource &list)
+{
+    if (text.isEmpty())
+        return true;
+    const QStringList entries = text.split(u',');
+    for (const QString &entry : entries) {
+        const qsizetype equals = entry.indexOf(u'=');
+        bool ok = false;
+        const qint16 id = entry.left(equals).trimmed().toShort(&ok);
+        const QString name = entry.mid(equals + 1).trimmed();
+        if (equals < 0 || !ok || name.isEmpty())
+            return false;
+        list.ids.append(id);
+        list.names.append(name);
+    }
+    return true;
+}
+
+LogCatalogue LogCatalogue::read(const QString &path)
+{
+    LogCatalogue catalogue;
+    const QString file = QFileInfo(path).fileName();
+    if (!QFileInfo(path).isFile()) {
+        catalogue.m_problems.append(u"%1: no catalogue file at %2"_s.arg(file, path));
+        return catalogue;
+    }
+    QSettings settings(path, QSettings::IniFormat);
+    if (settings.status() != QSettings::NoError) {
+        catalogue.m_problems.append(u"%1: not an INI file"_s.arg(file));
+        return catalogue;
+    }
+    const QString order = text(settings, u"Catalogue/Logs"_s);
+    if (order.isEmpty())
+        catalogue.m_problems.append(u"%1 [Catalogue] Logs: no log types listed"_s.arg(file));
+    const QStringList sections = settings.childGroups();
+    for (QString logType : order.split(u',', Qt::SkipEmptyParts)) {
+        logType = logType.trimmed();
+        const QString where = u"%1 [%2]"_s.arg(file, logType);
+        if (!sections.contains(logType)) {
+            catalogue.m_problems.append(where + u": listed under [Catalogue] Logs but has no section"_s);
+            continue;
+        }
+        settings.beginGroup(logType);
+        catalogue.readEntry(settings, logType, where);
+        settings.endGroup();
+    }
+    return catalogue;
+}
+
+void LogCatalogue::readEntry(QSettings &settings, const QString &logType, const QString &where)
+{
+    SectionReader reader(settings, where);
+    const QStringList keys = settings.childKeys();
+    for (const QString &key : keys) {
+        if (!KnownKeys.contains(key))
+            reader.fault(key, u"unknown key"_s);
+    }
+    LogEntry entry;
+    entry.logType = logType;
+    entry.title = reader.value(u"Title"_s);
+    if (entry.title.isEmpty())
+        reader.fault(u"Title"_s, u"missing"_s);
+    entry.call = LogEntry::Call(reader.choice(u"Call"_s, {u"complex"_s, u"complex-ex"_s}));
+    entry.result = LogEntry::Result(reader.choice(u"Result"_s, {u"where"_s, u"select"_s}));
+    entry.table = reader.value(u"Table"_s);
+    static const QRegularExpression identifier(u"^[A-Za-z_][A-Za-z0-9_]*$"_s);
+    if (entry.result == LogEntry::Result::Where && !identifier.match(entry.table).hasMatch())
+        reader.fault(u"Table"_s, entry.table.isEmpty() ? u"missing"_s : u"\"%1\" is not a table name"_s.arg(entry.table));
+    entry.listA = reader.codeList(u"ListA"_s);
+    entry.listB = reader.codeList(u"ListB"_s);
+    entry.clerkLength = reader.length(u"ClerkLen"_s);
+    entry.accLength = reader.length(u"AccLen"_s);
+    entry.chequeLength = reader.length(u"ChequeLen"_s);
+    entry.showWdh = reader.flag(u"ShowWDH"_s);
+    entry.showYjk = reader.flag(u"ShowYJK"_s);
+    entry.showOpCode = reader.flag(u"ShowOpCode"_s);
+    if (reader.faults().isEmpty())
+        m_entries.append(entry);
+    else
+        m_problems.append(reader.faults());
+}
+
+} // namespace quarry::viewer

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+namespace quarry::viewer {
+
+// A code list of a log dialog: written out in the catalogue, or read from
+// the station's database by a SELECT whose first two columns are the code
+// and its description.
+struct CodeListSource
+{
+    QList<qint16> ids;
+    QStringList names;
+    QString select; // empty for a written-out list
+};
+
+// One log the viewer offers, and how it asks CQuarry for its condition as a
+// host does.
+struct LogEntry
+{
+    // showComplex with the log type, or showComplexEx.
+    enum class Call { Complex, ComplexEx };
+    // A WHERE clause for the log table's SELECT, or a whole SELECT.
+    enum class Result { Where, Select };
+
+    QString logType;
+    QString title;
+    QString table;
+    Call call = Call::Complex;
+    Result result = Result::Where;
+    CodeListSource listA;
+    CodeListSource listB;
+    qint32 clerkLength = 0;
+    qint32 accLength = 0;
+    qint32 chequeLength = 0;
+    bool showWdh = false;
+    bool showYjk = false;
+    bool showOpCode = false;
+};
+
+} // namespace quarry::viewer

@@ -1,0 +1,460 @@
+// Every log's condition, asked through CQuarry as the viewer asks it (the
+// sample catalogue's lists, lengths and flags) and run on the sample log
+// tables: the rows the database returns are the rows the operator's input
+// means, decided here from the rows themselves. The inputs: nothing, every
+// field, wildcards, branches with their sub-branches (bank profile Vefos),
+// and the characters that end an SQL literal or widen a LIKE, typed and
+// pasted.
+//
+// SQLite (BASEMODE ACCESS) runs every clause but two: the bill recognition
+// log's clause joins date and time with concat(), which SQLite 3.40 lacks,
+// and the statistics get the SQL Server form of their SELECT. Those two run
+// on MariaDB only (BASEMODE MYSQL).
+
+#include "ModalWatch.h"
+#include "DialogDriver.h"
+#include "SampleStation.h"
+
+#include "ConditionRequest.h"
+#include "LogCatalogue.h"
+#include "LogSelect.h"
+#include "StationDatabase.h"
+
+#include "platform/DbConnection.h"
+
+#include <QClipboard>
+#include <QDateTime>
+#include <QGuiApplication>
+#include <QLineEdit>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QSqlRecord>
+#include <QTest>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+using quarry::test::Engine;
+using quarry::test::SampleStation;
+
+namespace quarry::viewer {
+
+namespace {
+
+// A log row, by lower-case column name.
+using Row = QHash<QString, QString>;
+using Filter = std::function<bool(const Row &)>;
+
+enum class Expect { All, Some, None };
+
+struct Case
+{
+    const char *tag;
+    QString logType;
+    // DialogDriver steps; "Name^text" pastes text into a box, "Name~" ticks
+    // a check box with the space bar (a click in the middle of a check box
+    // that its row stretches misses its text).
+    QStringList steps;
+    Filter selects;
+    Expect expect;
+};
+
+bool in(const QString &value, const char *low, const char *high)
+{
+    return value >= QLatin1StringView(low) && value <= QLatin1StringView(high);
+}
+
+// Character i of value is c.
+bool at(const QString &value, qsizetype i, QChar c)
+{
+    return value.size() > i && value.at(i) == c;
+}
+
+// The branch, or a branch below it: the sample's codes extend their
+// parent's code.
+bool under(const QString &wdh, const QString &branch)
+{
+    return wdh.startsWith(branch);
+}
+
+const Filter Everything = [](const Row &) { return true; };
+
+QList<Case> cases()
+{
+    const QStringList ywDates{u"MaskBoxKs=20060101"_s, u"MaskBoxJs=20081231"_s};
+    const QStringList allDates{u"MaskBoxKs=20050101"_s, u"MaskBoxJs=20091231"_s};
+    return {
+        // Business log: account, teller, business type, dates, branch, seal card.
+        {"YWRZ nothing", u"YWRZ"_s, {u"BtnOk!"_s}, Everything, Expect::All},
+        {"YWRZ every field", u"YWRZ"_s, QStringList{u"TxtAccNo=1101*"_s, u"TxtHy=%1"_s, u"comOpType#1"_s, u"Return"_s} + ywDates
+            + QStringList{u"txtWdh=110101"_s, u"TxtYJKNumber=0000864"_s, u"BtnOk!"_s},
+         [](const Row &r) {
+             return r[u"accno"_s].startsWith(u"1101"_s) && r[u"opcode"_s].endsWith(u'1') && r[u"optype"_s] == u"开户"_s
+                 && in(r[u"opdate"_s], "2006-01-01", "2008-12-31") && r[u"wdh"_s] == u"110101"_s
+                 && r[u"yjknumber"_s] == u"0000864"_s;
+         }, Expect::Some},
+        {"YWRZ wildcards", u"YWRZ"_s, {u"TxtAccNo=11?2*"_s, u"txtWdh=1102??"_s, u"BtnOk!"_s},
+         [](const Row &r) {
+             return r[u"accno"_s].startsWith(u"11"_s) && at(r[u"accno"_s], 3, u'2') && r[u"wdh"_s].size() == 6
+                 && r[u"wdh"_s].startsWith(u"1102"_s);
+         }, Expect::Some},
+        {"YWRZ teller star is no wildcard", u"YWRZ"_s, {u"TxtHy=001*"_s, u"BtnOk!"_s}, [](const Row &) { return false; }, Expect::None},
+        {"YWRZ sub-branches of three levels", u"YWRZ"_s, {u"txtWdh=110100"_s, u"chkSub~"_s, u"BtnOk!"_s},
+         [](const Row &r) { return under(r[u"wdh"_s], u"1101"_s); }, Expect::Some},
+        {"YWRZ hostile typed", u"YWRZ"_s, {u"TxtAccNo=11'0\\1[0]1*"_s, u"TxtHy=0'0\\1[1]"_s, u"txtWdh=1101'01"_s, u"BtnOk!"_s},
+         [](const Row &r) {
+             return r[u"accno"_s].startsWith(u"110101"_s) && r[u"opcode"_s] == u"0011"_s && r[u"wdh"_s] == u"110101"_s;
+         }, Expect::Some},
+        {"YWRZ hostile pasted", u"YWRZ"_s, {u"TxtAccNo^110101'*"_s, u"TxtHy^0[011"_s, u"txtWdh^[110101]"_s, u"TxtYJKNumber^0000\\864"_s, u"BtnOk!"_s},
+         [](const Row &r) { return r[u"accno"_s].startsWith(u"110101"_s); }, Expect::Some},
+
+        // Seal verification log: teller, account, dates, cheques, branch, seal card, method, result.
+        {"YYRZ nothing", u"YYRZ"_s, {u"BtnOk!"_s}, Everything, Expect::All},
+        {"YYRZ every field", u"YYRZ"_s, QStringList{u"TxtHy=0011"_s, u"TxtAccNo=110101*"_s} + allDates
+            + QStringList{u"TxtBZP=00000000"_s, u"TxtEZP=05000000"_s, u"txtWdh=110101"_s, u"TxtYJKNumber=0000*"_s,
+                          u"cmbOpType#1"_s, u"Return"_s, u"cmbOpResult#1"_s, u"Return"_s, u"BtnOk!"_s},
+         [](const Row &r) {
+             return r[u"opcode"_s] == u"0011"_s && r[u"accno"_s].startsWith(u"110101"_s) && in(r[u"chequeno"_s], "00000000", "05000000")
+                 && r[u"wdh"_s] == u"110101"_s && r[u"yjknumber"_s].startsWith(u"0000"_s) && r[u"optype"_s] == u"自动验印"_s
+                 && r[u"result"_s] == u"通过"_s;
+         }, Expect::Some},
+        {"YYRZ wildcards", u"YYRZ"_s, {u"TxtAccNo=11?1*"_s, u"TxtYJKNumber=00?0*"_s, u"BtnOk!"_s},
+         [](const Row &r) {
+             return r[u"accno"_s].startsWith(u"11"_s) && at(r[u"accno"_s], 3, u'1') && r[u"yjknumber"_s].startsWith(u"00"_s)
+                 && at(r[u"yjknumber"_s], 3, u'0');
+         }, Expect::Some},
+        {"YYRZ sub-branches of three levels", u"YYRZ"_s, {u"txtWdh=110100"_s, u"chkSub~"_s, u"BtnOk!"_s},
+         [](const Row &r) { return under(r[u"wdh"_s], u"1101"_s); }, Expect::Some},
+        {"YYRZ hostile typed", u"YYRZ"_s, {u"TxtHy=0'0\\1[1]"_s, u"TxtAccNo=1'1\\0[1]0]1*"_s, u"txtWdh=[110101]"_s, u"TxtYJKNumber=00'00*"_s, u"BtnOk!"_s},
+         [](const Row &r) {
+             return r[u"opcode"_s] == u"0011"_s && r[u"accno"_s].startsWith(u"110101"_s) && r[u"wdh"_s] == u"110101"_s
+                 && r[u"yjknumber"_s].startsWith(u"0000"_s);
+         }, Expect::Some},
+        {"YYRZ hostile pasted", u"YYRZ"_s, {u"TxtAccNo^110101'*"_s, u"TxtHy^0\\011"_s, u"TxtYJKNumber^0000[*]"_s, u"BtnOk!"_s},
+         [](const Row &r) { return r[u"accno"_s].startsWith(u"110101"_s); }, Expect::Some},
+
+        // Teller log: operating teller, operation code, dates, branch.
+        {"HYRZ nothing", u"HYRZ"_s, {u"BtnOk!"_s}, Everything, Expect::All},
+        {"HYRZ every field", u"HYRZ"_s, QStringList{u"TxtHy=0011"_s, u"TxtCha=0012"_s, u"TxtOpType=1"_s} + allDates
+            + QStringList{u"txtWdh=110101"_s, u"BtnOk!"_s},
+         [](const Row &r) { return r[u"opcode"_s] == u"0011"_s && r[u"optype"_s] == u"1"_s && r[u"wdh"_s] == u"110101"_s; }, Expect::Some},
+        {"HYRZ wildcards", u"HYRZ"_s, {u"txtWdh=1102??"_s, u"BtnOk!"_s},
+         [](const Row &r) { return r[u"wdh"_s].size() == 6 && r[u"wdh"_s].startsWith(u"1102"_s); }, Expect::Some},
+        {"HYRZ sub-branches", u"HYRZ"_s, {u"txtWdh=110100"_s, u"chkSub~"_s, u"BtnOk!"_s},
+         [](const Row &r) { return under(r[u"wdh"_s], u"1101"_s); }, Expect::Some},
+        {"HYRZ hostile typed", u"HYRZ"_s, {u"TxtHy=0'0\\1[1]"_s, u"TxtOpType='3]"_s, u"BtnOk!"_s},
+         [](const Row &r) { return r[u"opcode"_s] == u"0011"_s && r[u"optype"_s] == u"3"_s; }, Expect::None},
+        {"HYRZ hostile pasted", u"HYRZ"_s, {u"TxtHy^00'11"_s, u"TxtOpType^3"_s, u"BtnOk!"_s},
+         [](const Row &r) { return r[u"optype"_s] == u"3"_s; }, Expect::Some},
+
+        // Login log: teller, module, dates, branch in either letter case.
+        {"SJRZ nothing", u"SJRZ"_s, {u"BtnOk!"_s}, Everything, Expect::All},
+        {"SJRZ every field", u"SJRZ"_s, QStringList{u"TxtHy=0011"_s, u"TxtApp=1"_s} + allDates + QStringList{u"txtWdh=110101"_s, u"BtnOk!"_s},
+         [](const Row &r) { return r[u"opcode"_s] == u"0011"_s && r[u"appname"_s] == u"1"_s && r[u"wdh"_s] == u"110101"_s; }, Expect::Some},
+        {"SJRZ wildcards", u"SJRZ"_s, {u"txtWdh=11?1*"_s, u"BtnOk!"_s},
+         [](const Row &r) { return r[u"wdh"_s].startsWith(u"11"_s) && at(r[u"wdh"_s], 3, u'1'); }, Expect::Some},
+        {"SJRZ hostile typed", u"SJRZ"_s, {u"TxtHy=0'0\\1[1]"_s, u"txtWdh=1101'01"_s, u"BtnOk!"_s},
+         [](const Row &r) { return r[u"opcode"_s] == u"0011"_s && r[u"wdh"_s] == u"110101"_s; }, Expect::Some},
+        {"SJRZ hostile pasted", u"SJRZ"_s, {u"txtWdh^110101'"_s, u"TxtApp^2'"_s, u"BtnOk!"_s},
+         [](const Row &r) { return r[u"wdh"_s] == u"110101"_s; }, Expect::Some},
+
+        // Supervisor authorisation log: supervisor, operation, dates.
+        {"ZGSQRZ nothing", u"ZGSQRZ"_s, {u"Command1!"_s}, Everything, Expect::All},
+        {"ZGSQRZ every field", u"ZGSQRZ"_s, QStringList{u"TxtCha=0013"_s, u"ComSQLX#1"_s, u"Return"_s} + allDates + QStringList{u"Command1!"_s},
+         [](const Row &r) { return r[u"zgcode"_s] == u"0013"_s && r[u"optype"_s] == u"强制通过"_s; }, Expect::Some},
+        {"ZGSQRZ SQL wildcard typed", u"ZGSQRZ"_s, {u"TxtCha=%3"_s, u"Command1!"_s},
+         [](const Row &r) { return r[u"zgcode"_s].endsWith(u'3'); }, Expect::Some},
+        {"ZGSQRZ hostile typed", u"ZGSQRZ"_s, {u"TxtCha=0'0\\1[3]"_s, u"Command1!"_s},
+         [](const Row &r) { return r[u"zgcode"_s] == u"0013"_s; }, Expect::Some},
+        {"ZGSQRZ hostile pasted", u"ZGSQRZ"_s, {u"TxtCha^0'013"_s, u"Command1!"_s}, Everything, Expect::All},
+
+        // Cheque management log: account, teller, cheques, dates, voucher type.
+        {"ZPGLRZ nothing", u"ZPGLRZ"_s, {u"CmdYes!"_s}, Everything, Expect::All},
+        {"ZPGLRZ every field", u"ZPGLRZ"_s, QStringList{u"TxtAccNo=110101*"_s, u"TxtHy=0012"_s, u"TxtBZP=00000000"_s, u"TxtEZP=09000000"_s}
+            + allDates + QStringList{u"ComPZ#0"_s, u"Return"_s, u"CmdYes!"_s}, // one Down: 现金支票
+         [](const Row &r) {
+             return r[u"accno"_s].startsWith(u"110101"_s) && r[u"opcode"_s] == u"0012"_s && in(r[u"zpid"_s], "00000000", "09000000")
+                 && r[u"pztype"_s] == u"现金支票"_s;
+         }, Expect::Some},
+        {"ZPGLRZ wildcards", u"ZPGLRZ"_s, {u"TxtAccNo=11?1*"_s, u"CmdYes!"_s},
+         [](const Row &r) { return r[u"accno"_s].startsWith(u"11"_s) && at(r[u"accno"_s], 3, u'1'); }, Expect::Some},
+        {"ZPGLRZ hostile typed", u"ZPGLRZ"_s, {u"TxtAccNo=11'0\\1[0]1*"_s, u"TxtHy=0'0\\1[1]"_s, u"CmdYes!"_s},
+         [](const Row &r) { return r[u"accno"_s].startsWith(u"110101"_s) && r[u"opcode"_s] == u"0011"_s; }, Expect::Some},
+        {"ZPGLRZ hostile pasted", u"ZPGLRZ"_s, {u"TxtAccNo^1101'*"_s, u"TxtHy^[0011]"_s, u"CmdYes!"_s},
+         [](const Row &r) { return r[u"accno"_s].startsWith(u"1101"_s); }, Expect::Some},
+
+        // Bill recognition log: account, teller, cheques, branch, date and time, voucher type, result.
+        {"PJSBRZ nothing", u"PJSBRZ"_s, {u"CmdYes!"_s}, Everything, Expect::All},
+        {"PJSBRZ every field", u"PJSBRZ"_s, QStringList{u"TxtAccNo=110101*"_s, u"TxtHy=0011"_s, u"TxtBZP=00000000"_s, u"TxtEZP=05000000"_s,
+                                                        u"txtWdh=110101"_s, u"MaskBoxKs=20050101"_s, u"Return"_s, u"MaskBoxJs=20091231"_s, u"Return"_s,
+                                                        u"maskBeginTime=080000"_s, u"Return"_s, u"maskEndTime=120000"_s, u"Return"_s,
+                                                        u"ComPZ#1"_s, u"Return"_s, u"ComPjsbResult#1"_s, u"Return"_s, u"CmdYes!"_s},
+         [](const Row &r) {
+             const QDateTime when = QDateTime::fromString(r[u"opdate"_s] + u' ' + r[u"optime"_s], u"yyyy-MM-dd HH:mm:ss"_s);
+             return r[u"accno"_s].startsWith(u"110101"_s) && r[u"opcode"_s] == u"0011"_s && in(r[u"chequeno"_s], "00000000", "05000000")
+                 && r[u"wdh"_s] == u"110101"_s && when >= QDateTime(QDate(2005, 1, 1), QTime(8, 0))
+                 && when <= QDateTime(QDate(2009, 12, 31), QTime(12, 0)) && r[u"pztype"_s] == u"转账支票"_s
+                 && r[u"chequeresult"_s] == u"通过"_s;
+         }, Expect::Some},
+        {"PJSBRZ sub-branches of three levels", u"PJSBRZ"_s, {u"txtWdh=110100"_s, u"chkSub~"_s, u"CmdYes!"_s},
+         [](const Row &r) { return under(r[u"wdh"_s], u"1101"_s); }, Expect::Some},
+        {"PJSBRZ hostile typed", u"PJSBRZ"_s, {u"TxtAccNo=11'0\\1[0]1*"_s, u"TxtHy=0'0\\1[1]"_s, u"CmdYes!"_s},
+         [](const Row &r) { return r[u"accno"_s].startsWith(u"110101"_s) && r[u"opcode"_s] == u"0011"_s; }, Expect::Some},
+        {"PJSBRZ hostile pasted", u"PJSBRZ"_s, {u"TxtAccNo^110101'*"_s, u"txtWdh^1101\\01"_s, u"CmdYes!"_s},
+         [](const Row &r) { return r[u"accno"_s].startsWith(u"110101"_s); }, Expect::Some},
+
+        // Seal requests: branch code as typed, dates.
+        {"YJREQLOG nothing", u"YJREQLOG"_s, {u"cmdOK!"_s}, Everything, Expect::All},
+        {"YJREQLOG every field", u"YJREQLOG"_s, {u"txtWdh=110101"_s, u"txtStDate=20060101"_s, u"txtEndDate=20081231"_s, u"cmdOK!"_s},
+         [](const Row &r) {
+             return (r[u"branchno"_s] == u"Bank110101"_s || r[u"masterno"_s] == u"110101"_s) && in(r[u"opdate"_s], "2006-01-01", "2008-12-31");
+         }, Expect::Some},
+        {"YJREQLOG star is no wildcard", u"YJREQLOG"_s, {u"txtWdh=1101*"_s, u"cmdOK!"_s}, [](const Row &) { return false; }, Expect::None},
+        {"YJREQLOG hostile typed", u"YJREQLOG"_s, {u"txtWdh=1'1\\0[1]01"_s, u"cmdOK!"_s},
+         [](const Row &r) { return r[u"masterno"_s] == u"110101"_s; }, Expect::Some},
+        {"YJREQLOG hostile pasted", u"YJREQLOG"_s, {u"txtWdh^110101'"_s, u"cmdOK!"_s}, Everything, Expect::All},
+
+        // Compound log: account, teller, branch, seal card, dates.
+        {"PTFHRZ nothing", u"PTFHRZ"_s, {u"BtnOk!"_s}, Everything, Expect::All},
+        {"PTFHRZ every field", u"PTFHRZ"_s, QStringList{u"TxtAccNo=110101*"_s, u"TxtHy=0011"_s, u"txtWdh=110101"_s, u"TxtYJKNumber=000*"_s}
+            + allDates + QStringList{u"BtnOk!"_s},
+         [](const Row &r) {
+             return r[u"accno"_s].startsWith(u"110101"_s) && r[u"opcode"_s] == u"0011"_s && r[u"wdh"_s] == u"110101"_s
+                 && r[u"yjknumber"_s].startsWith(u"000"_s);
+         }, Expect::Some},
+        {"PTFHRZ wildcards", u"PTFHRZ"_s, {u"TxtAccNo=11?2*"_s, u"txtWdh=1102??"_s, u"TxtYJKNumber=00?0*"_s, u"BtnOk!"_s},
+         [](const Row &r) {
+             return r[u"accno"_s].startsWith(u"11"_s) && at(r[u"accno"_s], 3, u'2') && r[u"wdh"_s].size() == 6
+                 && r[u"wdh"_s].startsWith(u"1102"_s) && r[u"yjknumber"_s].startsWith(u"00"_s) && at(r[u"yjknumber"_s], 3, u'0');
+         }, Expect::Some},
+        {"PTFHRZ hostile typed", u"PTFHRZ"_s, {u"TxtAccNo=11'0\\1[0]1*"_s, u"TxtHy=0'0\\1[1]"_s, u"txtWdh=1101'01"_s, u"BtnOk!"_s},
+         [](const Row &r) {
+             return r[u"accno"_s].startsWith(u"110101"_s) && r[u"opcode"_s] == u"0011"_s && r[u"wdh"_s] == u"110101"_s;
+         }, Expect::Some},
+        {"PTFHRZ hostile pasted", u"PTFHRZ"_s, {u"TxtAccNo^110101'*"_s, u"TxtHy^00]11"_s, u"TxtYJKNumber^'000*"_s, u"BtnOk!"_s},
+         [](const Row &r) { return r[u"accno"_s].startsWith(u"110101"_s) && r[u"yjknumber"_s].startsWith(u"000"_s); }, Expect::Some},
+    };
+}
+
+// Takes the steps in the dialog the call shows. False when the dialog was
+// still open after the last step (it is closed then).
+bool operateWithPaste(const std::function<void()> &call, const QStringList &steps)
+{
+    bool closed = true;
+    quarry::test::ModalWatch watch(nullptr, [&](QWidget *dialog) {
+        if (!QTest::qWaitForWindowActive(dialog))
+            return;
+        quarry::test::BoxSeen seen;
+        quarry::test::ModalWatch boxWatch(dialog, quarry::test::answerBox(QMessageBox::Yes, &seen));
+        for (const QString &action : steps) {
+            if (action.endsWith(u'~')) {
+                QWidget *box = dialog->findChild<QWidget *>(action.chopped(1));
+                box->setFocus();
+                QTest::keyClick(box, Qt::Key_Space);
+                continue;
+            }
+            const qsizetype caret = action.indexOf(u'^');
+            if (caret < 0) {
+                quarry::test::step(dialog, action);
+                continue;
+            }
+            auto *box = dialog->findChild<QLineEdit *>(action.left(caret));
+            box->setFocus();
+            QGuiApplication::clipboard()->setText(action.mid(caret + 1));
+            QTest::keyClick(box, Qt::Key_V, Qt::ControlModifier);
+        }
+        if (dialog->isVisible()) {
+            closed = false;
+            dialog->close();
+        }
+    });
+    call();
+    return closed;
+}
+
+LogEntry catalogueEntry(const QString &logType)
+{
+    const LogCatalogue catalogue = LogCatalogue::read(qEnvironmentVariable("QUARRY_SOURCE_DIR") + u"/data/sample/logs.ini"_s);
+    for (const LogEntry &entry : catalogue.entries()) {
+        if (entry.logType == logType)
+            return entry;
+    }
+    qFatal("No %s in the sample catalogue", qPrintable(logType));
+}
+
+} // namespace
+
+class TestConditionRows : public QObject
+{
+    Q_OBJECT
+
+private:
+    SampleStation &station(Engine engine);
+    QList<Row> select(Engine engine, const QString &sql, QString *error = nullptr);
+
+    std::map<Engine, std::unique_ptr<SampleStation>> m_stations;
+
+private Q_SLOTS:
+    void rows_data();
+    void rows();
+    void statistics_data();
+    void statistics();
+};
+
+SampleStation &TestConditionRows::station(Engine engine)
+{
+    std::unique_ptr<SampleStation> &station = m_stations[engine];
+    if (!station)
+        station = std::make_unique<SampleStation>(engine);
+    station->writeIni("[USER]\nMODE=Vefos\nQueryHintMode=0\n");
+    return *station;
+}
+
+QList<Row> TestConditionRows::select(Engine engine, const QString &sql, QString *error)
+{
+    SampleStation &s = station(engine);
+    DbConnection db;
+    s.seal().prepare(db);
+    db.open(s.seal().connectionString(), u"BISOL"_s, u"KORMANTE"_s, true);
+    QSqlQuery query(db.database());
+    QList<Row> rows;
+    if (!query.exec(sql)) {
+        if (error)
+            *error = query.lastError().text();
+        return rows;
+    }
+    while (query.next()) {
+        const QSqlRecord record = query.record();
+        Row row;
+        for (int c = 0; c < record.count(); ++c)
+            row.insert(record.fieldName(c).toLower(), query.value(c).toString());
+        rows.append(row);
+    }
+    return rows;
+}
+
+void TestConditionRows::rows_data()
+{
+    QTest::addColumn<Engine>("engine");
+    QTest::addColumn<int>("index");
+    const QList<Case> all = cases();
+    for (Engine engine : {Engine::Sqlite, Engine::MariaDb}) {
+        for (qsizetype i = 0; i < all.size(); ++i) {
+            if (engine == Engine::Sqlite && all[i].logType == u"PJSBRZ"_s)
+                continue; // concat() is not SQLite's
+            QTest::addRow("%s: %s", qPrintable(quarry::test::engineName(engine)), all[i].tag) << engine << int(i);
+        }
+    }
+}
+
+void TestConditionRows::rows()
+{
+    QFETCH(Engine, engine);
+    QFETCH(int, index);
+    QUARRY_REQUIRE_ENGINE(engine);
+    const Case c = cases().at(index);
+    QVERIFY2(station(engine).isValid(), qPrintable(station(engine).errorText()));
+
+    LogEntry entry = catalogueEntry(c.logType);
+    {
+        StationDatabase database;
+        QCOMPARE(database.fill(entry.listA), QString());
+        QCOMPARE(database.fill(entry.listB), QString());
+    }
+    QString condition;
+    QVERIFY(operateWithPaste([&] { condition = askCondition(entry); }, c.steps));
+    QVERIFY(!condition.isEmpty());
+
+    QString error;
+    const QList<Row> got = select(engine, logSelect(entry, condition), &error);
+    QVERIFY2(error.isEmpty(), qPrintable(error + u"\n"_s + condition));
+    QStringList ids;
+    for (const Row &row : got)
+        ids.append(row[u"logid"_s]);
+    QStringList expected;
+    const QList<Row> all = select(engine, u"SELECT * FROM "_s + entry.table);
+    for (const Row &row : all) {
+        if (c.selects(row))
+            expected.append(row[u"logid"_s]);
+    }
+    ids.sort();
+    expected.sort();
+    QVERIFY2(ids == expected, qPrintable(u"%1 rows returned, %2 meant, by%3"_s.arg(ids.size()).arg(expected.size()).arg(condition)));
+    switch (c.expect) {
+    case Expect::All:
+        QCOMPARE(expected.size(), all.size());
+        break;
+    case Expect::Some:
+        QVERIFY2(!expected.isEmpty() && expected.size() < all.size(), qPrintable(QString::number(expected.size())));
+        break;
+    case Expect::None:
+        QVERIFY(expected.isEmpty());
+        break;
+    }
+}
+
+void TestConditionRows::statistics_data()
+{
+    QTest::addColumn<QStringList>("steps");
+    QTest::addColumn<QString>("branch"); // the teller's branch starts so
+    QTest::addColumn<QString>("tellers"); // a teller matches when it starts so, "" for all
+
+    const QStringList end{u"maskEndDate"_s, u"Return"_s, u"cmdOK!"_s};
+    QTest::newRow("nothing") << end << QString() << QString();
+    QTest::newRow("branch pattern") << QStringList{u"txtWdh=1101*"_s} + end << u"1101"_s << QString();
+    QTest::newRow("teller wildcard, no branch") << QStringList{u"TxtHy=001?"_s} + end << QString() << u"001"_s;
+    QTest::newRow("both") << QStringList{u"txtWdh=1101*"_s, u"TxtHy=00*"_s} + end << u"1101"_s << u"00"_s;
+    QTest::newRow("hostile typed") << QStringList{u"txtWdh=11'0[8]*"_s, u"TxtHy=0'2*"_s} + end << u"1108"_s << u"02"_s;
+    QTest::newRow("hostile pasted") << QStringList{u"txtWdh^1102'*"_s, u"TxtHy^[00]*"_s} + end << u"1102"_s << QString();
+}
+
+// The MySQL form of the statement on MariaDB; the counts reckoned here from
+// the bill recognition rows and the tellers' branches.
+void TestConditionRows::statistics()
+{
+    QFETCH(QStringList, steps);
+    QFETCH(QString, branch);
+    QFETCH(QString, tellers);
+    QUARRY_REQUIRE_MARIADB();
+    QVERIFY2(station(Engine::MariaDb).isValid(), qPrintable(station(Engine::MariaDb).errorText()));
+
+    const LogEntry entry = catalogueEntry(u"SEALRESULTSTAT"_s);
+    QString condition;
+    QVERIFY(operateWithPaste([&] { condition = askCondition(entry); }, steps));
+    QString error;
+    const QList<Row> got = select(Engine::MariaDb, logSelect(entry, condition), &error);
+    QVERIFY2(error.isEmpty(), qPrintable(error + u"\n"_s + condition));
+
+    QHash<QString, QString> branchOf;
+    for (const Row &row : select(Engine::MariaDb, u"SELECT HYDH, WDH FROM HY"_s))
+        branchOf.insert(row[u"hydh"_s], row[u"wdh"_s]);
+    QMap<QString, std::pair<int, int>> counts; // operator: recognised, passed
+    for (const Row &row : select(Engine::MariaDb, u"SELECT opcode, opresult FROM pjsblog"_s)) {
+        const int result = row[u"opresult"_s].toInt();
+        if (result != 0 && result != 1 && result != 4 && result != 5)
+            continue;
+        auto &[recognised, passed] = counts[row[u"opcode"_s]];
+        ++recognised;
+        passed += result == 0 || result == 4;
+    }
+    QStringList expected;
+    for (auto it = counts.cbegin(); it != counts.cend(); ++it) {
+        const auto [recognised, passed] = it.value();
+        if (passed == 0 || !branchOf.contains(it.key()) || !branchOf[it.key()].startsWith(branch)
+            || !it.key().startsWith(tellers))
+            continue;
+        expected.append(u"%1 %2 %3 %4"_s.arg(branchOf[it.key()], it.key()).arg(recognised).arg(passed));
+    }
+    QStringList counted;
+    for (const Row &row : got)
+        counted.append(QStringList{row[u"wdh"_s], row[u"opcode"_s], row[u"total"_s], row[u"passed"_s]}.join(u' '));
+    counted.sort();
+    expected.sort();
+    QVERIFY(!expected.isEmpty());
+    QVERIFY2(counted == expected, qPrintable(u"%1 operators counted, %2 meant, by %3"_s.arg(counted.size()).arg(expected.size()).arg(condition)));
+}
+
+} // namespace quarry::viewer
+
+QTEST_MAIN(quarry::viewer::TestConditionRows)
+#include "tst_conditionrows.moc"
