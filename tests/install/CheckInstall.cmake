@@ -1,8 +1,9 @@
-# cmake -DQUARRY_BUILD_DIR=... -DCONSUMER_SOURCE_DIR=... -DWORK_DIR=... -DGENERATOR=... -P CheckInstall.cmake
-# Makes the Debian packages, unpacks the library and the -dev package into a
-# folder of their own, and builds a small host against them twice, with the
-# CMake package and with pkg-config, as a host developer on another machine
-# would; then runs both.
+# cmake -DQUARRY_BUILD_DIR=... -DCONSUMER_SOURCE_DIR=... -DEXAMPLES_DIR=... -DWORK_DIR=... -DGENERATOR=... -P CheckInstall.cmake
+# Makes the Debian packages, unpacks them into a folder of their own, and
+# builds a small host against them twice, with the CMake package and with
+# pkg-config, as a host developer on another machine would; then runs both.
+# The host guide's examples are built and run there too, as far as they go
+# without an operator.
 file(REMOVE_RECURSE "${WORK_DIR}")
 set(root "${WORK_DIR}/root")
 
@@ -14,10 +15,10 @@ function(run)
 endfunction()
 
 run(cpack -G DEB -B "${WORK_DIR}/packages" --config "${QUARRY_BUILD_DIR}/CPackConfig.cmake")
-file(GLOB packages "${WORK_DIR}/packages/quarry-lib_*.deb" "${WORK_DIR}/packages/quarry-dev_*.deb")
+file(GLOB packages "${WORK_DIR}/packages/quarry-*.deb")
 list(LENGTH packages count)
-if(NOT count EQUAL 2)
-    message(FATAL_ERROR "Expected quarry-lib and quarry-dev, found: ${packages}")
+if(NOT count EQUAL 3)
+    message(FATAL_ERROR "Expected quarry-lib, quarry-dev and quarry-tools, found: ${packages}")
 endif()
 foreach(package IN LISTS packages)
     run(dpkg-deb -x "${package}" "${root}")
@@ -31,7 +32,7 @@ get_filename_component(libdir "${library}" DIRECTORY)
 get_filename_component(pcdir "${pcfile}" DIRECTORY)
 
 run(${CMAKE_COMMAND} -S "${CONSUMER_SOURCE_DIR}" -B "${WORK_DIR}/cmake" -G "${GENERATOR}"
-    "-DCMAKE_PREFIX_PATH=${root}/usr")
+    "-DCMAKE_PREFIX_PATH=${root}/usr" "-DQUARRY_EXAMPLES_DIR=${EXAMPLES_DIR}")
 run(${CMAKE_COMMAND} --build "${WORK_DIR}/cmake")
 
 set(ENV{PKG_CONFIG_PATH} "${pcdir}")
@@ -46,4 +47,15 @@ run(c++ -std=c++20 "${CONSUMER_SOURCE_DIR}/main.cpp" -o "${WORK_DIR}/pkgconfig-c
 set(ENV{LD_LIBRARY_PATH} "${libdir}")
 run("${WORK_DIR}/cmake/consumer")
 run("${WORK_DIR}/pkgconfig-consumer")
+
+# The shell example with the packaged quarry-ask, for a log type that asks
+# nothing (an operator would be needed for any other).
+file(WRITE "${WORK_DIR}/station/SEAL.INI" "[SBMK]\nDoubleSealQuota=0\n")
+set(ENV{QUARRY_SYSTEM_DIR} "${WORK_DIR}/station")
+set(ENV{PATH} "${root}/usr/bin:$ENV{PATH}")
+execute_process(COMMAND bash "${EXAMPLES_DIR}/ask-seal-verifications.sh" none.db YZXCLRZ
+    OUTPUT_VARIABLE out RESULT_VARIABLE result)
+if(NOT result EQUAL 0 OR NOT out MATCHES "nothing asked for")
+    message(FATAL_ERROR "The shell example failed (${result}): ${out}")
+endif()
 file(REMOVE_RECURSE "${WORK_DIR}")
