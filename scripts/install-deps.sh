@@ -14,6 +14,7 @@ packages=(
     mariadb-server mariadb-client
     unixodbc unixodbc-dev odbc-mariadb
     clang libclang-rt-14-dev
+    doxygen
     fonts-noto-cjk xvfb xauth
 )
 

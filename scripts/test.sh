@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs the dependencies, builds Quarry and runs every test: the suite,
+# Installs the dependencies, builds Quarry and its API documentation (a
+# public member without a comment fails it) and runs every test: the suite,
 # the same suite built with AddressSanitizer and UndefinedBehaviorSanitizer
 # (any report fails it), and short runs of the fuzz targets. The database
 # tests start their own MariaDB server on 127.0.0.1.
@@ -10,6 +11,7 @@ build=${QUARRY_BUILD_DIR:-$root/build}
 
 "$root/scripts/install-deps.sh"
 "$root/scripts/build.sh"
+cmake --build "$build" --target docs
 ctest --test-dir "$build" --output-on-failure --timeout 600
 
 QUARRY_BUILD_DIR=$build-sanitize "$root/scripts/build.sh" -DQUARRY_SANITIZE=ON \
