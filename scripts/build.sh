@@ -1,9 +1,17 @@
 #!/usr/bin/env bash
-# Configures and builds Quarry into build/ (or $QUARRY_BUILD_DIR).
+# Configures and builds Quarry with a preset of CMakePresets.json
+# ($QUARRY_PRESET, default release), into the preset's folder or into
+# $QUARRY_BUILD_DIR. Further arguments go to cmake.
 set -euo pipefail
 
 root=$(cd "$(dirname "$0")/.." && pwd)
-build=${QUARRY_BUILD_DIR:-$root/build}
+preset=${QUARRY_PRESET:-release}
 
-cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DQUARRY_WERROR=ON "$@"
-cmake --build "$build" --parallel
+cd "$root"
+if [ -n "${QUARRY_BUILD_DIR:-}" ]; then
+    cmake --preset "$preset" -B "$QUARRY_BUILD_DIR" "$@"
+    cmake --build "$QUARRY_BUILD_DIR" --parallel
+else
+    cmake --preset "$preset" "$@"
+    cmake --build --preset "$preset" --parallel
+fi

@@ -15,8 +15,7 @@ if ! command -v clang++ >/dev/null 2>&1; then
     exit 0
 fi
 
-CC=clang CXX=clang++ cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-    -DQUARRY_FUZZ=ON -DBUILD_TESTING=OFF -DQUARRY_BUILD_BENCHMARKS=OFF -DQUARRY_WERROR=ON
+(cd "$root" && cmake --preset fuzz -B "$build")
 targets=()
 for seeds in "$root"/tests/fuzz/corpus/*/; do
     targets+=("$(basename "$seeds")")

@@ -14,8 +14,7 @@ build=${QUARRY_BUILD_DIR:-$root/build}
 cmake --build "$build" --target docs
 ctest --test-dir "$build" --output-on-failure --timeout 600
 
-QUARRY_BUILD_DIR=$build-sanitize "$root/scripts/build.sh" -DQUARRY_SANITIZE=ON \
-    -DQUARRY_BUILD_BENCHMARKS=OFF
+QUARRY_PRESET=sanitize QUARRY_BUILD_DIR=$build-sanitize "$root/scripts/build.sh"
 ctest --test-dir "$build-sanitize" --output-on-failure --timeout 900
 
 QUARRY_FUZZ_BUILD_DIR=$build-fuzz "$root/scripts/fuzz.sh"
