@@ -265,18 +265,17 @@ bool LogQueryDialog::handleKey(QObject *field, const QKeyEvent &key)
             button->click();
         return isEnterKey(key);
     }
-    const bool enter = isEnterKey(key);
-    const bool down = key.key() == Qt::Key_Down;
-    const Move wanted = enter             ? keys->enter
-        : key.key() == Qt::Key_Up         ? keys->up
-        : down                            ? keys->down
-        : isKeypadMultiply(key)           ? keys->multiply
-                                          : Move::Keep;
-    // Enter ends here even where it does nothing: in a field it never
-    // reaches a default button.
+    const bool onwards = isEnterKey(key) || key.key() == Qt::Key_Down;
+    Move wanted = isEnterKey(key) ? Move::Next : Move::Keep;
+    if (key.key() == Qt::Key_Up)
+        wanted = keys->up;
+    else if (key.key() == Qt::Key_Down)
+        wanted = keys->down;
+    else if (isKeypadMultiply(key))
+        wanted = keys->multiply;
     if (wanted == Move::Keep)
-        return enter;
-    if ((enter || down) && wanted == Move::Next && keys->beforeNext && !keys->beforeNext())
+        return false;
+    if (onwards && wanted == Move::Next && keys->beforeNext && !keys->beforeNext())
         return true;
     move(wanted);
     return true;

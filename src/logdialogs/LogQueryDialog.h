@@ -46,12 +46,12 @@ public:
 protected:
     LogQueryDialog(const QString &name, const QString &title);
 
-    // What a key does in a field. Keep leaves it to the field: an arrow key
-    // keeps its meaning in a list, the keypad's "*" types a wildcard.
+    // What a key does in a field; Enter always moves on. Keep leaves the key
+    // to the field: an arrow key keeps its meaning in a list, the keypad's
+    // "*" types a wildcard.
     enum class Move { Keep, Next, Previous };
     struct Keys
     {
-        Move enter = Move::Next;
         Move up = Move::Previous;
         Move down = Move::Keep;
         Move multiply = Move::Keep;
