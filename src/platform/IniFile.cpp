@@ -301,7 +301,9 @@ QByteArray lineBreak(const Document &document)
 }
 
 // A new line after the line at index, or at the end of a document without
-// lines.
+// lines. Between two lines it ends with the break of the line before it: the
+// file's first break could be a lone CR, which a blank line's LF after it
+// would join into one break, and that blank line would be gone.
 Splice insertLine(const Document &document, qsizetype index, const QByteArray &text,
                   const QByteArray &newLine)
 {
@@ -312,7 +314,7 @@ Splice insertLine(const Document &document, qsizetype index, const QByteArray &t
     const LineSpan &after = document.lines[index].span;
     if (after.next == after.end) // the last line, without a line break
         return {after.end, after.end, newLine + text};
-    return {after.next, after.next, text + newLine};
+    return {after.next, after.next, text + document.bytes.sliced(after.end, after.next - after.end)};
 }
 
 Splice spliceFor(const Document &document, const QString &section, const QString &key,

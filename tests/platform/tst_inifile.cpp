@@ -135,6 +135,8 @@ private Q_SLOTS:
             << QByteArray("[A]") << u"A"_s << u"K"_s << u"v"_s << QByteArray("[A]\nK=v");
         QTest::newRow("section added at the end") << QByteArray("[A]\r\nX=1\r\n") << u"B"_s << u"K"_s << u"v"_s
                                                   << QByteArray("[A]\r\nX=1\r\n[B]\r\nK=v\r\n");
+        QTest::newRow("a lone CR never joins the LF of a blank line")
+            << QByteArray("[A]\rK=1\n\n") << u"A"_s << u"L"_s << u"v"_s << QByteArray("[A]\rK=1\nL=v\n\n");
         QTest::newRow("line break of the first line used")
             << QByteArray("[A]\r\nX=1\nY=2") << u"A"_s << u"K"_s << u"v"_s << QByteArray("[A]\r\nX=1\nY=2\r\nK=v");
         QTest::newRow("NUL and bytes of other lines kept")
