@@ -19,6 +19,9 @@ namespace quarry {
 
 namespace {
 
+// The source of the errors of running a query and of reading its rows.
+const QString OpenSource = u"DbRecordSet.Open()"_s;
+
 [[noreturn]] void raise(const QString &source, const QString &text)
 {
     throw QuarryError(QuarryError::DataError, source, text);
@@ -82,33 +85,41 @@ QString bindOdbcParameters(const QSqlQuery &query, const QVariantList &params,
     return {};
 }
 
-} // namespace
-
-void DbRecordSet::open(const QString &sql, const DbConnection &connection,
-                       const QVariantList &params)
+// Prepares and runs a read-only query with its parameters bound; the ODBC
+// driver reads them from bound, which must outlive the query.
+QSqlQuery runQuery(const QString &sql, const DbConnection &connection, const QVariantList &params,
+                   OdbcParameters &bound)
 {
-    static const QString source = u"DbRecordSet.Open()"_s;
-    close();
     if (!connection.isOpen())
-        raise(source, u"The database connection is not open."_s);
+        raise(OpenSource, u"The database connection is not open."_s);
 
     QSqlQuery query(connection.database());
     query.setForwardOnly(true);
     // Exact decimals stay text instead of going through double.
     query.setNumericalPrecisionPolicy(QSql::HighPrecision);
     if (!query.prepare(sql))
-        raise(source, query.lastError().text());
-    OdbcParameters odbcParameters;
+        raise(OpenSource, query.lastError().text());
     if (connection.database().driverName() == "QODBC"_L1) {
-        const QString error = bindOdbcParameters(query, params, odbcParameters);
+        const QString error = bindOdbcParameters(query, params, bound);
         if (!error.isEmpty())
-            raise(source, error);
+            raise(OpenSource, error);
     } else {
         for (const QVariant &param : params)
             query.addBindValue(param);
     }
     if (!query.exec())
-        raise(source, query.lastError().text());
+        raise(OpenSource, query.lastError().text());
+    return query;
+}
+
+} // namespace
+
+void DbRecordSet::open(const QString &sql, const DbConnection &connection,
+                       const QVariantList &params)
+{
+    close();
+    OdbcParameters odbcParameters;
+    QSqlQuery query = runQuery(sql, connection, params, odbcParameters);
 
     const QSqlRecord record = query.record();
     m_columnCount = int(record.count());
@@ -121,7 +132,7 @@ void DbRecordSet::open(const QString &sql, const DbConnection &connection,
     if (query.lastError().isValid()) {
         const QString text = query.lastError().text();
         close();
-        raise(source, text);
+        raise(OpenSource, text);
     }
 }
 
@@ -148,6 +159,38 @@ void DbRecordSet::moveNext()
 {
     if (!eof())
         ++m_row;
+}
+
+struct DbRowReader::Running
+{
+    Running(const QString &sql, const DbConnection &connection, const QVariantList &params)
+        : query(runQuery(sql, connection, params, odbcParameters))
+    {
+    }
+
+    OdbcParameters odbcParameters; // first: made before the query, gone after it
+    QSqlQuery query;
+};
+
+DbRowReader::DbRowReader(const QString &sql, const DbConnection &connection, const QVariantList &params)
+    : m_running(std::make_unique<Running>(sql, connection, params))
+{
+}
+
+DbRowReader::~DbRowReader() = default;
+
+bool DbRowReader::next()
+{
+    if (m_running->query.next())
+        return true;
+    if (m_running->query.lastError().isValid())
+        raise(OpenSource, m_running->query.lastError().text());
+    return false;
+}
+
+QString DbRowReader::field(int column) const
+{
+    return textOf(m_running->query.value(column));
 }
 
 } // namespace quarry

@@ -7,6 +7,8 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <memory>
+
 namespace quarry {
 
 class DbConnection;
@@ -40,6 +42,28 @@ private:
     QStringList m_values;          // row after row, m_columnCount values each
     int m_columnCount = 0;
     int m_row = 0;
+};
+
+// A read-only query whose rows are read one at a time as the driver delivers
+// them, none kept: for results too large to hold as a record set. Runs,
+// binds and fails like DbRecordSet::open(); fields by position, as text like
+// DbRecordSet::field().
+class QUARRY_EXPORT DbRowReader
+{
+public:
+    DbRowReader(const QString &sql, const DbConnection &connection, const QVariantList &params = {});
+    ~DbRowReader();
+    DbRowReader(const DbRowReader &) = delete;
+    DbRowReader &operator=(const DbRowReader &) = delete;
+
+    // Moves to the next row: false past the last one. Throws QuarryError when
+    // the driver fails to deliver a row.
+    bool next();
+    QString field(int column) const;
+
+private:
+    struct Running;
+    std::unique_ptr<Running> m_running;
 };
 
 } // namespace quarry

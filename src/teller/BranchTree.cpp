@@ -38,6 +38,19 @@ struct Branches
         children.emplace_back();
         return {slot - 1, true};
     }
+
+    // Room for count more branches in one go: a level may bring thousands,
+    // and growing the look-up by steps rehashes it each time.
+    void reserve(qsizetype count)
+    {
+        const qsizetype size = codes.size() + count;
+        if (size <= codes.capacity())
+            return;
+        const qsizetype room = qMax(size, 2 * codes.capacity());
+        codes.reserve(room);
+        numbers.reserve(room);
+        children.reserve(room);
+    }
 };
 
 // Finds the parent of a row among the branches of the level. Rows come
@@ -88,6 +101,7 @@ QList<qsizetype> addLevel(const QList<qsizetype> &level, const QList<BranchLink>
                           Branches &branches)
 {
     ParentFinder parents(branches, level);
+    branches.reserve(rows.size());
     QList<qsizetype> next;
     for (const BranchLink &row : rows) {
         const qsizetype parent = parents.find(row.masterNo);

@@ -3,6 +3,7 @@
 #include "platform/DbConnection.h"
 #include "platform/DbRecordSet.h"
 #include "support/ErrorLog.h"
+#include "teller/BranchTable.h"
 #include "teller/BranchTree.h"
 
 #include <quarry/CSysCfg.h>
@@ -16,16 +17,27 @@ namespace quarry {
 
 namespace {
 
-// Parent codes bound in one query, well below every engine's limit of
-// placeholders.
-constexpr qsizetype ParentsPerQuery = 500;
-
 const QString HeadOfficeParent = u"000"_s;
 
 // Whether a permission string grants the manager right, its third character.
 bool hasManagerRight(const QString &hyqx)
 {
     return hyqx.mid(2, 1) == u"1"_s;
+}
+
+// Appends the code as an SQL literal, its quotes doubled, and for MySQL,
+// which reads a backslash as an escape, its backslashes too: the branch list
+// is SQL text the log dialogs paste into their conditions. In place, without
+// a copy per code: a head office lists tens of thousands.
+void appendLiteral(QString &text, const QString &code, bool mySql)
+{
+    text += u'\'';
+    for (QChar c : code) {
+        if (c == u'\'' || (mySql && c == u'\\'))
+            text += c;
+        text += c;
+    }
+    text += u'\'';
 }
 
 // A failing error log must not hide the error it was to record.
@@ -99,44 +111,24 @@ QString CHy::firstText(const QString &sql, const QVariantList &params, const QSt
     return firstValue(sql, params, field).value_or(QString());
 }
 
-QList<BranchLink> CHy::readSubBranches(const QStringList &parents)
-{
-    QList<BranchLink> rows;
-    for (qsizetype from = 0; from < parents.size(); from += ParentsPerQuery) {
-        const QStringList chunk = parents.mid(from, ParentsPerQuery);
-        QStringList marks(chunk.size(), u"?"_s);
-        DbRecordSet records;
-        records.open(u"select WDH,MASTERNO from WDDZ where MASTERNO in ("_s + marks.join(u',')
-                         + u')',
-                     LocalConn(), QVariantList(chunk.cbegin(), chunk.cend()));
-        for (; !records.eof(); records.moveNext())
-            rows.append({records.field(u"WDH"_s), records.field(u"MASTERNO"_s)});
-    }
-    return rows;
-}
-
-// The list is SQL text the log dialogs paste into their conditions.
-QString CHy::quoted(const QString &wdh) const
-{
-    QString text = wdh;
-    text.replace(u'\'', u"''"_s);
-    if (m_config->BASEMODE.compare(u"MYSQL"_s, Qt::CaseInsensitive) == 0)
-        text.replace(u'\\', u"\\\\"_s);
-    return u'\'' + text + u'\'';
-}
-
 QString CHy::GetBelongedWDHS(const QString &wdh)
 {
     const auto tree = guarded(u"CHy.GetBelongedWDHS()"_s, u"CHy.GetBelongedWDHS["_s, [&] {
-        return BranchTree(wdh, [this](const QStringList &parents) { return readSubBranches(parents); });
+        BranchTable table(LocalConn());
+        return BranchTree(wdh, [&table](const QStringList &parents) { return table.subBranches(parents); });
     });
-    for (const QString &branch : tree.branches())
-        m_belongedWdhs += quoted(branch) + u',';
+    const bool mySql = m_config->BASEMODE.compare(u"MYSQL"_s, Qt::CaseInsensitive) == 0;
+    const qsizetype start = m_belongedWdhs.size();
+    for (const QString &branch : tree.branches()) {
+        appendLiteral(m_belongedWdhs, branch, mySql);
+        m_belongedWdhs += u',';
+    }
     if (!tree.repeated().isEmpty())
         logQuietly(u"CHy.GetBelongedWDHS()"_s,
                    u"网点对照表数据有误：网点"_s + tree.repeated().join(u',')
                        + u"在网点"_s + wdh + u"之下出现多次（有多个上级网点或上级关系构成循环），只列出一次"_s);
-    return tree.branches().size() > 1 ? QString() : quoted(wdh);
+    // Without sub-branches: the branch just appended, without its comma.
+    return tree.branches().size() > 1 ? QString() : m_belongedWdhs.sliced(start).chopped(1);
 }
 
 qint16 CHy::IsWdhExist(const QString &wdh)

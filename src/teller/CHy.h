@@ -14,7 +14,6 @@ namespace quarry {
 class CSysCfg;
 class DbConnection;
 class DbRecordSet;
-struct BranchLink;
 
 // The teller (行员) data of the seal database: one teller record and the
 // lookups over the teller, teller-type and branch tables (HY, HYCONFIG,
@@ -82,9 +81,7 @@ private:
                                       const QString &field);
     // The same, "" when there is no row.
     QString firstText(const QString &sql, const QVariantList &params, const QString &field);
-    QList<BranchLink> readSubBranches(const QStringList &parents);
     void fillRecord(const DbRecordSet &records);
-    QString quoted(const QString &wdh) const;
 
     // Runs a lookup; a database error is logged and raised again with the
     // source and the description prefix + error text + "]".

@@ -40,6 +40,28 @@ INSERT INTO WDDZ (WDH, MASTERNO) VALUES ('C1', 'C3'), ('C2', 'C1'), ('C3', 'C2')
     ('D0', 'X0'), ('D1', 'D0'), ('D2', 'D0'), ('D3', 'D1'), ('D3', 'D2'), ('D4', 'D3'), ('D5', 'd4 ');
 )"_s;
 
+// A branch table with more sub-branches under E0 (E1, E2, ...) than one query
+// asks about, in the table's order, not in the order of their codes, and F1
+// under the last of them.
+constexpr int WideLevel = 501;
+const QString WideBranchTable = uR"(
+CREATE TABLE WDDZ (WDH VARCHAR(20), MASTERNO VARCHAR(20));
+INSERT INTO WDDZ (WDH, MASTERNO)
+WITH RECURSIVE seq (c) AS (SELECT 1 UNION ALL SELECT c + 1 FROM seq WHERE c < %1)
+SELECT REPLACE('EC', 'C', seq.c), 'E0' FROM seq ORDER BY seq.c;
+INSERT INTO WDDZ (WDH, MASTERNO) VALUES ('F1', 'E%1');
+)"_s.arg(WideLevel);
+
+// The end of the list of WideBranchTable: 'E<from>' to 'E<WideLevel>' and
+// 'F1', each quoted and followed by a comma.
+QString wideLevelFrom(int from)
+{
+    QString list;
+    for (int i = from; i <= WideLevel; ++i)
+        list += u"'E%1',"_s.arg(i);
+    return list + u"'F1',"_s;
+}
+
 // The lookup's answer on a new CHy, or "error: <source>|<description>".
 QString answerOf(const Lookup &lookup)
 {
@@ -100,6 +122,8 @@ private slots:
     void lookups();
     void belongedWdhsOfTheHeadOffice_data();
     void belongedWdhsOfTheHeadOffice();
+    void belongedWdhsBelowAWideLevel_data();
+    void belongedWdhsBelowAWideLevel();
     void brokenSealDatabase_data();
     void brokenSealDatabase();
 
@@ -209,6 +233,49 @@ void TestCHy::belongedWdhsOfTheHeadOffice()
     QVERIFY2(connection.isOpen(), qPrintable(connection.errorText()));
     const QString expected = quarry::test::belongedWdhsOneQueryPerBranch(connection, u"110000"_s);
     QCOMPARE(answerOf(belonged({u"110000"_s})), u" | "_s + expected);
+}
+
+void TestCHy::belongedWdhsBelowAWideLevel_data()
+{
+    QTest::addColumn<Engine>("engine");
+    QTest::addColumn<QString>("rows");     // WDDZ rows below the wide level
+    QTest::addColumn<QString>("expected"); // the list from E1 to E4
+    QTest::addColumn<QString>("logged");   // part of the error log's one line, "" for none
+    for (Engine engine : quarry::test::allEngines()) {
+        const auto row = [&](const char *tag, const QString &rows, const QString &expected,
+                             const QString &logged = {}) {
+            QTest::addRow("%s/%s", qPrintable(quarry::test::engineName(engine)), tag)
+                << engine << rows << expected << logged;
+        };
+        // MariaDB takes "e1 " for E1; SQLite does not.
+        const bool loose = engine != Engine::Sqlite;
+        row("faults", u"('G2', 'E1'), ('G1', 'E1'), ('G3', 'G1'), ('G1', 'G3'), ('G4', 'E2'), ('G4', 'E3')"_s,
+            u"'E1','G2','G1','G3','E2','G4','E3','E4',"_s, u"网点G1,G4在网点E0之下"_s);
+        row("parent spelled two ways", u"('G1', 'E1'), ('G2', 'e1 ')"_s,
+            loose ? u"'E1','G1','G2','E2','E3','E4',"_s : u"'E1','G1','E2','E3','E4',"_s);
+        row("parent spelled loosely", u"('G1', 'e1 ')"_s,
+            loose ? u"'E1','G1','E2','E3','E4',"_s : u"'E1','E2','E3','E4',"_s);
+    }
+}
+
+// Below a level too wide for one query the tree is matched in memory where
+// the database compares the codes as text, and read on by query where it
+// does not: each case on a table of its own, as the choice is the table's.
+void TestCHy::belongedWdhsBelowAWideLevel()
+{
+    QFETCH(Engine, engine);
+    QFETCH(QString, rows);
+    QFETCH(QString, expected);
+    QFETCH(QString, logged);
+    QUARRY_REQUIRE_ENGINE(engine);
+    SampleStation station(engine, SampleStation::Contents::Empty);
+    station.changeSeal(WideBranchTable + u"INSERT INTO WDDZ (WDH, MASTERNO) VALUES "_s + rows + u";\n"_s);
+    QVERIFY2(station.isValid(), qPrintable(station.errorText()));
+    station.writeIni();
+    QCOMPARE(answerOf(belonged({u"E0"_s})), u" | 'E0',"_s + expected + wideLevelFrom(5));
+    const QString log = station.errorLog();
+    QCOMPARE(log.count(u'\n'), logged.isEmpty() ? 0 : 1);
+    QVERIFY2(log.contains(logged), qPrintable(log));
 }
 
 void TestCHy::brokenSealDatabase_data()
