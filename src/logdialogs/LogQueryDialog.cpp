@@ -153,6 +153,16 @@ void LogQueryDialog::onLeave(QWidget *field, std::function<void()> store)
     m_onLeave.insert(field, std::move(store));
 }
 
+void LogQueryDialog::storeWhenChosen(QComboBox *list, QString &target)
+{
+    const auto store = [list, &target] {
+        target = list->currentText();
+        return true;
+    };
+    setKeys({list}, {.up = Move::Keep, .beforeNext = store});
+    connect(list, &QComboBox::activated, this, store);
+}
+
 void LogQueryDialog::onArrive(QWidget *field, std::function<void()> show)
 {
     m_onArrive.insert(field, std::move(show));

@@ -91,6 +91,9 @@ protected:
     // store runs when the operator moves from field to another control of
     // the dialog (not when another window takes the focus).
     void onLeave(QWidget *field, std::function<void()> store);
+    // The list's text goes to target when the operator picks an entry or
+    // presses Enter in it; Up and Down keep their meaning in the list.
+    void storeWhenChosen(QComboBox *list, QString &target);
     // show runs when the focus comes to field from another control.
     void onArrive(QWidget *field, std::function<void()> show);
 

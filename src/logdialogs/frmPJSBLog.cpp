@@ -69,8 +69,6 @@ frmPJSBLog::frmPJSBLog()
     addButtons(u"CmdYes"_s, u"确定"_s, u"cmdCancel"_s, u"取消"_s, [this] { CmdYes_Click(); });
     setCancelKeys(CancelKeys::Both);
 
-    const auto storeVoucher = [this] { m_values.voucherType = ComPZ->currentText(); };
-    const auto storeResult = [this] { m_values.result = ComPjsbResult->currentText(); };
     setKeys({TxtAccNo, branch().box()}, {.up = Move::Keep});
     setKeys({TxtHy, TxtBZP, TxtEZP, maskBeginTime, maskEndTime}, {});
     setKeys({dates().start()}, {.beforeNext = [this] {
@@ -81,10 +79,8 @@ frmPJSBLog::frmPJSBLog()
         m_values.endDate = completedDate(dates().end()->maskedText(), u'9');
         return datesInOrder();
     }});
-    setKeys({ComPZ}, {.up = Move::Keep, .beforeNext = [=] { storeVoucher(); return true; }});
-    setKeys({ComPjsbResult}, {.up = Move::Keep, .beforeNext = [=] { storeResult(); return true; }});
-    connect(ComPZ, &QComboBox::activated, this, storeVoucher);
-    connect(ComPjsbResult, &QComboBox::activated, this, storeResult);
+    storeWhenChosen(ComPZ, m_values.voucherType);
+    storeWhenChosen(ComPjsbResult, m_values.result);
 
     onLeave(dates().start(), [this] { checkOnLeave(dates().start(), u"日期输入错误！"_s); });
     onLeave(dates().end(), [this] { checkOnLeave(dates().end(), u"日期输入错误！"_s); });

@@ -47,15 +47,11 @@ frmYYLog::frmYYLog()
     cmbOpResult = addList(u"cmbOpResult"_s, u"验印结果:"_s);
     addButtons(u"BtnOk"_s, u"确定"_s, u"BtnCancel"_s, u"取消"_s, [this] { BtnOk_Click(); });
 
-    const auto storeMethod = [this] { m_values.method = cmbOpType->currentText(); };
-    const auto storeResult = [this] { m_values.result = cmbOpResult->currentText(); };
     setKeys({TxtHy}, {.multiply = Move::Next});
     setKeys({TxtAccNo, branch().box(), TxtYJKNumber}, {.up = Move::Keep});
     setKeys({dates().start(), dates().end(), TxtBZP, TxtEZP}, {});
-    setKeys({cmbOpType}, {.up = Move::Keep, .beforeNext = [=] { storeMethod(); return true; }});
-    setKeys({cmbOpResult}, {.up = Move::Keep, .beforeNext = [=] { storeResult(); return true; }});
-    connect(cmbOpType, &QComboBox::activated, this, storeMethod);
-    connect(cmbOpResult, &QComboBox::activated, this, storeResult);
+    storeWhenChosen(cmbOpType, m_values.method);
+    storeWhenChosen(cmbOpResult, m_values.result);
 
     onLeave(TxtHy, [this] { m_values.teller = TxtHy->text().trimmed(); });
     onLeave(TxtAccNo, [this] { m_values.account = ToLikePattern(TxtAccNo->text().trimmed()); });

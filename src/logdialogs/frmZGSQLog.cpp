@@ -25,11 +25,9 @@ frmZGSQLog::frmZGSQLog()
     addButtons(u"Command1"_s, u"确  定"_s, u"Command2"_s, u"取  消"_s, [this] { Command1_Click(); });
     setCancelKeys(CancelKeys::KeypadMultiply);
 
-    const auto storeOperation = [this] { m_values.operation = ComSQLX->currentText(); };
     setKeys({TxtCha}, {.up = Move::Keep});
-    setKeys({ComSQLX}, {.up = Move::Keep, .beforeNext = [=] { storeOperation(); return true; }});
+    storeWhenChosen(ComSQLX, m_values.operation);
     setKeys({dates().start(), dates().end()}, {});
-    connect(ComSQLX, &QComboBox::activated, this, storeOperation);
     onLeave(TxtCha, [this] { m_values.supervisor = TxtCha->text().trimmed(); });
 }
 

@@ -45,13 +45,11 @@ frmZPGLLog::frmZPGLLog()
         box->setMaxLength(DesignedChequeLength);
     setCancelKeys(CancelKeys::None);
 
-    const auto storeVoucher = [this] { m_values.voucherType = ComPZ->currentText(); };
     setKeys({TxtAccNo}, {.up = Move::Keep});
     setKeys({TxtHy, dates().start(), dates().end()}, {});
     setKeys({TxtBZP}, {.beforeNext = [this] { return chequeNeedsAccount(TxtBZP); }});
     setKeys({TxtEZP}, {.beforeNext = [this] { return chequeNeedsAccount(TxtEZP); }});
-    setKeys({ComPZ}, {.up = Move::Keep, .beforeNext = [=] { storeVoucher(); return true; }});
-    connect(ComPZ, &QComboBox::activated, this, storeVoucher);
+    storeWhenChosen(ComPZ, m_values.voucherType);
 }
 
 void frmZPGLLog::showPzDes()
