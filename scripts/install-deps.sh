@@ -14,7 +14,7 @@ packages=(
     mariadb-server mariadb-client
     unixodbc unixodbc-dev odbc-mariadb
     clang libclang-rt-14-dev
-    doxygen
+    doxygen clang-format
     fonts-noto-cjk xvfb xauth
 )
 
