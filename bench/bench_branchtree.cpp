@@ -51,12 +51,13 @@ QString treeScript()
         if (rows.isEmpty())
             return;
         script += u"INSERT INTO WDDZ (WDH, WDNAME, IPADDR, MASTERNO) VALUES "_s + rows.join(u',')
-                  + u";\n"_s;
+            + u";\n"_s;
         rows.clear();
     };
     for (int level = 0; level < int(std::size(LevelSizes)); ++level) {
         for (int i = 0; i < LevelSizes[level]; ++i) {
-            const QString parent = level == 0 ? u"000"_s : code(level - 1, i % LevelSizes[level - 1]);
+            const QString parent
+                = level == 0 ? u"000"_s : code(level - 1, i % LevelSizes[level - 1]);
             rows.append(u"('%1', '网点%1', '', '%2')"_s.arg(code(level, i), parent));
             if (rows.size() == RowsPerInsert)
                 flush();
@@ -101,10 +102,11 @@ bool BenchBranchTree::runServerScript(const QString &action)
 {
     QProcess script;
     script.setProcessChannelMode(QProcess::ForwardedChannels);
-    script.start(u"bash"_s, {QStringLiteral(QUARRY_SOURCE_DIR) + u"/scripts/mariadb-test-server.sh"_s,
-                             action, m_ownServer->path()});
+    script.start(u"bash"_s,
+                 {QStringLiteral(QUARRY_SOURCE_DIR) + u"/scripts/mariadb-test-server.sh"_s, action,
+                  m_ownServer->path()});
     return script.waitForFinished(180000) && script.exitStatus() == QProcess::NormalExit
-           && script.exitCode() == 0;
+        && script.exitCode() == 0;
 }
 
 void BenchBranchTree::initTestCase()
@@ -157,9 +159,8 @@ void BenchBranchTree::belongedWdhs()
     connection.open(station.seal().connectionString(), u"BISOL"_s, u"KORMANTE"_s, true);
     QVERIFY2(connection.isOpen(), qPrintable(connection.errorText()));
     QString oneByOne;
-    const double oneByOneMs = bestOf([&] {
-        oneByOne = quarry::test::belongedWdhsOneQueryPerBranch(connection, headOffice);
-    });
+    const double oneByOneMs = bestOf(
+        [&] { oneByOne = quarry::test::belongedWdhsOneQueryPerBranch(connection, headOffice); });
 
     QCOMPARE(belonged.count(u','), 20000);
     QCOMPARE(belonged, oneByOne);

@@ -20,12 +20,12 @@ QString generatedIni()
                   u"[DATABASESET]\nBASEMODE=ACCESS\nODBCDRIVER=FreeTDS\n\n"
                   u"[SQLSERVER]\nSEALBASE=SEAL\nLOCALBASE=LOCAL\nSERVER=SealServer\n\n"
                   u"[BANKPARAM]\nDEPARTID=110101\nWDHLEN=6\nWDHMAXLEN=10\n"_s;
-    const auto list = [&ini](const QString &count, const QString &prefix, int n,
-                             const QString &value) {
-        ini += count + u'=' + QString::number(n) + u'\n';
-        for (int i = 0; i < n; ++i)
-            ini += prefix + QString::number(i) + u")="_s + value.arg(i) + u'\n';
-    };
+    const auto list
+        = [&ini](const QString &count, const QString &prefix, int n, const QString &value) {
+              ini += count + u'=' + QString::number(n) + u'\n';
+              for (int i = 0; i < n; ++i)
+                  ini += prefix + QString::number(i) + u")="_s + value.arg(i) + u'\n';
+          };
     list(u"TOTALACCNO"_s, u"ACCNOTYPE("_s, 60, u"%1??????????"_s);
     list(u"TOTALBANKACCNO"_s, u"BANKACCNOTYPE("_s, 60, u"9%1????????"_s);
     list(u"TOTALACCTYPE"_s, u"ACCTYPE("_s, 20, u"账户类型%1"_s);
@@ -36,8 +36,8 @@ QString generatedIni()
     list(u"TotalCheckUsefulLifeKind"_s, u"CheckUsefulLifeKind("_s, 20, u"%1"_s);
     ini += u"TotalSpecialDoubleSealQuota=20\n"_s;
     for (int i = 0; i < 20; ++i) {
-        ini += u"SpecialDoubleSealPztype(%1)=%1\nSpecialDoubleSealQuota(%1)=%2\n"_s.arg(i).arg(
-            1000 * i);
+        ini += u"SpecialDoubleSealPztype(%1)=%1\nSpecialDoubleSealQuota(%1)=%2\n"_s.arg(i).arg(1000
+                                                                                               * i);
     }
     ini += u"\n[NETPARAM]\nHOST=10.11.1.11\nPCNO=3\n"
            u"[HYADM]\nHYDHLEN=4\nHYPWDLEN=6\nAUDITHY=1\n"
@@ -68,7 +68,8 @@ private slots:
     {
         quarry::CSysCfg cfg;
         cfg.IniPath = m_dir.filePath(u"seal.ini"_s);
-        QBENCHMARK {
+        QBENCHMARK
+        {
             QVERIFY(cfg.GetParameter());
         }
         QCOMPARE(cfg.ProfileCode, qint16(65));

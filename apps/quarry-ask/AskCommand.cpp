@@ -82,7 +82,8 @@ AskRequest parseAskArguments(const QStringList &arguments)
     const QCommandLineOption showWdh(u"show-wdh"_s, {});
     const QCommandLineOption showYjk(u"show-yjk"_s, {});
     const QCommandLineOption showOpCode(u"show-opcode"_s, {});
-    parser.addOptions({help, listA, listB, clerkLen, accLen, chequeLen, showWdh, showYjk, showOpCode});
+    parser.addOptions(
+        {help, listA, listB, clerkLen, accLen, chequeLen, showWdh, showYjk, showOpCode});
     if (!parser.parse(QStringList{u"quarry-ask"_s} + arguments))
         return failure(parser.errorText());
     if (parser.isSet(help)) {
@@ -128,7 +129,8 @@ AskRequest parseAskArguments(const QStringList &arguments)
             continue;
         const std::optional<qint32> length = parseLength(parser.value(*option));
         if (!length)
-            return failure(u"not a length: --"_s + option->names().first() + u" "_s + parser.value(*option));
+            return failure(u"not a length: --"_s + option->names().first() + u" "_s
+                           + parser.value(*option));
         *target = *length;
     }
     if (!parseList(parser.value(listA), command.idsA, command.namesA))

@@ -51,8 +51,8 @@ int main(int argc, char *argv[])
         out << quarry.SQLStr() << u"\n"_s;
         return 0;
     } catch (const quarry::QuarryError &error) {
-        err << u"quarry-ask: "_s << error.source() << u": "_s << error.description()
-            << u" ("_s << error.number() << u")\n"_s;
+        err << u"quarry-ask: "_s << error.source() << u": "_s << error.description() << u" ("_s
+            << error.number() << u")\n"_s;
         return 3;
     }
 }

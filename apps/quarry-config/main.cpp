@@ -60,15 +60,15 @@ int dump(quarry::CSysCfg &cfg)
         tell(cfg.IniPath + u" does not exist; every value is its default"_s);
     // Reading writes TOTALACCNO=1 over a 0, as the component always has: a
     // station has at least one account pattern.
-    const auto accountPatterns = [&cfg] {
-        return cfg.GetINIData(u"BANKPARAM"_s, u"TOTALACCNO"_s, QString(), SealIni);
-    };
+    const auto accountPatterns
+        = [&cfg] { return cfg.GetINIData(u"BANKPARAM"_s, u"TOTALACCNO"_s, QString(), SealIni); };
     const QString patternsBefore = accountPatterns();
     const bool complete = cfg.GetParameter();
     if (const QString patterns = accountPatterns(); patterns != patternsBefore) {
         tell(u"%1: [BANKPARAM] TOTALACCNO was %2; reading it wrote TOTALACCNO=%3 into the file, "
-             u"as the component does for a station without account patterns"_s
-                 .arg(cfg.IniPath, patternsBefore, patterns));
+             u"as the component does for a station without account patterns"_s.arg(cfg.IniPath,
+                                                                                   patternsBefore,
+                                                                                   patterns));
     }
     out << "; " << cfg.IniPath << '\n';
     for (const quarry::IniRead &read : cfg.parameterLog()) {
@@ -121,9 +121,8 @@ int main(int argc, char *argv[])
     const QCommandLineOption iniOption(u"ini"_s, u"Use this seal.ini instead of the one found."_s,
                                        u"PATH"_s);
     parser.addOption(iniOption);
-    parser.addPositionalArgument(
-        u"command"_s,
-        u"dump | get SECTION KEY [DEFAULT] | set SECTION KEY VALUE"_s);
+    parser.addPositionalArgument(u"command"_s,
+                                 u"dump | get SECTION KEY [DEFAULT] | set SECTION KEY VALUE"_s);
     if (!parser.parse(QCoreApplication::arguments()))
         return fail(parser.errorText());
     if (parser.isSet(u"help"_s)) {
@@ -140,7 +139,7 @@ int main(int argc, char *argv[])
     if (!usable) {
         return fail(args.isEmpty() ? u"no command; see --help"_s
                                    : u"unknown command or wrong arguments: %1; see --help"_s.arg(
-                                         args.join(u' ')));
+                                       args.join(u' ')));
     }
 
     quarry::CSysCfg cfg;

@@ -12,9 +12,10 @@ namespace quarry::viewer {
 
 namespace {
 
-const QStringList KnownKeys{u"Title"_s, u"Table"_s, u"Call"_s, u"Result"_s, u"ListA"_s,
-    u"ListASql"_s, u"ListB"_s, u"ListBSql"_s, u"ClerkLen"_s, u"AccLen"_s, u"ChequeLen"_s,
-    u"ShowWDH"_s, u"ShowYJK"_s, u"ShowOpCode"_s};
+const QStringList KnownKeys{u"Title"_s,    u"Table"_s,     u"Call"_s,      u"Result"_s,
+                            u"ListA"_s,    u"ListASql"_s,  u"ListB"_s,     u"ListBSql"_s,
+                            u"ClerkLen"_s, u"AccLen"_s,    u"ChequeLen"_s, u"ShowWDH"_s,
+                            u"ShowYJK"_s,  u"ShowOpCode"_s};
 
 // QSettings reads a value with commas as a list; the catalogue means the
 // text.
@@ -37,7 +38,10 @@ public:
     }
 
     QString value(const QString &key) const { return text(m_settings, key); }
-    void fault(const QString &key, const QString &what) { m_faults.append(m_where + u' ' + key + u": "_s + what); }
+    void fault(const QString &key, const QString &what)
+    {
+        m_faults.append(m_where + u' ' + key + u": "_s + what);
+    }
     const QStringList &faults() const { return m_faults; }
 
     // One of the words (matched without regard to case) as its index.
@@ -139,7 +143,8 @@ LogCatalogue LogCatalogue::read(const QString &path)
         logType = logType.trimmed();
         const QString where = u"%1 [%2]"_s.arg(file, logType);
         if (!sections.contains(logType)) {
-            catalogue.m_problems.append(where + u": listed under [Catalogue] Logs but has no section"_s);
+            catalogue.m_problems.append(where
+                                        + u": listed under [Catalogue] Logs but has no section"_s);
             continue;
         }
         settings.beginGroup(logType);
@@ -167,7 +172,9 @@ void LogCatalogue::readEntry(QSettings &settings, const QString &logType, const 
     entry.table = reader.value(u"Table"_s);
     static const QRegularExpression identifier(u"^[A-Za-z_][A-Za-z0-9_]*$"_s);
     if (entry.result == LogEntry::Result::Where && !identifier.match(entry.table).hasMatch())
-        reader.fault(u"Table"_s, entry.table.isEmpty() ? u"missing"_s : u"\"%1\" is not a table name"_s.arg(entry.table));
+        reader.fault(u"Table"_s,
+                     entry.table.isEmpty() ? u"missing"_s
+                                           : u"\"%1\" is not a table name"_s.arg(entry.table));
     entry.listA = reader.codeList(u"ListA"_s);
     entry.listB = reader.codeList(u"ListB"_s);
     entry.clerkLength = reader.length(u"ClerkLen"_s);

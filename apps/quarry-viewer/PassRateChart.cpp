@@ -44,7 +44,8 @@ bool PassRateChart::showRates(const QAbstractItemModel &model)
         return false;
     for (int row = 0; row < model.rowCount(); ++row) {
         const double count = model.index(row, total).data().toDouble();
-        const double rate = count > 0 ? model.index(row, passed).data().toDouble() * 100.0 / count : 0.0;
+        const double rate
+            = count > 0 ? model.index(row, passed).data().toDouble() * 100.0 / count : 0.0;
         m_rates.append({model.index(row, opcode).data().toString(), rate});
     }
 

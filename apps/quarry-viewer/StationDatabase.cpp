@@ -25,8 +25,8 @@ QString StationDatabase::open()
     if (m_db->isOpen())
         return {};
     m_config->prepareConnection(*m_db);
-    m_db->open(u"Server="_s + m_config->SERVER + u";Database="_s + m_config->SEALBASE,
-               u"BISOL"_s, u"KORMANTE"_s, true);
+    m_db->open(u"Server="_s + m_config->SERVER + u";Database="_s + m_config->SEALBASE, u"BISOL"_s,
+               u"KORMANTE"_s, true);
     if (!m_db->failed())
         return {};
     return u"连接数据库 %1 失败：%2"_s.arg(describe(), m_db->errorText());
@@ -68,10 +68,12 @@ QString StationDatabase::iniPath() const
 
 QString StationDatabase::describe() const
 {
-    const QString server = m_config->SERVER.isEmpty() || m_config->BASEMODE.compare(u"ACCESS"_s, Qt::CaseInsensitive) == 0
+    const QString server = m_config->SERVER.isEmpty()
+            || m_config->BASEMODE.compare(u"ACCESS"_s, Qt::CaseInsensitive) == 0
         ? QString()
         : m_config->SERVER + u'/';
-    return u"%1 %2%3"_s.arg(m_config->BASEMODE.isEmpty() ? u"ACCESS"_s : m_config->BASEMODE, server, m_config->SEALBASE);
+    return u"%1 %2%3"_s.arg(m_config->BASEMODE.isEmpty() ? u"ACCESS"_s : m_config->BASEMODE, server,
+                            m_config->SEALBASE);
 }
 
 } // namespace quarry::viewer

@@ -10,7 +10,7 @@
 namespace quarry {
 class CSysCfg;
 class DbConnection;
-}
+} // namespace quarry
 
 namespace quarry::viewer {
 

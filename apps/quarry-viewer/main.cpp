@@ -21,8 +21,8 @@ int main(int argc, char *argv[])
     parser.setApplicationDescription(
         u"Shows the logs of the station whose seal.ini the component finds."_s);
     parser.addHelpOption();
-    const QCommandLineOption catalogueOption(u"catalogue"_s,
-        u"The log catalogue (default: logs.ini beside seal.ini)."_s, u"file"_s);
+    const QCommandLineOption catalogueOption(
+        u"catalogue"_s, u"The log catalogue (default: logs.ini beside seal.ini)."_s, u"file"_s);
     parser.addOption(catalogueOption);
     parser.process(app);
 

@@ -29,8 +29,8 @@ int main(int argc, char *argv[])
         // cheque boxes, and whether to offer branch, seal card and operator.
         quarry.showComplex(QStringLiteral("YYRZ"), {1, 2},
                            {QStringLiteral("自动验印"), QStringLiteral("人工验印")}, {0, 1},
-                           {QStringLiteral("通过"), QStringLiteral("不通过")}, 2, 2, 4, 17, 8,
-                           true, true, false);
+                           {QStringLiteral("通过"), QStringLiteral("不通过")}, 2, 2, 4, 17, 8, true,
+                           true, false);
         condition = quarry.SQLStr();
     } catch (const quarry::QuarryError &error) {
         out << error.source() << ": " << error.description() << '\n';
@@ -42,7 +42,9 @@ int main(int argc, char *argv[])
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"));
     db.setDatabaseName(QString::fromLocal8Bit(argv[1]));
     QSqlQuery query(db);
-    if (!db.open() || !query.exec(QStringLiteral("SELECT OPDATE, OPCODE, ACCNO, RESULT FROM YYLOG") + condition)) {
+    if (!db.open()
+        || !query.exec(QStringLiteral("SELECT OPDATE, OPCODE, ACCNO, RESULT FROM YYLOG")
+                       + condition)) {
         out << (db.isOpen() ? query.lastError() : db.lastError()).text() << '\n';
         return 3;
     }

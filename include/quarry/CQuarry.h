@@ -50,18 +50,17 @@ public:
     /// branch, seal-card and operator-code fields. "YZXCLRZ" shows nothing
     /// and leaves SQLStr as it was; a count larger than its arrays raises
     /// QuarryError 9.
-    Q_INVOKABLE void showComplex(const QString &szLogType,
-        const QList<qint16> &arrTmpIdA, const QStringList &arrTmpDesA,
-        const QList<qint16> &arrTmpIdB, const QStringList &arrTmpDesB,
-        qint32 lTmpCountA, qint32 lTmpCountB,
-        qint32 lClerkLen, qint32 lAccLen, qint32 lChequeLen,
-        bool ShowWDH, bool ShowYJK, bool ShowOpCode);
+    Q_INVOKABLE void showComplex(const QString &szLogType, const QList<qint16> &arrTmpIdA,
+                                 const QStringList &arrTmpDesA, const QList<qint16> &arrTmpIdB,
+                                 const QStringList &arrTmpDesB, qint32 lTmpCountA,
+                                 qint32 lTmpCountB, qint32 lClerkLen, qint32 lAccLen,
+                                 qint32 lChequeLen, bool ShowWDH, bool ShowYJK, bool ShowOpCode);
     /// The branch number pattern (frmWdh).
     Q_INVOKABLE void showBranch(qint32 LWDHLen);
     /// The seal-request dialog for "YJREQLOG" in any case; any other log type
     /// does nothing. p2 to p4 are accepted and not used.
     Q_INVOKABLE void showComplexEx(const QString &logType, const QVariant &p2 = {},
-        const QVariant &p3 = {}, const QVariant &p4 = {});
+                                   const QVariant &p3 = {}, const QVariant &p4 = {});
 
 private:
     std::unique_ptr<CSysCfg> m_config;

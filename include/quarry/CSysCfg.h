@@ -17,9 +17,9 @@ class IniFile;
 /// One value read by GetParameter, as quarry-config dump shows it.
 struct IniRead
 {
-    QString section; ///< Its section,
-    QString key;     ///< its key
-    QString value;   ///< and the value taken (the default where it was missing).
+    QString section;        ///< Its section,
+    QString key;            ///< its key
+    QString value;          ///< and the value taken (the default where it was missing).
     bool defaulted = false; ///< The key was missing or empty.
 };
 
@@ -231,8 +231,7 @@ public:
     qint16 HYDHLEN = 0, HYPWDLEN = 0;
     qint32 TRANPORT = 0;
     qint16 FIXEDQX = 0, RMANHY = 0, AUDITHY = 0, SFZHLEN = 0, IFDOWNLOADALLHY = 0,
-           CONTRMIMACOUNT = 0, ISCONTRMIMACOUNT = 0, BDMANAGEHY = 0, HYOPMODE = 0,
-           HYMANAGEMODE = 0;
+           CONTRMIMACOUNT = 0, ISCONTRMIMACOUNT = 0, BDMANAGEHY = 0, HYOPMODE = 0, HYMANAGEMODE = 0;
     ///@}
     /// @name [sbmk], first group
     ///@{

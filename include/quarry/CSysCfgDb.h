@@ -100,7 +100,8 @@ private:
     void loadImportLists();
     void loadFieldCodeTables();
     QList<QStringList> readColumns(const QString &sql, const QStringList &fields) const;
-    CodeList readCodeList(const QString &sql, const QString &idField, const QString &nameField) const;
+    CodeList readCodeList(const QString &sql, const QString &idField,
+                          const QString &nameField) const;
 
     std::unique_ptr<DbConnection> m_sealDb;
     std::unique_ptr<DbConnection> m_localDb;

@@ -28,10 +28,10 @@ public:
     const char *what() const noexcept override;
 
     /// Numbers of the run-time errors that the data classes report alike.
-    static constexpr qint32 Overflow = 6; ///< A number too large for its type.
+    static constexpr qint32 Overflow = 6;            ///< A number too large for its type.
     static constexpr qint32 SubscriptOutOfRange = 9; ///< An index past a list's end.
-    static constexpr qint32 TypeMismatch = 13; ///< A text that is no number or date.
-    static constexpr qint32 DataError = 2000; ///< A database or data error.
+    static constexpr qint32 TypeMismatch = 13;       ///< A text that is no number or date.
+    static constexpr qint32 DataError = 2000;        ///< A database or data error.
 
 private:
     qint32 m_number;

@@ -73,12 +73,11 @@ void CQuarry::showDate()
     m_sqlStr = dialog.execForCondition();
 }
 
-void CQuarry::showComplex(const QString &szLogType,
-    const QList<qint16> &arrTmpIdA, const QStringList &arrTmpDesA,
-    const QList<qint16> &arrTmpIdB, const QStringList &arrTmpDesB,
-    qint32 lTmpCountA, qint32 lTmpCountB,
-    qint32 lClerkLen, qint32 lAccLen, qint32 lChequeLen,
-    bool ShowWDH, bool ShowYJK, bool ShowOpCode)
+void CQuarry::showComplex(const QString &szLogType, const QList<qint16> &arrTmpIdA,
+                          const QStringList &arrTmpDesA, const QList<qint16> &arrTmpIdB,
+                          const QStringList &arrTmpDesB, qint32 lTmpCountA, qint32 lTmpCountB,
+                          qint32 lClerkLen, qint32 lAccLen, qint32 lChequeLen, bool ShowWDH,
+                          bool ShowYJK, bool ShowOpCode)
 {
     const LogDialog dialog = complexLogDialog(szLogType, m_config->ProfileCode);
     switch (dialog) {

@@ -9,10 +9,14 @@ namespace quarry {
 LogDialog complexLogDialog(const QString &logType, qint16 profileCode)
 {
     static const QHash<QString, LogDialog> byType{
-        {u"YWRZ"_s, LogDialog::YWLog},     {u"YYRZ"_s, LogDialog::YYLog},
-        {u"HYRZ"_s, LogDialog::HYLog},     {u"SJRZ"_s, LogDialog::SJLog},
-        {u"YZXCLRZ"_s, LogDialog::None},   {u"ZGSQRZ"_s, LogDialog::ZGSQLog},
-        {u"ZPGLRZ"_s, LogDialog::ZPGLLog}, {u"PJSBRZ"_s, LogDialog::PJSBLog},
+        {u"YWRZ"_s, LogDialog::YWLog},
+        {u"YYRZ"_s, LogDialog::YYLog},
+        {u"HYRZ"_s, LogDialog::HYLog},
+        {u"SJRZ"_s, LogDialog::SJLog},
+        {u"YZXCLRZ"_s, LogDialog::None},
+        {u"ZGSQRZ"_s, LogDialog::ZGSQLog},
+        {u"ZPGLRZ"_s, LogDialog::ZPGLLog},
+        {u"PJSBRZ"_s, LogDialog::PJSBLog},
         {u"SEALRESULTSTAT"_s, LogDialog::SealResultStat},
     };
     const LogDialog dialog = byType.value(logType, LogDialog::PTFHLog);

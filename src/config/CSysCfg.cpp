@@ -144,15 +144,15 @@ qsizetype listSize(qint16 count)
 const std::array<QString, 66> &profileNames()
 {
     static const std::array<QString, 66> names = {
-        u"普通银行"_s, u"银行1"_s, u"银行2"_s, u"银行3"_s, u"银行4"_s, u"银行5"_s, u"银行6"_s,
-        u"Fecus"_s,    u"Gocal"_s, u"Lagis"_s, u"Funun"_s, u"Kiful"_s, u"Kotis"_s, u"Rilen"_s,
-        u"Nuzis"_s,    u"Dater"_s, u"Zocar"_s, u"Ruzus"_s, u"Dizal"_s, u"Visil"_s, u"Refol"_s,
+        u"普通银行"_s, u"银行1"_s, u"银行2"_s, u"银行3"_s, u"银行4"_s, u"银行5"_s,    u"银行6"_s,
+        u"Fecus"_s,    u"Gocal"_s, u"Lagis"_s, u"Funun"_s, u"Kiful"_s, u"Kotis"_s,    u"Rilen"_s,
+        u"Nuzis"_s,    u"Dater"_s, u"Zocar"_s, u"Ruzus"_s, u"Dizal"_s, u"Visil"_s,    u"Refol"_s,
         QString(),     u"Nelos"_s, u"Devor"_s, u"Tumar"_s, u"Leden"_s, u"日志输出"_s, u"Lazun"_s,
-        u"Nagor"_s,    u"Gucos"_s, u"Sofos"_s, u"Kakon"_s, u"Pucal"_s, u"Fiban"_s, u"Girur"_s,
-        u"Fazos"_s,    u"Nagar"_s, u"Zeber"_s, u"Bunar"_s, u"Hilur"_s, u"Kesen"_s, u"Rabis"_s,
-        u"Kuror"_s,    u"Defes"_s, u"Pezul"_s, u"Talas"_s, u"Rafon"_s, u"Hopas"_s, u"Sahen"_s,
-        u"Guves"_s,    u"Cukal"_s, u"Gugal"_s, u"Gokel"_s, u"Kilur"_s, u"Tecis"_s, u"Gugul"_s,
-        u"Huben"_s,    u"Zuful"_s, u"Zacen"_s, u"Cavul"_s, u"Vikis"_s, u"Lumun"_s, u"Gofos"_s,
+        u"Nagor"_s,    u"Gucos"_s, u"Sofos"_s, u"Kakon"_s, u"Pucal"_s, u"Fiban"_s,    u"Girur"_s,
+        u"Fazos"_s,    u"Nagar"_s, u"Zeber"_s, u"Bunar"_s, u"Hilur"_s, u"Kesen"_s,    u"Rabis"_s,
+        u"Kuror"_s,    u"Defes"_s, u"Pezul"_s, u"Talas"_s, u"Rafon"_s, u"Hopas"_s,    u"Sahen"_s,
+        u"Guves"_s,    u"Cukal"_s, u"Gugal"_s, u"Gokel"_s, u"Kilur"_s, u"Tecis"_s,    u"Gugul"_s,
+        u"Huben"_s,    u"Zuful"_s, u"Zacen"_s, u"Cavul"_s, u"Vikis"_s, u"Lumun"_s,    u"Gofos"_s,
         u"Detan"_s,    u"Ferer"_s, u"Vefos"_s,
     };
     return names;
@@ -194,8 +194,8 @@ QString CSysCfg::iniFileFor(const QString &fileName) const
     return paths::resolveIniFile(fileName.toUpper() == SealIni ? IniPath : fileName);
 }
 
-QString CSysCfg::GetINIData(const QString &section, const QString &key,
-                            const QString &defaultValue, const QString &fileName) const
+QString CSysCfg::GetINIData(const QString &section, const QString &key, const QString &defaultValue,
+                            const QString &fileName) const
 {
     if (m_snapshot && fileName.toUpper() == SealIni)
         return profileValue(*m_snapshot, section, key, defaultValue);
@@ -218,9 +218,9 @@ QString CSysCfg::CurHy() const
 qint16 CSysCfg::GetPreChequeNoLength()
 {
     if (PreChequeNoLength == -1) {
-        PreChequeNoLength = lenientInteger<qint16>(
-            u"Cukal"_s, u"PreChequeNoLength"_s,
-            GetINIData(u"Cukal"_s, u"PreChequeNoLength"_s, u"10"_s, SealIni));
+        PreChequeNoLength = lenientInteger<qint16>(u"Cukal"_s, u"PreChequeNoLength"_s,
+                                                   GetINIData(u"Cukal"_s, u"PreChequeNoLength"_s,
+                                                              u"10"_s, SealIni));
     }
     return PreChequeNoLength;
 }
@@ -235,9 +235,10 @@ QString CSysCfg::GetParamHostIp()
 qint16 CSysCfg::GetIfWriteAutoManualResult()
 {
     if (IfWriteAutoManualResult == -1) {
-        IfWriteAutoManualResult = lenientInteger<qint16>(
-            u"LogCen"_s, u"IfWriteAutoManualResult"_s,
-            GetINIData(u"LogCen"_s, u"IfWriteAutoManualResult"_s, u"0"_s, SealIni));
+        IfWriteAutoManualResult
+            = lenientInteger<qint16>(u"LogCen"_s, u"IfWriteAutoManualResult"_s,
+                                     GetINIData(u"LogCen"_s, u"IfWriteAutoManualResult"_s, u"0"_s,
+                                                SealIni));
     }
     return IfWriteAutoManualResult;
 }
@@ -245,9 +246,9 @@ qint16 CSysCfg::GetIfWriteAutoManualResult()
 qint16 CSysCfg::GetHyConfigEnable()
 {
     if (HyConfigEnable == -1) {
-        HyConfigEnable = lenientInteger<qint16>(
-            u"HYADM"_s, u"HyConfigEnable"_s,
-            GetINIData(u"HYADM"_s, u"HyConfigEnable"_s, u"1"_s, SealIni));
+        HyConfigEnable
+            = lenientInteger<qint16>(u"HYADM"_s, u"HyConfigEnable"_s,
+                                     GetINIData(u"HYADM"_s, u"HyConfigEnable"_s, u"1"_s, SealIni));
     }
     return HyConfigEnable;
 }
@@ -266,9 +267,9 @@ QString CSysCfg::GetDownloadFilePath()
 qint16 CSysCfg::GetPrintLogMode()
 {
     if (PrintLogMode == -100) {
-        PrintLogMode = lenientInteger<qint16>(
-            u"rzgl"_s, u"PrintLogMode"_s,
-            GetINIData(u"rzgl"_s, u"PrintLogMode"_s, u"0"_s, SealIni));
+        PrintLogMode
+            = lenientInteger<qint16>(u"rzgl"_s, u"PrintLogMode"_s,
+                                     GetINIData(u"rzgl"_s, u"PrintLogMode"_s, u"0"_s, SealIni));
     }
     return PrintLogMode;
 }
@@ -381,7 +382,7 @@ double CSysCfg::GetDoubleSealQuotaByPztype(qint16 pzType) const
 {
     const qsizetype index = SpecialDoubleSealPztype.indexOf(pzType);
     return index >= 0 && index < SpecialDoubleSealQuota.size() ? SpecialDoubleSealQuota.at(index)
-                                                                : DoubleSealQuota;
+                                                               : DoubleSealQuota;
 }
 
 // --- Database ----------------------------------------------------------------
@@ -399,8 +400,8 @@ void CSysCfg::ConnectDb()
         return;
     m_localDb = std::make_unique<DbConnection>();
     prepareConnection(*m_localDb);
-    m_localDb->open(u"Server="_s + SERVER + u";Database="_s + LOCALBASE, u"BISOL"_s,
-                    u"KORMANTE"_s, true);
+    m_localDb->open(u"Server="_s + SERVER + u";Database="_s + LOCALBASE, u"BISOL"_s, u"KORMANTE"_s,
+                    true);
     if (m_localDb->failed()) {
         throw QuarryError(QuarryError::DataError, u"CSysCfg.ConnectDb()"_s,
                           u"连接数据库"_s + SERVER + u" 失败！"_s + m_localDb->errorText());
@@ -422,8 +423,7 @@ QString CSysCfg::GetParamValue(const QString &section, const QString &key,
 
 // --- GetParameter ------------------------------------------------------------
 
-QString CSysCfg::readString(const QString &section, const QString &key,
-                            const QString &defaultValue)
+QString CSysCfg::readString(const QString &section, const QString &key, const QString &defaultValue)
 {
     bool defaulted = false;
     const QString value = profileValue(*m_snapshot, section, key, defaultValue, &defaulted);
@@ -431,8 +431,7 @@ QString CSysCfg::readString(const QString &section, const QString &key,
     return value;
 }
 
-qint16 CSysCfg::readInteger(const QString &section, const QString &key,
-                            const QString &defaultValue)
+qint16 CSysCfg::readInteger(const QString &section, const QString &key, const QString &defaultValue)
 {
     return lenientInteger<qint16>(section, key, readString(section, key, defaultValue));
 }
@@ -442,8 +441,7 @@ qint32 CSysCfg::readLong(const QString &section, const QString &key, const QStri
     return lenientInteger<qint32>(section, key, readString(section, key, defaultValue));
 }
 
-double CSysCfg::readDouble(const QString &section, const QString &key,
-                           const QString &defaultValue)
+double CSysCfg::readDouble(const QString &section, const QString &key, const QString &defaultValue)
 {
     return lenientDouble(section, key, readString(section, key, defaultValue));
 }
@@ -744,10 +742,10 @@ void CSysCfg::readPrintAndSeries()
         PrintSeriesNoFontSize = readLong(section, u"PrintSeriesNoFontSize"_s, u"12"_s);
         PrintSeriesNoCurrentX = readLong(section, u"PrintSeriesNoCurrentX"_s, u"100"_s);
         PrintSeriesNoCurrenty = readLong(section, u"PrintSeriesNoCurrenty"_s, u"100"_s);
-        PrintSeriesNoCurrentX_FirstSeal =
-            readLong(section, u"PrintSeriesNoCurrentX_FirstSeal"_s, u"100"_s);
-        PrintSeriesNoCurrenty_FirstSeal =
-            readLong(section, u"PrintSeriesNoCurrenty_FirstSeal"_s, u"50"_s);
+        PrintSeriesNoCurrentX_FirstSeal
+            = readLong(section, u"PrintSeriesNoCurrentX_FirstSeal"_s, u"100"_s);
+        PrintSeriesNoCurrenty_FirstSeal
+            = readLong(section, u"PrintSeriesNoCurrenty_FirstSeal"_s, u"50"_s);
     }
 }
 
@@ -764,8 +762,8 @@ void CSysCfg::readDoubleSealSettings()
     TotalCheckUsefulLifeKind = readCount(section, u"TotalCheckUsefulLifeKind"_s, u"1"_s);
     CheckUsefulLifeKind = QList<qint16>(listSize(TotalCheckUsefulLifeKind));
     for (qsizetype i = 0; i < CheckUsefulLifeKind.size(); ++i) {
-        CheckUsefulLifeKind[i] =
-            readInteger(section, countedKey(u"CheckUsefulLifeKind("_s, i), QString());
+        CheckUsefulLifeKind[i]
+            = readInteger(section, countedKey(u"CheckUsefulLifeKind("_s, i), QString());
     }
     IfContinueByCheckUsefulLife = readInteger(section, u"IfContinueByCheckUsefulLife"_s, u"0"_s);
     IfQueryBlackListAndGs = readInteger(section, u"IfQueryBlackListAndGs"_s, u"0"_s);
@@ -784,10 +782,10 @@ void CSysCfg::readDoubleSealSettings()
     SpecialDoubleSealPztype = QList<qint16>(listSize(TotalSpecialDoubleSealQuota));
     SpecialDoubleSealQuota = QList<double>(SpecialDoubleSealPztype.size());
     for (qsizetype i = 0; i < SpecialDoubleSealPztype.size(); ++i) {
-        SpecialDoubleSealPztype[i] =
-            readInteger(section, countedKey(u"SpecialDoubleSealPztype("_s, i), QString());
-        SpecialDoubleSealQuota[i] =
-            readDouble(section, countedKey(u"SpecialDoubleSealQuota("_s, i), QString());
+        SpecialDoubleSealPztype[i]
+            = readInteger(section, countedKey(u"SpecialDoubleSealPztype("_s, i), QString());
+        SpecialDoubleSealQuota[i]
+            = readDouble(section, countedKey(u"SpecialDoubleSealQuota("_s, i), QString());
     }
     ZxDelay = readInteger(section, u"ZxDelay"_s, u"0"_s);
 }
@@ -815,8 +813,9 @@ void CSysCfg::readProfile()
     UpperMode = readString(section, u"UpperMode"_s, branchMode);
     UpperModeCode = modeCode(UpperMode, {branchMode, u"Letus"_s}, UpperModeCode);
     SubMode = readString(section, u"SubMode"_s, branchMode);
-    SubModeCode = modeCode(
-        SubMode, {branchMode, u"信贷建库机"_s, u"Teril"_s, u"Gugul"_s, u"Bivol"_s}, SubModeCode);
+    SubModeCode
+        = modeCode(SubMode, {branchMode, u"信贷建库机"_s, u"Teril"_s, u"Gugul"_s, u"Bivol"_s},
+                   SubModeCode);
     // 2 asks the operator to confirm a query without any condition.
     QueryHintMode = readInteger(section, u"QueryHintMode"_s, u"0"_s);
 }

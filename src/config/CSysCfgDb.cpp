@@ -187,7 +187,8 @@ void CSysCfgDb::DisConnectLocalDb()
     m_localDb->close();
     if (m_localDb->failed())
         throw QuarryError(QuarryError::DataError, u"CSysCfgDb.DisConnectLocalDb()"_s,
-                          u"断开数据库"_s + m_config->SERVER + u" 失败！"_s + m_localDb->errorText());
+                          u"断开数据库"_s + m_config->SERVER + u" 失败！"_s
+                              + m_localDb->errorText());
 }
 
 // The business-date row keeps the date a thousand years ahead.
@@ -200,9 +201,9 @@ QString CSysCfgDb::ReadBusinessDate() const
     const QString deadline = records.field(u"deadline"_s);
     static const QRegularExpression datePattern(u"^(\\d{4})-(\\d{1,2})-(\\d{1,2})"_s);
     const QRegularExpressionMatch match = datePattern.match(deadline);
-    const QDate date = match.hasMatch() ? QDate(match.captured(1).toInt(), match.captured(2).toInt(),
-                                                match.captured(3).toInt())
-                                        : QDate();
+    const QDate date = match.hasMatch()
+        ? QDate(match.captured(1).toInt(), match.captured(2).toInt(), match.captured(3).toInt())
+        : QDate();
     if (!date.isValid())
         throw QuarryError(QuarryError::TypeMismatch, u"CSysCfgDb.GetToday()"_s,
                           u"类型不匹配：营业日期“"_s + deadline + u"”不是日期"_s);
@@ -217,7 +218,8 @@ void CSysCfgDb::openDatabase(DbConnection &connection, const QString &database,
                     u"KORMANTE"_s, true);
     if (connection.failed())
         throw QuarryError(QuarryError::DataError, source,
-                          u"连接数据库"_s + m_config->SERVER + u" 失败！"_s + connection.errorText());
+                          u"连接数据库"_s + m_config->SERVER + u" 失败！"_s
+                              + connection.errorText());
 }
 
 void CSysCfgDb::loadImportLists()
@@ -233,10 +235,10 @@ void CSysCfgDb::loadImportLists()
                                  "where OtherAccTypeName<>'' order by RefId"_s,
                                  {u"OtherAccTypeName"_s})
                          .constFirst();
-    const QList<QStringList> words =
-        readColumns(u"select OtherAccStateWordId,OtherAccStateWordName from ref_ImportAcc "
-                    "where OtherAccStateWordId<>0 order by refId"_s,
-                    {u"OtherAccStateWordId"_s, u"OtherAccStateWordName"_s});
+    const QList<QStringList> words
+        = readColumns(u"select OtherAccStateWordId,OtherAccStateWordName from ref_ImportAcc "
+                      "where OtherAccStateWordId<>0 order by refId"_s,
+                      {u"OtherAccStateWordId"_s, u"OtherAccStateWordName"_s});
     QList<qint16> wordIds;
     for (const QString &text : words.at(0)) {
         bool numeric = false;

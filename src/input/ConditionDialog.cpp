@@ -41,8 +41,9 @@ void ConditionDialog::guarded(const std::function<void()> &action)
 void ConditionDialog::applyMaxLength(QLineEdit &box, qint32 length)
 {
     if (length < 0) {
-        throw QuarryError(QuarryError::DataError, box.objectName() + u".MaxLength"_s,
-                          u"文本框 %1 的最大长度不能为负数（%2）。"_s.arg(box.objectName()).arg(length));
+        throw QuarryError(
+            QuarryError::DataError, box.objectName() + u".MaxLength"_s,
+            u"文本框 %1 的最大长度不能为负数（%2）。"_s.arg(box.objectName()).arg(length));
     }
     // Beyond the box's own limit is no limit either.
     box.setMaxLength(length == 0 ? NoLimit : qMin(length, NoLimit));

@@ -20,7 +20,8 @@ class QUARRY_EXPORT DateRangeBoxes
 {
 public:
     // Adds the two boxes, labelled 起始日期: and 截止日期:, as rows of form.
-    DateRangeBoxes(QWidget *dialog, QFormLayout *form, const QString &startName = QStringLiteral("MaskBoxKs"),
+    DateRangeBoxes(QWidget *dialog, QFormLayout *form,
+                   const QString &startName = QStringLiteral("MaskBoxKs"),
                    const QString &endName = QStringLiteral("MaskBoxJs"));
 
     MaskEdBox *start() const { return m_start; }

@@ -22,7 +22,8 @@ bool passesEmptyQueryRule(QWidget *dialog, const CSysCfg &config, bool inputEmpt
     return passesEmptyQueryRule(dialog, config.ProfileCode, config.QueryHintMode, inputEmpty);
 }
 
-bool passesEmptyQueryRule(QWidget *dialog, qint16 profileCode, qint16 queryHintMode, bool inputEmpty)
+bool passesEmptyQueryRule(QWidget *dialog, qint16 profileCode, qint16 queryHintMode,
+                          bool inputEmpty)
 {
     switch (emptyQueryAction(profileCode, queryHintMode, inputEmpty)) {
     case EmptyQueryAction::Proceed:

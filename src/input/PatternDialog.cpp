@@ -36,7 +36,8 @@ void PatternDialog::setMaxLength(qint32 length)
 
 QString PatternDialog::wildcardPrompt(const QString &subject)
 {
-    return u"请输入"_s + subject + u"特征:\"*\" 代表多个任意数字,\"?\"代表一个任意数字,空着显示所有."_s;
+    return u"请输入"_s + subject
+        + u"特征:\"*\" 代表多个任意数字,\"?\"代表一个任意数字,空着显示所有."_s;
 }
 
 bool PatternDialog::mayQuery(const QString &)

@@ -24,12 +24,13 @@ qint16 CheckDateText(QString &text)
 {
     // The same separator twice, so 2009-01/05 is refused. Anchored to the
     // whole text: "$" would also match before a final line break.
-    static const QRegularExpression layout(QRegularExpression::anchoredPattern(
-        u"([0-9]{3,4})([-/])([0-9]{1,2})\\2([0-9]{1,2})"_s));
+    static const QRegularExpression layout(
+        QRegularExpression::anchoredPattern(u"([0-9]{3,4})([-/])([0-9]{1,2})\\2([0-9]{1,2})"_s));
     const QRegularExpressionMatch parts = layout.match(text);
     if (!parts.hasMatch())
         return 0;
-    const QDate date(parts.captured(1).toInt(), parts.captured(3).toInt(), parts.captured(4).toInt());
+    const QDate date(parts.captured(1).toInt(), parts.captured(3).toInt(),
+                     parts.captured(4).toInt());
     if (!date.isValid() || date.year() < 100)
         return 0;
     text = date.toString(u"yyyy-MM-dd"_s);
@@ -54,7 +55,8 @@ std::optional<QString> maskedTime(const QString &masked)
     const QRegularExpressionMatch parts = layout.match(text);
     if (!parts.hasMatch())
         return std::nullopt;
-    const QTime time(parts.captured(1).toInt(), parts.captured(2).toInt(), parts.captured(3).toInt());
+    const QTime time(parts.captured(1).toInt(), parts.captured(2).toInt(),
+                     parts.captured(3).toInt());
     if (!time.isValid())
         return std::nullopt;
     return time.toString(u"HH:mm:ss"_s);

@@ -7,7 +7,8 @@ using namespace Qt::StringLiterals;
 namespace quarry {
 
 frmClerk::frmClerk()
-    : EmptyQueryPatternDialog(u"frmClerk"_s, u"行员查询"_s, wildcardPrompt(u"行员"_s), u"txtClerk"_s)
+    : EmptyQueryPatternDialog(u"frmClerk"_s, u"行员查询"_s, wildcardPrompt(u"行员"_s),
+                              u"txtClerk"_s)
 {
 }
 

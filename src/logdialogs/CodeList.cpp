@@ -22,8 +22,9 @@ qsizetype CodeList::used(qint32 count) const
 QString CodeList::name(qsizetype index) const
 {
     if (index < 0 || index >= names.size()) {
-        throw QuarryError(QuarryError::SubscriptOutOfRange, u"Quarry"_s,
-                          u"下标越界：代码表有 %1 个说明，没有第 %2 个"_s.arg(names.size()).arg(index + 1));
+        throw QuarryError(
+            QuarryError::SubscriptOutOfRange, u"Quarry"_s,
+            u"下标越界：代码表有 %1 个说明，没有第 %2 个"_s.arg(names.size()).arg(index + 1));
     }
     return names[index];
 }

@@ -29,8 +29,8 @@ struct ChequeRange
 // The boxes' texts as typed (blanks kept); a box that is blank after
 // trimming stands for `length` zeros at the begin and `length` times `high`
 // at the end.
-QUARRY_EXPORT ChequeRange chequeRange(const QString &beginBox, const QString &endBox,
-                                      qint32 length, QChar high);
+QUARRY_EXPORT ChequeRange chequeRange(const QString &beginBox, const QString &endBox, qint32 length,
+                                      QChar high);
 
 // "( wdh like '<pattern>')".
 QUARRY_EXPORT QString branchLikePart(const QString &pattern);

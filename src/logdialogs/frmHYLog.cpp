@@ -34,8 +34,9 @@ frmHYLog::frmHYLog()
     TxtCha = addTextBox(u"TxtCha"_s, u"复核行员:"_s, Typing::AsTyped);
     TxtOpType = addTextBox(u"TxtOpType"_s, u"操作类型:"_s, Typing::AsTyped);
     OpShow = addLabel(u"OpShow"_s, QString());
-    Label3 = addLabel(u"Label3"_s,
-                      u" 1:增加行员 2：删除行员 3：变更行员权限 4：增加组 5：删除组 6：变更组权限"_s);
+    Label3
+        = addLabel(u"Label3"_s,
+                   u" 1:增加行员 2：删除行员 3：变更行员权限 4：增加组 5：删除组 6：变更组权限"_s);
     addDateRange();
     addBranch(u" 网点号:"_s, BranchBoxes::SubBranches::Offered);
     addButtons(u"BtnOk"_s, u"确定"_s, u"BtnCancel"_s, u"取消"_s, [this] { BtnOk_Click(); });
@@ -73,7 +74,8 @@ void frmHYLog::TxtOpType_KeyUp()
 {
     if (TxtOpType->text().isEmpty())
         OpShow->clear();
-    else if (const std::optional<QString> description = m_types.describe(TxtOpType->text(), lOpCount))
+    else if (const std::optional<QString> description
+             = m_types.describe(TxtOpType->text(), lOpCount))
         OpShow->setText(*description);
 }
 

@@ -72,13 +72,13 @@ frmPJSBLog::frmPJSBLog()
     setKeys({TxtAccNo, branch().box()}, {.up = Move::Keep});
     setKeys({TxtHy, TxtBZP, TxtEZP, maskBeginTime, maskEndTime}, {});
     setKeys({dates().start()}, {.beforeNext = [this] {
-        m_values.startDate = completedDate(dates().start()->maskedText(), u'0');
-        return true;
-    }});
+                m_values.startDate = completedDate(dates().start()->maskedText(), u'0');
+                return true;
+            }});
     setKeys({dates().end()}, {.beforeNext = [this] {
-        m_values.endDate = completedDate(dates().end()->maskedText(), u'9');
-        return datesInOrder();
-    }});
+                m_values.endDate = completedDate(dates().end()->maskedText(), u'9');
+                return datesInOrder();
+            }});
     storeWhenChosen(ComPZ, m_values.voucherType);
     storeWhenChosen(ComPjsbResult, m_values.result);
 
@@ -104,7 +104,8 @@ void frmPJSBLog::Form_Load()
 {
     branch().layOut(ShowWDH, config().ProfileCode);
     const bool withTimes = config().ProfileCode != 39;
-    for (QWidget *field : std::initializer_list<QWidget *>{maskBeginTime, maskEndTime, ComPjsbResult})
+    for (QWidget *field :
+         std::initializer_list<QWidget *>{maskBeginTime, maskEndTime, ComPjsbResult})
         setRowShown(field, withTimes);
 }
 

@@ -48,7 +48,8 @@ frmPTFHLog::frmPTFHLog()
         onArrive(hint.first, [this, text = hint.second] { lblInfo->setText(text); });
 
     onLeave(TxtAccNo, [this] { m_values.account = ToLikePattern(TxtAccNo->text().trimmed()); });
-    onLeave(TxtYJKNumber, [this] { m_values.sealCard = ToLikePattern(TxtYJKNumber->text().trimmed()); });
+    onLeave(TxtYJKNumber,
+            [this] { m_values.sealCard = ToLikePattern(TxtYJKNumber->text().trimmed()); });
     onLeave(TxtHy, [this] { m_values.teller = TxtHy->text().trimmed(); });
     onLeave(txtWdh, [this, txtWdh] {
         const QString pattern = ToLikePattern(txtWdh->text().trimmed());

@@ -11,10 +11,10 @@ namespace quarry {
 // given), and the fields the host offered.
 struct PTFHLogValues
 {
-    QString account;       // a LIKE pattern
-    QString teller;        // trimmed, used as typed
-    QString branchPart;    // "" for none
-    QString sealCard;      // a LIKE pattern
+    QString account;    // a LIKE pattern
+    QString teller;     // trimmed, used as typed
+    QString branchPart; // "" for none
+    QString sealCard;   // a LIKE pattern
     DateRange dates;
     bool showOpCode = false;
     bool showWdh = false;

@@ -68,7 +68,8 @@ void frmSJLog::TxtApp_KeyUp()
 
 void frmSJLog::BtnOk_Click()
 {
-    if (!passesEmptyQuery(allBlank({branch().box(), TxtHy, TxtApp, dates().start(), dates().end()})))
+    if (!passesEmptyQuery(
+            allBlank({branch().box(), TxtHy, TxtApp, dates().start(), dates().end()})))
         return;
     const std::optional<DateRange> range = dates().check();
     if (!range)

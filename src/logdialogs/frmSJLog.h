@@ -12,8 +12,8 @@ namespace quarry {
 // given).
 struct SJLogValues
 {
-    QString teller;        // trimmed, used as typed
-    QString module;        // used as typed
+    QString teller;     // trimmed, used as typed
+    QString module;     // used as typed
     QString branchPart; // "" for none
     DateRange dates;
 };

@@ -17,9 +17,11 @@ QString sealResultStatement(const SealResultStatValues &v, const QString &baseMo
     const bool mySql = baseMode.toUpper() == u"MYSQL"_s;
     const QString start = quotable(v.dates.start), end = quotable(v.dates.end);
     QString statement = mySql
-        ? u"SELECT 1 AS id, HY.wdh, TotalPj.opcode, TotalPj.total, PassedPj.passed, TotalPj.total - PassedPj.passed AS NotPassed, "
+        ? u"SELECT 1 AS id, HY.wdh, TotalPj.opcode, TotalPj.total, PassedPj.passed, TotalPj.total "
+          u"- PassedPj.passed AS NotPassed, "
           " CONCAT(CAST(CAST(PassedPj.passed * 100.0 / TotalPj.total as decimal(10, 2)) AS char), '%') AS percent,"_s
-        : u"SELECT 1 AS id, dbo.HY.wdh, TotalPj.opcode, TotalPj.total, PassedPj.passed, TotalPj.total - PassedPj.passed AS NotPassed, "
+        : u"SELECT 1 AS id, dbo.HY.wdh, TotalPj.opcode, TotalPj.total, PassedPj.passed, "
+          u"TotalPj.total - PassedPj.passed AS NotPassed, "
           " CAST(CONVERT(decimal(10, 2),PassedPj.passed * 100.0 / TotalPj.total) AS varchar) + '%' AS [percent],"_s;
     statement += u" '"_s + start + u"' AS BeginDate, '"_s + end + u"' AS EndDate "_s
         + u" FROM (SELECT COUNT(chequeno) AS total, opcode From pjsblog "_s
@@ -47,9 +49,9 @@ frmSealResultStat::frmSealResultStat()
     setCancelKeys(CancelKeys::Both);
     setKeys({txtWdh, TxtHy, dates().start()}, {.down = Move::Next});
     setKeys({dates().end()}, {.down = Move::Next, .beforeNext = [this] {
-        fillBusinessDate();
-        return true;
-    }});
+                                  fillBusinessDate();
+                                  return true;
+                              }});
 }
 
 frmSealResultStat::~frmSealResultStat() = default;
@@ -76,7 +78,8 @@ void frmSealResultStat::cmdOK_Click()
     const bool unlimited = values.dates.end == m_db->GetToday() && values.branchPattern == u"%"_s
         && values.tellerPattern == u"%"_s && values.dates.start == u"1980-01-01"_s;
     if (unlimited
-        && !confirmOperator(this, u"您查询时未选择任何限制条件，可能会因为数据量很大而影响查询速度，是否继续？"_s))
+        && !confirmOperator(
+            this, u"您查询时未选择任何限制条件，可能会因为数据量很大而影响查询速度，是否继续？"_s))
         return;
     setCondition(sealResultStatement(values, m_db->GetObSysCfg()->BASEMODE));
     accept();

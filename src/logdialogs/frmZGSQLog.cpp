@@ -11,9 +11,9 @@ namespace quarry {
 
 QString zgsqLogClause(const ZGSQLogValues &v)
 {
-    return u" where  ZGCODE  LIKE  '"_s + quotable(orAny(v.supervisor))
-        + u"' And OPTYPE  LIKE  '"_s + quotable(orAny(v.operation)) + u"' And Opdate Between '"_s
-        + quotable(v.dates.start) + u"' And '"_s + quotable(v.dates.end) + u"'"_s;
+    return u" where  ZGCODE  LIKE  '"_s + quotable(orAny(v.supervisor)) + u"' And OPTYPE  LIKE  '"_s
+        + quotable(orAny(v.operation)) + u"' And Opdate Between '"_s + quotable(v.dates.start)
+        + u"' And '"_s + quotable(v.dates.end) + u"'"_s;
 }
 
 frmZGSQLog::frmZGSQLog()
@@ -22,7 +22,8 @@ frmZGSQLog::frmZGSQLog()
     TxtCha = addTextBox(u"TxtCha"_s, u"主管代码:"_s, Typing::AsTyped);
     ComSQLX = addList(u"ComSQLX"_s, u"操作内容:"_s);
     addDateRange();
-    addButtons(u"Command1"_s, u"确  定"_s, u"Command2"_s, u"取  消"_s, [this] { Command1_Click(); });
+    addButtons(u"Command1"_s, u"确  定"_s, u"Command2"_s, u"取  消"_s,
+               [this] { Command1_Click(); });
     setCancelKeys(CancelKeys::KeypadMultiply);
 
     setKeys({TxtCha}, {.up = Move::Keep});

@@ -32,7 +32,7 @@ public:
     void showZgsqDes();
 
 protected:
-    void Form_Load() override {}
+    void Form_Load() override { }
 
 private:
     void Command1_Click();

@@ -75,9 +75,9 @@ QString bracedOdbcValue(QString value)
 QString odbcValue(const QString &value)
 {
     static const QString special = u";{}="_s;
-    const bool plain = std::none_of(value.cbegin(), value.cend(),
-                                    [](QChar c) { return special.contains(c); })
-                       && value.trimmed() == value;
+    const bool plain
+        = std::none_of(value.cbegin(), value.cend(), [](QChar c) { return special.contains(c); })
+        && value.trimmed() == value;
     return plain ? value : bracedOdbcValue(value);
 }
 
@@ -211,7 +211,8 @@ QSqlDatabase DbConnection::addMySql(const QString &server, const QString &databa
 QSqlDatabase DbConnection::addOdbc(const QString &server, const QString &databaseName)
 {
     const HostPort address = splitHostPort(server);
-    QString text = u"DRIVER=%1;SERVER=%2"_s.arg(bracedOdbcValue(m_odbcDriver), odbcValue(address.host));
+    QString text
+        = u"DRIVER=%1;SERVER=%2"_s.arg(bracedOdbcValue(m_odbcDriver), odbcValue(address.host));
     if (address.port > 0)
         text += u";PORT=%1"_s.arg(address.port);
     text += u";DATABASE="_s + odbcValue(databaseName);
@@ -229,7 +230,8 @@ QString DbConnection::embeddedFilePath(const QString &databaseName) const
     if (QFileInfo(name).suffix().isEmpty())
         name += ".db"_L1;
     const QFileInfo info(name);
-    const QString folder = info.isAbsolute() ? info.path() : QDir(m_fileFolder).filePath(info.path());
+    const QString folder
+        = info.isAbsolute() ? info.path() : QDir(m_fileFolder).filePath(info.path());
     return paths::findInDir(QDir::cleanPath(folder), info.fileName());
 }
 

@@ -74,11 +74,12 @@ QString bindOdbcParameters(const QSqlQuery &query, const QVariantList &params,
         const QString &text = bound.values.last();
         const auto bytes = SQLLEN(text.size() * sizeof(char16_t));
         bound.lengths[i] = params.at(i).isNull() ? SQL_NULL_DATA : bytes;
-        const SQLRETURN result = SQLBindParameter(
-            statement, SQLUSMALLINT(i + 1), SQL_PARAM_INPUT, SQL_C_WCHAR, SQL_WVARCHAR,
-            SQLULEN(qMax(text.size(), qsizetype(1))), 0,
-            const_cast<char16_t *>(reinterpret_cast<const char16_t *>(text.utf16())), bytes,
-            &bound.lengths[i]);
+        const SQLRETURN result
+            = SQLBindParameter(statement, SQLUSMALLINT(i + 1), SQL_PARAM_INPUT, SQL_C_WCHAR,
+                               SQL_WVARCHAR, SQLULEN(qMax(text.size(), qsizetype(1))), 0,
+                               const_cast<char16_t *>(
+                                   reinterpret_cast<const char16_t *>(text.utf16())),
+                               bytes, &bound.lengths[i]);
         if (!SQL_SUCCEEDED(result))
             return u"The ODBC driver refused parameter %1."_s.arg(i + 1);
     }
@@ -172,7 +173,8 @@ struct DbRowReader::Running
     QSqlQuery query;
 };
 
-DbRowReader::DbRowReader(const QString &sql, const DbConnection &connection, const QVariantList &params)
+DbRowReader::DbRowReader(const QString &sql, const DbConnection &connection,
+                         const QVariantList &params)
     : m_running(std::make_unique<Running>(sql, connection, params))
 {
 }

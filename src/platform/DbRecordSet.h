@@ -51,7 +51,8 @@ private:
 class QUARRY_EXPORT DbRowReader
 {
 public:
-    DbRowReader(const QString &sql, const DbConnection &connection, const QVariantList &params = {});
+    DbRowReader(const QString &sql, const DbConnection &connection,
+                const QVariantList &params = {});
     ~DbRowReader();
     DbRowReader(const DbRowReader &) = delete;
     DbRowReader &operator=(const DbRowReader &) = delete;

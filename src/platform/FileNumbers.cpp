@@ -51,18 +51,30 @@ Table &table()
 QString errorText(Error error)
 {
     switch (error) {
-    case InvalidArgument: return u"Invalid procedure call or argument"_s;
-    case BadFileNameOrNumber: return u"Bad file name or number"_s;
-    case FileNotFound: return u"File not found"_s;
-    case BadFileMode: return u"Bad file mode"_s;
-    case DeviceIOError: return u"Device I/O error"_s;
-    case FileAlreadyExists: return u"File already exists"_s;
-    case InputPastEnd: return u"Input past end of file"_s;
-    case BadRecordNumber: return u"Bad record number"_s;
-    case TooManyFiles: return u"Too many files"_s;
-    case PermissionDenied: return u"Permission denied"_s;
-    case PathFileAccessError: return u"Path/File access error"_s;
-    case PathNotFound: return u"Path not found"_s;
+    case InvalidArgument:
+        return u"Invalid procedure call or argument"_s;
+    case BadFileNameOrNumber:
+        return u"Bad file name or number"_s;
+    case FileNotFound:
+        return u"File not found"_s;
+    case BadFileMode:
+        return u"Bad file mode"_s;
+    case DeviceIOError:
+        return u"Device I/O error"_s;
+    case FileAlreadyExists:
+        return u"File already exists"_s;
+    case InputPastEnd:
+        return u"Input past end of file"_s;
+    case BadRecordNumber:
+        return u"Bad record number"_s;
+    case TooManyFiles:
+        return u"Too many files"_s;
+    case PermissionDenied:
+        return u"Permission denied"_s;
+    case PathFileAccessError:
+        return u"Path/File access error"_s;
+    case PathNotFound:
+        return u"Path not found"_s;
     }
     return {};
 }
@@ -103,12 +115,18 @@ void openDevice(QFile &file, Mode mode)
         raiseFileError(PathNotFound, path);
     bool opened = false;
     switch (mode) {
-    case Mode::Input: opened = file.open(unbuffered | QIODevice::ReadOnly); break;
-    case Mode::Output: opened = file.open(unbuffered | QIODevice::WriteOnly | QIODevice::Truncate); break;
-    case Mode::Append: opened = file.open(unbuffered | QIODevice::WriteOnly | QIODevice::Append); break;
+    case Mode::Input:
+        opened = file.open(unbuffered | QIODevice::ReadOnly);
+        break;
+    case Mode::Output:
+        opened = file.open(unbuffered | QIODevice::WriteOnly | QIODevice::Truncate);
+        break;
+    case Mode::Append:
+        opened = file.open(unbuffered | QIODevice::WriteOnly | QIODevice::Append);
+        break;
     case Mode::Binary:
         opened = file.open(unbuffered | QIODevice::ReadWrite)
-                 || (info.exists() && file.open(unbuffered | QIODevice::ReadOnly));
+            || (info.exists() && file.open(unbuffered | QIODevice::ReadOnly));
         break;
     }
     if (!opened)
@@ -211,8 +229,8 @@ void write(qint16 number, qint64 position, const QByteArray &data)
                        entry.file.fileName());
     }
     moveTo(entry, position);
-    const qint64 written = entry.mode == Mode::Append ? appendLocked(entry.file, data)
-                                                      : entry.file.write(data);
+    const qint64 written
+        = entry.mode == Mode::Append ? appendLocked(entry.file, data) : entry.file.write(data);
     if (written != data.size())
         raiseFileError(DeviceIOError, entry.file.fileName(), entry.file.errorString());
 }

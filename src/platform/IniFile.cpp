@@ -19,7 +19,8 @@ namespace {
 constexpr qsizetype MaxValueLength = 255;
 
 // How a file's text is stored.
-struct Storage {
+struct Storage
+{
     const char *codec = "UTF-8";
     qsizetype bomSize = 0;
     qsizetype unitSize = 1; // bytes per code unit: CR and LF are one unit
@@ -50,8 +51,9 @@ QByteArray lineFeed(const Storage &storage)
 // of what is decoded.
 QStringDecoder decoderFor(const Storage &storage)
 {
-    return QStringDecoder(storage.codec, QStringConverter::Flag::Stateless
-                                             | QStringConverter::Flag::ConvertInitialBom);
+    return QStringDecoder(storage.codec,
+                          QStringConverter::Flag::Stateless
+                              | QStringConverter::Flag::ConvertInitialBom);
 }
 
 // A character cut off at the end becomes U+FFFD, as it does inside the text,
@@ -82,7 +84,8 @@ char16_t unitAt(const QByteArray &bytes, qsizetype at, const Storage &storage)
 
 // Byte positions of one line: its text is [begin, end), its line break
 // [end, next).
-struct LineSpan {
+struct LineSpan
+{
     qsizetype begin = 0;
     qsizetype end = 0;
     qsizetype next = 0;
@@ -133,7 +136,8 @@ QStringView trimBlanksAndTabs(QStringView text)
 
 // What one line of an INI file is. For a key line, the value is the bytes
 // [valueBegin, valueEnd) of the file, blanks and tabs around it excluded.
-struct IniLine {
+struct IniLine
+{
     enum class Kind { Other, Section, Key };
     Kind kind = Kind::Other;
     QString name;
@@ -141,12 +145,14 @@ struct IniLine {
     qsizetype valueEnd = 0;
 };
 
-struct Line {
+struct Line
+{
     LineSpan span;
     IniLine parsed;
 };
 
-struct Document {
+struct Document
+{
     QByteArray bytes;
     Storage storage;
     mutable QStringDecoder decoder; // stateless: one serves every part of the text
@@ -284,7 +290,8 @@ qsizetype findSection(const Document &document, QStringView section)
 }
 
 // A write replaces the bytes [begin, end) of the file with these bytes.
-struct Splice {
+struct Splice
+{
     qsizetype begin = 0;
     qsizetype end = 0;
     QByteArray bytes;
@@ -314,7 +321,8 @@ Splice insertLine(const Document &document, qsizetype index, const QByteArray &t
     const LineSpan &after = document.lines[index].span;
     if (after.next == after.end) // the last line, without a line break
         return {after.end, after.end, newLine + text};
-    return {after.next, after.next, text + document.bytes.sliced(after.end, after.next - after.end)};
+    return {after.next, after.next,
+            text + document.bytes.sliced(after.end, after.next - after.end)};
 }
 
 Splice spliceFor(const Document &document, const QString &section, const QString &key,

@@ -73,7 +73,8 @@ QString findPath(const QString &path)
 QString componentDir()
 {
     Dl_info info{};
-    if (dladdr(reinterpret_cast<const void *>(&componentDir), &info) == 0 || info.dli_fname == nullptr)
+    if (dladdr(reinterpret_cast<const void *>(&componentDir), &info) == 0
+        || info.dli_fname == nullptr)
         return {};
     return QFileInfo(QFile::decodeName(info.dli_fname)).absolutePath();
 }
@@ -88,8 +89,8 @@ QString findInDir(const QString &dir, const QString &name)
     const QString exact = join(dir, name);
     if (QFileInfo::exists(exact))
         return exact;
-    const QStringList entries =
-        QDir(dir).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    const QStringList entries = QDir(dir).entryList(QDir::AllEntries | QDir::Hidden | QDir::System
+                                                    | QDir::NoDotAndDotDot);
     for (const QString &entry : entries) {
         if (entry.compare(name, Qt::CaseInsensitive) == 0)
             return join(dir, entry);

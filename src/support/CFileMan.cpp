@@ -20,7 +20,7 @@ using filenumbers::raiseFileError;
 
 namespace {
 
-constexpr qint64 BlockSize = 4096;   // of CopyFileBlock and CopyBlocks
+constexpr qint64 BlockSize = 4096;    // of CopyFileBlock and CopyBlocks
 constexpr qint64 CopyChunk = 1 << 16; // of CopyFileTo
 
 QString localPath(const QString &path)
@@ -173,7 +173,8 @@ bool CFileMan::MakePath(const QString &path)
     return guarded(false, [&] {
         const QString folder = localPath(path);
         // From 1: the root "/" of an absolute path is no folder to create.
-        for (qsizetype end = folder.indexOf(u'/', 1); end != -1; end = folder.indexOf(u'/', end + 1))
+        for (qsizetype end = folder.indexOf(u'/', 1); end != -1;
+             end = folder.indexOf(u'/', end + 1))
             createFolder(folder.left(end));
         createFolder(folder);
         return true;

@@ -29,8 +29,8 @@ namespace {
 // database calls.
 QString logFolder()
 {
-    const QString folder =
-        trimBlanks(IniFile::load(paths::sealIni()).value(u"ERROR"_s, u"ERRORFILE"_s));
+    const QString folder
+        = trimBlanks(IniFile::load(paths::sealIni()).value(u"ERROR"_s, u"ERRORFILE"_s));
     return paths::fromWindowsPath(folder.isEmpty() ? u"c:\\errorpath"_s : folder);
 }
 

@@ -10,8 +10,7 @@ namespace quarry {
 
 std::optional<double> leadingNumber(const QString &text)
 {
-    static const QRegularExpression number(
-        u"^[+-]?(\\d+\\.?\\d*|\\.\\d+)([eEdD][+-]?\\d+)?"_s);
+    static const QRegularExpression number(u"^[+-]?(\\d+\\.?\\d*|\\.\\d+)([eEdD][+-]?\\d+)?"_s);
     static const QRegularExpression blanks(u"[ \\t\\r\\n]"_s);
     QString compact = text;
     compact.remove(blanks);
@@ -28,8 +27,7 @@ std::optional<double> leadingNumber(const QString &text)
 
 std::optional<double> strictNumber(const QString &text)
 {
-    static const QRegularExpression number(
-        u"^[+-]?(\\d+\\.?\\d*|\\.\\d+)([eE][+-]?\\d+)?$"_s);
+    static const QRegularExpression number(u"^[+-]?(\\d+\\.?\\d*|\\.\\d+)([eE][+-]?\\d+)?$"_s);
     const QString trimmed = text.trimmed();
     if (!number.match(trimmed).hasMatch())
         return std::nullopt;

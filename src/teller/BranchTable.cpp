@@ -32,7 +32,8 @@ QList<BranchLink> BranchTable::query(const QStringList &parents) const
     for (qsizetype from = 0; from < parents.size(); from += ParentsPerQuery) {
         const QStringList chunk = parents.mid(from, ParentsPerQuery);
         QStringList marks(chunk.size(), u"?"_s);
-        DbRowReader reader(u"select WDH,MASTERNO from WDDZ where MASTERNO in ("_s + marks.join(u',') + u')',
+        DbRowReader reader(u"select WDH,MASTERNO from WDDZ where MASTERNO in ("_s + marks.join(u',')
+                               + u')',
                            m_db, QVariantList(chunk.cbegin(), chunk.cend()));
         while (reader.next())
             rows.append({reader.field(0), reader.field(1)});
@@ -72,7 +73,7 @@ bool BranchTable::comparesAsText() const
                 "(select distinct MASTERNO from WDDZ) M left join WDDZ B on M.MASTERNO=B.WDH"_s,
                 m_db);
     return counts.field(u"MASTERS"_s).toLongLong() == m_rowsBelow.size()
-           && counts.field(u"LINKS"_s).toLongLong() == links;
+        && counts.field(u"LINKS"_s).toLongLong() == links;
 }
 
 QList<BranchLink> BranchTable::lookUp(const QStringList &parents) const

@@ -88,8 +88,8 @@ const DbConnection &CHy::LocalConn()
     if (m_db->isOpen())
         return *m_db;
     m_config->prepareConnection(*m_db);
-    m_db->open(u"Server="_s + m_config->SERVER + u";Database="_s + m_config->SEALBASE,
-               u"BISOL"_s, u"KORMANTE"_s, true);
+    m_db->open(u"Server="_s + m_config->SERVER + u";Database="_s + m_config->SEALBASE, u"BISOL"_s,
+               u"KORMANTE"_s, true);
     if (m_db->failed())
         throw QuarryError(QuarryError::DataError, u"CHy.LocalConn()"_s,
                           u"连接数据库"_s + m_config->SERVER + u" 失败！"_s + m_db->errorText());
@@ -115,7 +115,9 @@ QString CHy::GetBelongedWDHS(const QString &wdh)
 {
     const auto tree = guarded(u"CHy.GetBelongedWDHS()"_s, u"CHy.GetBelongedWDHS["_s, [&] {
         BranchTable table(LocalConn());
-        return BranchTree(wdh, [&table](const QStringList &parents) { return table.subBranches(parents); });
+        return BranchTree(wdh, [&table](const QStringList &parents) {
+            return table.subBranches(parents);
+        });
     });
     const bool mySql = m_config->BASEMODE.compare(u"MYSQL"_s, Qt::CaseInsensitive) == 0;
     const qsizetype start = m_belongedWdhs.size();
@@ -125,8 +127,8 @@ QString CHy::GetBelongedWDHS(const QString &wdh)
     }
     if (!tree.repeated().isEmpty())
         logQuietly(u"CHy.GetBelongedWDHS()"_s,
-                   u"网点对照表数据有误：网点"_s + tree.repeated().join(u',')
-                       + u"在网点"_s + wdh + u"之下出现多次（有多个上级网点或上级关系构成循环），只列出一次"_s);
+                   u"网点对照表数据有误：网点"_s + tree.repeated().join(u',') + u"在网点"_s + wdh
+                       + u"之下出现多次（有多个上级网点或上级关系构成循环），只列出一次"_s);
     // Without sub-branches: the branch just appended, without its comma.
     return tree.branches().size() > 1 ? QString() : m_belongedWdhs.sliced(start).chopped(1);
 }
@@ -151,7 +153,8 @@ QString CHy::GetWdNameByWdh(const QString &wdh)
 QString CHy::GetHyWDH(const QString &hydh)
 {
     return guarded(u"CHy.GetHyWDH()"_s, u"CHy.GetHyWDH["_s, [&] {
-        const QString typeId = firstText(u"SELECT HYTYPEID FROM HY WHERE HYDH=?"_s, {hydh}, u"HYTYPEID"_s);
+        const QString typeId
+            = firstText(u"SELECT HYTYPEID FROM HY WHERE HYDH=?"_s, {hydh}, u"HYTYPEID"_s);
         bool numeric = false;
         const qint64 id = typeId.toLongLong(&numeric);
         if (!numeric)
@@ -166,7 +169,7 @@ bool CHy::isFenhang()
         return firstValue(u"SELECT MASTERNO From WDDZ WHERE WDH IN"
                           "(SELECT MASTERNO From WDDZ WHERE WDH = ?)"_s,
                           {m_config->DEPARTID}, u"MasterNo"_s)
-               == HeadOfficeParent;
+            == HeadOfficeParent;
     });
 }
 
@@ -174,9 +177,10 @@ bool CHy::isManager(const QString &hydh)
 {
     // The database-error text begins like isFenhang's, as the system has always reported it.
     const auto hyqx = guarded(u"CHy"_s, u"isFenhang["_s, [&] {
-        return firstValue(u"SELECT b.HYQX FROM HY a INNER JOIN  HYCONFIG b ON a.HYTYPEID = b.HYTYPEID "
-                          " WHERE (a.HYDH = ?)"_s,
-                          {hydh}, u"HYQX"_s);
+        return firstValue(
+            u"SELECT b.HYQX FROM HY a INNER JOIN  HYCONFIG b ON a.HYTYPEID = b.HYTYPEID "
+            " WHERE (a.HYDH = ?)"_s,
+            {hydh}, u"HYQX"_s);
     });
     if (!hyqx)
         throw QuarryError(QuarryError::DataError, u"CHy"_s, u"isManager : 行员不存在权限!"_s);
@@ -239,7 +243,8 @@ QString CHy::GetBranchWdh(const QString &wdh)
 {
     const QString source = u"CHy::GetBranchWdh()"_s;
     const auto read = [&](const QString &sql, const QVariantList &params, const QString &field) {
-        return guarded(source, u"CHy::GetBranchWdh["_s, [&] { return firstValue(sql, params, field); });
+        return guarded(source, u"CHy::GetBranchWdh["_s,
+                       [&] { return firstValue(sql, params, field); });
     };
 
     const auto headOffice = read(u"select WDH from WDDZ where MASTERNO='000'"_s, {}, u"WDH"_s);
@@ -251,11 +256,15 @@ QString CHy::GetBranchWdh(const QString &wdh)
     QSet<QString> walked;
     for (;;) {
         if (walked.contains(branch))
-            raiseLogged(source, u"网点对照表中网点"_s + wdh + u"的上级关系构成循环，找不到它所属的分行！"_s);
+            raiseLogged(source,
+                        u"网点对照表中网点"_s + wdh
+                            + u"的上级关系构成循环，找不到它所属的分行！"_s);
         walked.insert(branch);
-        const auto master = read(u"select MASTERNO from WDDZ where WDH=?"_s, {branch}, u"MASTERNO"_s);
+        const auto master
+            = read(u"select MASTERNO from WDDZ where WDH=?"_s, {branch}, u"MASTERNO"_s);
         if (!master)
-            throw QuarryError(QuarryError::DataError, source, u"网点号"_s + branch + u"不在网点对照表中"_s);
+            throw QuarryError(QuarryError::DataError, source,
+                              u"网点号"_s + branch + u"不在网点对照表中"_s);
         if (*master == *headOffice)
             return branch;
         branch = *master;
