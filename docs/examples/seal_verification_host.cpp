@@ -2,7 +2,7 @@
 // verification log and lists the rows that match from the station's seal
 // database (an SQLite file here; any QtSql database works the same way).
 //
-//   seal-verification-host /path/to/SEAL.db
+//   seal-verification-host /path/to/SEAL.db [LOGTYPE]   (default YYRZ)
 #include <quarry/CQuarry.h>
 #include <quarry/QuarryError.h>
 
@@ -16,10 +16,11 @@ int main(int argc, char *argv[])
 {
     QApplication app(argc, argv);
     QTextStream out(stdout);
-    if (argc != 2) {
-        out << "usage: seal-verification-host SEAL.db\n";
+    if (argc < 2 || argc > 3) {
+        out << "usage: seal-verification-host SEAL.db [LOGTYPE]\n";
         return 2;
     }
+    const QString logType = argc == 3 ? QString::fromLocal8Bit(argv[2]) : QStringLiteral("YYRZ");
 
     QString condition;
     try {
@@ -27,7 +28,7 @@ int main(int argc, char *argv[])
         // Verification methods (list A) and results (list B): codes,
         // descriptions, how many; then the lengths of the teller, account and
         // cheque boxes, and whether to offer branch, seal card and operator.
-        quarry.showComplex(QStringLiteral("YYRZ"), {1, 2},
+        quarry.showComplex(logType, {1, 2},
                            {QStringLiteral("自动验印"), QStringLiteral("人工验印")}, {0, 1},
                            {QStringLiteral("通过"), QStringLiteral("不通过")}, 2, 2, 4, 17, 8, true,
                            true, false);

@@ -48,10 +48,16 @@ set(ENV{LD_LIBRARY_PATH} "${libdir}")
 run("${WORK_DIR}/cmake/consumer")
 run("${WORK_DIR}/pkgconfig-consumer")
 
-# The shell example with the packaged quarry-ask, for a log type that asks
-# nothing (an operator would be needed for any other).
+# The host guide's examples, for a log type that asks nothing (an operator
+# would be needed for any other): the C++ host, and the shell host with the
+# packaged quarry-ask.
 file(WRITE "${WORK_DIR}/station/SEAL.INI" "[SBMK]\nDoubleSealQuota=0\n")
 set(ENV{QUARRY_SYSTEM_DIR} "${WORK_DIR}/station")
+execute_process(COMMAND "${WORK_DIR}/cmake/seal-verification-host" none.db YZXCLRZ
+    RESULT_VARIABLE result)
+if(NOT result EQUAL 1)
+    message(FATAL_ERROR "The C++ example did not end as cancelled: ${result}")
+endif()
 set(ENV{PATH} "${root}/usr/bin:$ENV{PATH}")
 execute_process(COMMAND bash "${EXAMPLES_DIR}/ask-seal-verifications.sh" none.db YZXCLRZ
     OUTPUT_VARIABLE out RESULT_VARIABLE result)
