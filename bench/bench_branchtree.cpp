@@ -7,20 +7,15 @@
 // leaves it), else one started for the run with scripts/mariadb-test-server.sh;
 // without a MariaDB server those rows are skipped with a message.
 
+#include "BestOf.h"
 #include "BranchWalk.h"
+#include "OwnMariaDb.h"
 #include "SampleStation.h"
 
 #include "platform/DbConnection.h"
 #include "teller/CHy.h"
 
-#include <QElapsedTimer>
-#include <QProcess>
-#include <QTemporaryDir>
 #include <QTest>
-
-#include <functional>
-#include <limits>
-#include <optional>
 
 using namespace Qt::StringLiterals;
 using quarry::test::Engine;
@@ -67,19 +62,6 @@ QString treeScript()
     return script;
 }
 
-// The best of Runs runs, in milliseconds.
-double bestOf(const std::function<void()> &run)
-{
-    qint64 best = std::numeric_limits<qint64>::max();
-    for (int i = 0; i < Runs; ++i) {
-        QElapsedTimer timer;
-        timer.start();
-        run();
-        best = qMin(best, timer.nsecsElapsed());
-    }
-    return double(best) / 1e6;
-}
-
 } // namespace
 
 class BenchBranchTree : public QObject
@@ -87,44 +69,12 @@ class BenchBranchTree : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void cleanupTestCase();
     void belongedWdhs_data();
     void belongedWdhs();
 
 private:
-    bool runServerScript(const QString &action);
-
-    std::optional<QTemporaryDir> m_ownServer;
+    quarry::bench::OwnMariaDb m_server;
 };
-
-bool BenchBranchTree::runServerScript(const QString &action)
-{
-    QProcess script;
-    script.setProcessChannelMode(QProcess::ForwardedChannels);
-    script.start(u"bash"_s,
-                 {QStringLiteral(QUARRY_SOURCE_DIR) + u"/scripts/mariadb-test-server.sh"_s, action,
-                  m_ownServer->path()});
-    return script.waitForFinished(180000) && script.exitStatus() == QProcess::NormalExit
-        && script.exitCode() == 0;
-}
-
-void BenchBranchTree::initTestCase()
-{
-    if (quarry::test::mariaDbPort() != 0)
-        return;
-    m_ownServer.emplace(u"/tmp/quarry-bench-XXXXXX"_s); // short: the server's socket lives there
-    QVERIFY(m_ownServer->isValid());
-    if (!runServerScript(u"start"_s))
-        qWarning("The MariaDB server did not start: the MariaDB rows are skipped.");
-    qputenv("QUARRY_MARIADB_DIR", QFile::encodeName(m_ownServer->path()));
-}
-
-void BenchBranchTree::cleanupTestCase()
-{
-    if (m_ownServer)
-        runServerScript(u"stop"_s);
-}
 
 void BenchBranchTree::belongedWdhs_data()
 {
@@ -148,7 +98,7 @@ void BenchBranchTree::belongedWdhs()
     quarry::CHy hy;
     QCOMPARE(hy.IsWdhExist(headOffice), qint16(1)); // connected before the clock runs
     QString belonged;
-    const double belongedMs = bestOf([&] {
+    const double belongedMs = quarry::bench::bestOf(Runs, [&] {
         hy.clearBelongedWdhs();
         hy.GetBelongedWDHS(headOffice);
         belonged = hy.belongedWdhs();
@@ -159,8 +109,9 @@ void BenchBranchTree::belongedWdhs()
     connection.open(station.seal().connectionString(), u"BISOL"_s, u"KORMANTE"_s, true);
     QVERIFY2(connection.isOpen(), qPrintable(connection.errorText()));
     QString oneByOne;
-    const double oneByOneMs = bestOf(
-        [&] { oneByOne = quarry::test::belongedWdhsOneQueryPerBranch(connection, headOffice); });
+    const double oneByOneMs = quarry::bench::bestOf(Runs, [&] {
+        oneByOne = quarry::test::belongedWdhsOneQueryPerBranch(connection, headOffice);
+    });
 
     QCOMPARE(belonged.count(u','), 20000);
     QCOMPARE(belonged, oneByOne);
