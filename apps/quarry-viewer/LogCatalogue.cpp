@@ -12,10 +12,10 @@ namespace quarry::viewer {
 
 namespace {
 
-const QStringList KnownKeys{u"Title"_s,    u"Table"_s,     u"Call"_s,      u"Result"_s,
-                            u"ListA"_s,    u"ListASql"_s,  u"ListB"_s,     u"ListBSql"_s,
-                            u"ClerkLen"_s, u"AccLen"_s,    u"ChequeLen"_s, u"ShowWDH"_s,
-                            u"ShowYJK"_s,  u"ShowOpCode"_s};
+const QStringList KnownKeys{u"Title"_s,    u"Table"_s,    u"Key"_s,       u"Call"_s,
+                            u"Result"_s,   u"ListA"_s,    u"ListASql"_s,  u"ListB"_s,
+                            u"ListBSql"_s, u"ClerkLen"_s, u"AccLen"_s,    u"ChequeLen"_s,
+                            u"ShowWDH"_s,  u"ShowYJK"_s,  u"ShowOpCode"_s};
 
 // QSettings reads a value with commas as a list; the catalogue means the
 // text.
@@ -54,6 +54,18 @@ public:
         if (index < 0)
             fault(key, u"\"%1\" is not one of %2"_s.arg(word, words.join(u", "_s)));
         return int(qMax(index, 0));
+    }
+
+    // A table or column name (what), as it goes into SQL unquoted.
+    QString name(const QString &key, const QString &what)
+    {
+        static const QRegularExpression identifier(u"^[A-Za-z_][A-Za-z0-9_]*$"_s);
+        const QString name = value(key);
+        if (name.isEmpty())
+            fault(key, u"missing"_s);
+        else if (!identifier.match(name).hasMatch())
+            fault(key, u"\"%1\" is not a %2 name"_s.arg(name, what));
+        return name;
     }
 
     qint32 length(const QString &key)
@@ -169,12 +181,9 @@ void LogCatalogue::readEntry(QSettings &settings, const QString &logType, const 
         reader.fault(u"Title"_s, u"missing"_s);
     entry.call = LogEntry::Call(reader.choice(u"Call"_s, {u"complex"_s, u"complex-ex"_s}));
     entry.result = LogEntry::Result(reader.choice(u"Result"_s, {u"where"_s, u"select"_s}));
-    entry.table = reader.value(u"Table"_s);
-    static const QRegularExpression identifier(u"^[A-Za-z_][A-Za-z0-9_]*$"_s);
-    if (entry.result == LogEntry::Result::Where && !identifier.match(entry.table).hasMatch())
-        reader.fault(u"Table"_s,
-                     entry.table.isEmpty() ? u"missing"_s
-                                           : u"\"%1\" is not a table name"_s.arg(entry.table));
+    entry.table = entry.result == LogEntry::Result::Where ? reader.name(u"Table"_s, u"table"_s)
+                                                          : reader.value(u"Table"_s);
+    entry.key = reader.name(u"Key"_s, u"column"_s);
     entry.listA = reader.codeList(u"ListA"_s);
     entry.listB = reader.codeList(u"ListB"_s);
     entry.clerkLength = reader.length(u"ClerkLen"_s);

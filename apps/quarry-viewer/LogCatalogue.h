@@ -17,6 +17,8 @@ namespace quarry::viewer {
 //   [YYRZ]
 //   Title=验印日志            what the list shows
 //   Table=YYLOG              the log table (not for Result=select)
+//   Key=LOGID                the column that orders the rows, one value
+//                            per row (an indexed one reads fastest)
 //   Call=complex             or complex-ex (showComplexEx)
 //   Result=where             or select: the dialog hands back a whole SELECT
 //   ListA="1=自动验印,2=人工验印"   first code list written out, or

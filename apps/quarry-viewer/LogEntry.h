@@ -28,6 +28,9 @@ struct LogEntry
     QString logType;
     QString title;
     QString table;
+    // The column that orders the rows, with one value per row: the view
+    // reads the rows a page at a time in its order.
+    QString key;
     Call call = Call::Complex;
     Result result = Result::Where;
     CodeListSource listA;

@@ -61,6 +61,16 @@ QString StationDatabase::fill(CodeListSource &list)
     return {};
 }
 
+Paging StationDatabase::paging() const
+{
+    const QString mode = m_config->BASEMODE.toUpper();
+    if (mode == u"SQLSERVER"_s)
+        return Paging::OffsetFetch;
+    if (mode.startsWith(u"SYBASE"_s))
+        return Paging::None;
+    return Paging::LimitOffset;
+}
+
 QString StationDatabase::iniPath() const
 {
     return m_config->IniPath;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "LogEntry.h"
+#include "LogSelect.h"
 
 #include <QSqlDatabase>
 #include <QString>
@@ -35,6 +36,8 @@ public:
     // worked, else the fault.
     QString fill(CodeListSource &list);
 
+    // How the engine of seal.ini's BASEMODE takes a page of rows.
+    Paging paging() const;
     QString iniPath() const;
     // The dialect and the database, for the window's title.
     QString describe() const;

@@ -2,6 +2,7 @@
 
 #include "ConditionRequest.h"
 #include "CsvWriter.h"
+#include "LogRowsModel.h"
 #include "LogSelect.h"
 #include "PassRateChart.h"
 
@@ -21,8 +22,6 @@
 #include <QSaveFile>
 #include <QSplitter>
 #include <QSqlError>
-#include <QSqlQuery>
-#include <QSqlQueryModel>
 #include <QTableView>
 #include <QVBoxLayout>
 
@@ -33,7 +32,7 @@ namespace quarry::viewer {
 ViewerWindow::ViewerWindow(const LogCatalogue &catalogue, QWidget *parent)
     : QMainWindow(parent)
     , m_entries(catalogue.entries())
-    , m_model(new QSqlQueryModel(this))
+    , m_model(new LogRowsModel(1000, this))
 {
     setWindowTitle(u"Quarry 日志查看 — %1"_s.arg(m_database.describe()));
     auto *splitter = new QSplitter(Qt::Horizontal, this);
@@ -41,6 +40,8 @@ ViewerWindow::ViewerWindow(const LogCatalogue &catalogue, QWidget *parent)
     splitter->addWidget(makeResultPane());
     splitter->setStretchFactor(1, 1);
     setCentralWidget(splitter);
+    connect(m_model, &LogRowsModel::readFailed, this,
+            [this](const QSqlError &error) { queryFailed(u"读取结果失败"_s, error); });
     resize(1100, 700);
     if (!catalogue.problems().isEmpty())
         showError(u"日志目录有误，以下条目未列出：\n"_s + catalogue.problems().join(u'\n'));
@@ -168,21 +169,16 @@ void ViewerWindow::runSelect(const LogEntry &entry, const QString &select)
     }
     QElapsedTimer timer;
     timer.start();
-    m_model->setQuery(select, m_database.database());
-    if (m_model->lastError().isValid()) {
-        queryFailed(u"查询失败"_s, m_model->lastError());
-        return;
-    }
-    QSqlQuery count(m_database.database());
-    if (!count.exec(countSelect(select)) || !count.next()) {
-        queryFailed(u"统计行数失败"_s, count.lastError());
+    const QSqlError error
+        = m_model->setQuery(m_database.database(), select, entry.key, m_database.paging());
+    if (error.isValid()) {
+        queryFailed(u"查询失败"_s, error);
         return;
     }
     m_statusLabel->setText(u"%1：共 %2 行，用时 %3 毫秒"_s.arg(entry.title)
-                               .arg(count.value(0).toLongLong())
+                               .arg(m_model->rowCount())
                                .arg(timer.elapsed()));
     if (entry.result == LogEntry::Result::Select) {
-        fetchAll();
         m_chart->showRates(*m_model);
         m_chart->show();
         m_exportPngButton->show();
@@ -200,30 +196,22 @@ void ViewerWindow::queryFailed(const QString &what, const QSqlError &error)
     m_statusLabel->setText(u"查询未完成。"_s);
 }
 
-void ViewerWindow::fetchAll()
-{
-    while (m_model->canFetchMore())
-        m_model->fetchMore();
-}
-
 void ViewerWindow::showError(const QString &text)
 {
     m_errorLabel->setText(text);
     m_errorLabel->show();
 }
 
-// The model lets go of its query, which holds on to the connection's
-// driver: the connection may be closed after this.
+// The model lets go of the connection, which may be closed after this.
 void ViewerWindow::clearResult()
 {
-    m_model->setQuery(QSqlQuery());
+    m_model->clear();
     m_chart->hide();
     m_exportPngButton->hide();
 }
 
 bool ViewerWindow::exportCsv(const QString &path)
 {
-    fetchAll();
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly)) {
         showError(u"无法写入 %1：%2"_s.arg(path, file.errorString()));
@@ -234,11 +222,16 @@ bool ViewerWindow::exportCsv(const QString &path)
     for (int c = 0; c < m_model->columnCount(); ++c)
         header.append(m_model->headerData(c, Qt::Horizontal).toString());
     csv.writeRow(header);
-    for (int row = 0; row < m_model->rowCount(); ++row) {
+    for (int row = 0; row < m_model->rowCount() && !m_model->lastError().isValid(); ++row) {
         QStringList fields;
         for (int c = 0; c < m_model->columnCount(); ++c)
             fields.append(m_model->index(row, c).data().toString());
         csv.writeRow(fields);
+    }
+    // A page that could not be read leaves no half file behind.
+    if (m_model->lastError().isValid()) {
+        file.cancelWriting();
+        return false;
     }
     if (!csv.ok() || !file.commit()) {
         showError(u"无法写入 %1：%2"_s.arg(path, file.errorString()));

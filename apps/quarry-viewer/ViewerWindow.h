@@ -10,18 +10,18 @@ class QListWidget;
 class QPlainTextEdit;
 class QPushButton;
 class QSqlError;
-class QSqlQueryModel;
 class QTableView;
 
 namespace quarry::viewer {
 
+class LogRowsModel;
 class PassRateChart;
 
 // The logs of the station in a list; choosing one asks the operator for the
 // condition through CQuarry's own dialog, runs the log's SELECT on the
-// station's seal database and shows the rows (fetched as they scroll into
-// view), their count, the time taken and the statement that ran. The seal
-// result statistics get a bar chart of the pass rates too.
+// station's seal database and shows the rows (read a page at a time as they
+// scroll into view), their count, the time taken and the statement that
+// ran. The seal result statistics get a bar chart of the pass rates too.
 class ViewerWindow : public QMainWindow
 {
     Q_OBJECT
@@ -33,7 +33,7 @@ public:
     // Asks for the condition of the catalogue's entry `index` and shows its
     // rows; a cancelled dialog runs nothing.
     void runLog(int index);
-    // Every row of the result (fetching the rest first) as CSV.
+    // Every row of the result as CSV.
     bool exportCsv(const QString &path);
     bool exportChartPng(const QString &path);
 
@@ -43,7 +43,6 @@ private:
     bool readCodeLists(LogEntry &entry);
     void runSelect(const LogEntry &entry, const QString &select);
     void queryFailed(const QString &what, const QSqlError &error);
-    void fetchAll();
     void showError(const QString &text);
     void clearResult();
     void chooseCsvFile();
@@ -51,7 +50,7 @@ private:
 
     QList<LogEntry> m_entries;
     StationDatabase m_database;
-    QSqlQueryModel *m_model;
+    LogRowsModel *m_model;
     QListWidget *m_logList = nullptr;
     QLabel *m_errorLabel = nullptr;
     QPlainTextEdit *m_sqlText = nullptr;

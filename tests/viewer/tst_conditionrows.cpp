@@ -1,7 +1,8 @@
 // Every log's condition, asked through CQuarry as the viewer asks it (the
 // sample catalogue's lists, lengths and flags) and run on the sample log
-// tables: the rows the database returns are the rows the operator's input
-// means, decided here from the rows themselves. The inputs: nothing, every
+// tables as the viewer runs it, a page at a time: the rows the viewer shows
+// are the rows the operator's input means, decided here from the rows
+// themselves. The inputs: nothing, every
 // field, wildcards, branches with their sub-branches (bank profile Vefos),
 // and the characters that end an SQL literal or widen a LIKE, typed and
 // pasted.
@@ -17,6 +18,7 @@
 
 #include "ConditionRequest.h"
 #include "LogCatalogue.h"
+#include "LogRowsModel.h"
 #include "LogSelect.h"
 #include "StationDatabase.h"
 
@@ -290,7 +292,8 @@ class TestConditionRows : public QObject
 
 private:
     SampleStation &station(Engine engine);
-    QList<Row> select(Engine engine, const QString &sql, QString *error = nullptr);
+    QList<Row> select(Engine engine, const QString &sql);
+    static QList<Row> viewed(StationDatabase &database, const LogEntry &entry, const QString &sql, QString *error);
 
     std::map<Engine, std::unique_ptr<SampleStation>> m_stations;
 
@@ -310,19 +313,16 @@ SampleStation &TestConditionRows::station(Engine engine)
     return *station;
 }
 
-QList<Row> TestConditionRows::select(Engine engine, const QString &sql, QString *error)
+QList<Row> TestConditionRows::select(Engine engine, const QString &sql)
 {
     SampleStation &s = station(engine);
     DbConnection db;
     s.seal().prepare(db);
     db.open(s.seal().connectionString(), u"BISOL"_s, u"KORMANTE"_s, true);
     QSqlQuery query(db.database());
+    if (!query.exec(sql))
+        qFatal("%s: %s", qPrintable(sql), qPrintable(query.lastError().text()));
     QList<Row> rows;
-    if (!query.exec(sql)) {
-        if (error)
-            *error = query.lastError().text();
-        return rows;
-    }
     while (query.next()) {
         const QSqlRecord record = query.record();
         Row row;
@@ -330,6 +330,27 @@ QList<Row> TestConditionRows::select(Engine engine, const QString &sql, QString 
             row.insert(record.fieldName(c).toLower(), query.value(c).toString());
         rows.append(row);
     }
+    return rows;
+}
+
+// The rows as the viewer's table shows them, read in pages of 500.
+QList<Row> TestConditionRows::viewed(StationDatabase &database, const LogEntry &entry, const QString &sql, QString *error)
+{
+    if (*error = database.open(); !error->isEmpty())
+        return {};
+    LogRowsModel model(500);
+    if (const QSqlError fault = model.setQuery(database.database(), sql, entry.key, database.paging()); fault.isValid()) {
+        *error = fault.text();
+        return {};
+    }
+    QList<Row> rows;
+    for (int r = 0; r < model.rowCount(); ++r) {
+        Row row;
+        for (int c = 0; c < model.columnCount(); ++c)
+            row.insert(model.headerData(c, Qt::Horizontal).toString().toLower(), model.index(r, c).data().toString());
+        rows.append(row);
+    }
+    *error = model.lastError().text();
     return rows;
 }
 
@@ -356,17 +377,15 @@ void TestConditionRows::rows()
     QVERIFY2(station(engine).isValid(), qPrintable(station(engine).errorText()));
 
     LogEntry entry = catalogueEntry(c.logType);
-    {
-        StationDatabase database;
-        QCOMPARE(database.fill(entry.listA), QString());
-        QCOMPARE(database.fill(entry.listB), QString());
-    }
+    StationDatabase database;
+    QCOMPARE(database.fill(entry.listA), QString());
+    QCOMPARE(database.fill(entry.listB), QString());
     QString condition;
     QVERIFY(operateWithPaste([&] { condition = askCondition(entry); }, c.steps));
     QVERIFY(!condition.isEmpty());
 
     QString error;
-    const QList<Row> got = select(engine, logSelect(entry, condition), &error);
+    const QList<Row> got = viewed(database, entry, logSelect(entry, condition), &error);
     QVERIFY2(error.isEmpty(), qPrintable(error + u"\n"_s + condition));
     QStringList ids;
     for (const Row &row : got)
@@ -422,7 +441,8 @@ void TestConditionRows::statistics()
     QString condition;
     QVERIFY(operateWithPaste([&] { condition = askCondition(entry); }, steps));
     QString error;
-    const QList<Row> got = select(Engine::MariaDb, logSelect(entry, condition), &error);
+    StationDatabase database;
+    const QList<Row> got = viewed(database, entry, logSelect(entry, condition), &error);
     QVERIFY2(error.isEmpty(), qPrintable(error + u"\n"_s + condition));
 
     QHash<QString, QString> branchOf;

@@ -41,7 +41,7 @@ QString describe(const LogEntry &e)
         .arg(e.showWdh ? u"WDH"_s : u"-"_s, e.showYjk ? u"YJK"_s : u"-"_s, e.showOpCode ? u"OP"_s : u"-"_s);
 }
 
-const QByteArray Head = "[Catalogue]\nLogs=YYRZ\n[YYRZ]\nTitle=验印日志\n";
+const QByteArray Head = "[Catalogue]\nLogs=YYRZ\n[YYRZ]\nTitle=验印日志\nKey=LOGID\n";
 
 } // namespace
 
@@ -56,6 +56,8 @@ private Q_SLOTS:
     void missingCatalogue();
     void select_data();
     void select();
+    void page_data();
+    void page();
     void csv_data();
     void csv();
 };
@@ -80,30 +82,32 @@ void TestViewerParts::catalogue_data()
         << QStringList{};
     QTest::newRow("whole SELECT needs no table") << Head + "Result=select\n"
         << QStringList{u"YYRZ 验印日志 - complex select A[] B[] 0/0/0 - - -"_s} << QStringList{};
-    QTest::newRow("order of the list") << QByteArray("[Catalogue]\nLogs=B, A\n[A]\nTitle=a\nTable=TA\n[B]\nTitle=b\nTable=TB\n")
+    QTest::newRow("order of the list") << QByteArray("[Catalogue]\nLogs=B, A\n[A]\nTitle=a\nTable=TA\nKey=ID\n[B]\nTitle=b\nTable=TB\nKey=ID\n")
         << QStringList{u"B b TB complex where A[] B[] 0/0/0 - - -"_s, u"A a TA complex where A[] B[] 0/0/0 - - -"_s}
         << QStringList{};
 
     const auto faulty = [](const char *tag, const QByteArray &section, const QString &problem) {
-        QTest::newRow(tag) << QByteArray("[Catalogue]\nLogs=YYRZ, SJRZ\n[SJRZ]\nTitle=登录日志\nTable=SJLOG\n[YYRZ]\n") + section
+        QTest::newRow(tag) << QByteArray("[Catalogue]\nLogs=YYRZ, SJRZ\n[SJRZ]\nTitle=登录日志\nTable=SJLOG\nKey=LOGID\n[YYRZ]\n") + section
                            << QStringList{u"SJRZ 登录日志 SJLOG complex where A[] B[] 0/0/0 - - -"_s}
                            << QStringList{problem};
     };
-    faulty("no title", "Table=YYLOG\n", u"cat.ini [YYRZ] Title: missing"_s);
-    faulty("no table", "Title=t\n", u"cat.ini [YYRZ] Table: missing"_s);
-    faulty("table with SQL", "Title=t\nTable=YYLOG WHERE 1=1\n", u"cat.ini [YYRZ] Table: \"YYLOG WHERE 1=1\" is not a table name"_s);
-    faulty("misspelt key", "Title=t\nTable=YYLOG\nTabel=YYLOG\n", u"cat.ini [YYRZ] Tabel: unknown key"_s);
-    faulty("unknown call", "Title=t\nTable=YYLOG\nCall=complexEx\n", u"cat.ini [YYRZ] Call: \"complexEx\" is not one of complex, complex-ex"_s);
-    faulty("unknown result", "Title=t\nTable=YYLOG\nResult=all\n", u"cat.ini [YYRZ] Result: \"all\" is not one of where, select"_s);
-    faulty("length not a number", "Title=t\nTable=YYLOG\nAccLen=seventeen\n", u"cat.ini [YYRZ] AccLen: \"seventeen\" is not a length (0 or more)"_s);
-    faulty("negative length", "Title=t\nTable=YYLOG\nChequeLen=-8\n", u"cat.ini [YYRZ] ChequeLen: \"-8\" is not a length (0 or more)"_s);
-    faulty("flag not a truth", "Title=t\nTable=YYLOG\nShowWDH=yes\n", u"cat.ini [YYRZ] ShowWDH: \"yes\" is neither true nor false"_s);
-    faulty("code not a number", "Title=t\nTable=YYLOG\nListA=\"1=开户,x=销户\"\n", u"cat.ini [YYRZ] ListA: \"1=开户,x=销户\" is not a code list (CODE=TEXT,...)"_s);
-    faulty("code without text", "Title=t\nTable=YYLOG\nListB=\"1=\"\n", u"cat.ini [YYRZ] ListB: \"1=\" is not a code list (CODE=TEXT,...)"_s);
-    faulty("code beyond 16 bits", "Title=t\nTable=YYLOG\nListA=\"40000=x\"\n", u"cat.ini [YYRZ] ListA: \"40000=x\" is not a code list (CODE=TEXT,...)"_s);
-    faulty("list twice", "Title=t\nTable=YYLOG\nListA=\"1=a\"\nListASql=SELECT 1, 'a'\n", u"cat.ini [YYRZ] ListA: give either ListA or ListASql, not both"_s);
-    faulty("list SQL not a SELECT", "Title=t\nTable=YYLOG\nListASql=DELETE FROM HY\n", u"cat.ini [YYRZ] ListASql: not a SELECT"_s);
-    QTest::newRow("listed without section") << QByteArray("[Catalogue]\nLogs=YYRZ, PJSBRZ\n[YYRZ]\nTitle=t\nTable=YYLOG\n")
+    faulty("no title", "Table=YYLOG\nKey=LOGID\n", u"cat.ini [YYRZ] Title: missing"_s);
+    faulty("no table", "Title=t\nKey=LOGID\n", u"cat.ini [YYRZ] Table: missing"_s);
+    faulty("no key", "Title=t\nTable=YYLOG\n", u"cat.ini [YYRZ] Key: missing"_s);
+    faulty("key with SQL", "Title=t\nTable=YYLOG\nKey=LOGID DESC\n", u"cat.ini [YYRZ] Key: \"LOGID DESC\" is not a column name"_s);
+    faulty("table with SQL", "Title=t\nKey=LOGID\nTable=YYLOG WHERE 1=1\n", u"cat.ini [YYRZ] Table: \"YYLOG WHERE 1=1\" is not a table name"_s);
+    faulty("misspelt key", "Title=t\nKey=LOGID\nTable=YYLOG\nTabel=YYLOG\n", u"cat.ini [YYRZ] Tabel: unknown key"_s);
+    faulty("unknown call", "Title=t\nKey=LOGID\nTable=YYLOG\nCall=complexEx\n", u"cat.ini [YYRZ] Call: \"complexEx\" is not one of complex, complex-ex"_s);
+    faulty("unknown result", "Title=t\nKey=LOGID\nTable=YYLOG\nResult=all\n", u"cat.ini [YYRZ] Result: \"all\" is not one of where, select"_s);
+    faulty("length not a number", "Title=t\nKey=LOGID\nTable=YYLOG\nAccLen=seventeen\n", u"cat.ini [YYRZ] AccLen: \"seventeen\" is not a length (0 or more)"_s);
+    faulty("negative length", "Title=t\nKey=LOGID\nTable=YYLOG\nChequeLen=-8\n", u"cat.ini [YYRZ] ChequeLen: \"-8\" is not a length (0 or more)"_s);
+    faulty("flag not a truth", "Title=t\nKey=LOGID\nTable=YYLOG\nShowWDH=yes\n", u"cat.ini [YYRZ] ShowWDH: \"yes\" is neither true nor false"_s);
+    faulty("code not a number", "Title=t\nKey=LOGID\nTable=YYLOG\nListA=\"1=开户,x=销户\"\n", u"cat.ini [YYRZ] ListA: \"1=开户,x=销户\" is not a code list (CODE=TEXT,...)"_s);
+    faulty("code without text", "Title=t\nKey=LOGID\nTable=YYLOG\nListB=\"1=\"\n", u"cat.ini [YYRZ] ListB: \"1=\" is not a code list (CODE=TEXT,...)"_s);
+    faulty("code beyond 16 bits", "Title=t\nKey=LOGID\nTable=YYLOG\nListA=\"40000=x\"\n", u"cat.ini [YYRZ] ListA: \"40000=x\" is not a code list (CODE=TEXT,...)"_s);
+    faulty("list twice", "Title=t\nKey=LOGID\nTable=YYLOG\nListA=\"1=a\"\nListASql=SELECT 1, 'a'\n", u"cat.ini [YYRZ] ListA: give either ListA or ListASql, not both"_s);
+    faulty("list SQL not a SELECT", "Title=t\nKey=LOGID\nTable=YYLOG\nListASql=DELETE FROM HY\n", u"cat.ini [YYRZ] ListASql: not a SELECT"_s);
+    QTest::newRow("listed without section") << QByteArray("[Catalogue]\nLogs=YYRZ, PJSBRZ\n[YYRZ]\nTitle=t\nTable=YYLOG\nKey=LOGID\n")
         << QStringList{u"YYRZ t YYLOG complex where A[] B[] 0/0/0 - - -"_s}
         << QStringList{u"cat.ini [PJSBRZ]: listed under [Catalogue] Logs but has no section"_s};
     QTest::newRow("nothing listed") << QByteArray("[YYRZ]\nTitle=t\nTable=YYLOG\n")
@@ -136,10 +140,10 @@ void TestViewerParts::sampleCatalogue()
     QCOMPARE(catalogue.problems(), QStringList());
     QStringList types;
     for (const LogEntry &entry : catalogue.entries())
-        types.append(entry.logType + u'>' + (entry.table.isEmpty() ? u"-"_s : entry.table));
-    QCOMPARE(types, (QStringList{u"YWRZ>YWLOG"_s, u"YYRZ>YYLOG"_s, u"HYRZ>HYLog"_s, u"SJRZ>SJLOG"_s,
-                                 u"ZGSQRZ>ZGSQLOG"_s, u"ZPGLRZ>ZPGLLOG"_s, u"PJSBRZ>pjsblog"_s,
-                                 u"YJREQLOG>YJREQLOG"_s, u"PTFHRZ>PTFHLOG"_s, u"SEALRESULTSTAT>-"_s}));
+        types.append(entry.logType + u'>' + (entry.table.isEmpty() ? u"-"_s : entry.table) + u'.' + entry.key);
+    QCOMPARE(types, (QStringList{u"YWRZ>YWLOG.LOGID"_s, u"YYRZ>YYLOG.LOGID"_s, u"HYRZ>HYLog.LOGID"_s, u"SJRZ>SJLOG.LOGID"_s,
+                                 u"ZGSQRZ>ZGSQLOG.LOGID"_s, u"ZPGLRZ>ZPGLLOG.LOGID"_s, u"PJSBRZ>pjsblog.LOGID"_s,
+                                 u"YJREQLOG>YJREQLOG.LOGID"_s, u"PTFHRZ>PTFHLOG.LOGID"_s, u"SEALRESULTSTAT>-.opcode"_s}));
 }
 
 void TestViewerParts::missingCatalogue()
@@ -174,6 +178,35 @@ void TestViewerParts::select()
     entry.table = u"YYLOG"_s;
     entry.result = LogEntry::Result(result);
     QCOMPARE(logSelect(entry, condition), expected);
+}
+
+void TestViewerParts::page_data()
+{
+    QTest::addColumn<int>("paging");
+    QTest::addColumn<qint64>("offset");
+    QTest::addColumn<QString>("keyAfter");
+    QTest::addColumn<QString>("expected");
+
+    const QString from = u"SELECT * FROM (SELECT * FROM YYLOG where Opcode Like '%') paged"_s;
+    const int limit = int(Paging::LimitOffset);
+    const int fetch = int(Paging::OffsetFetch);
+    const int none = int(Paging::None);
+    QTest::newRow("first page") << limit << qint64(0) << QString() << from + u" ORDER BY LOGID LIMIT 500"_s;
+    QTest::newRow("jump") << limit << qint64(3000000000) << QString() << from + u" ORDER BY LOGID LIMIT 500 OFFSET 3000000000"_s;
+    QTest::newRow("after a key") << limit << qint64(0) << u"'O''Hara'"_s << from + u" WHERE LOGID > 'O''Hara' ORDER BY LOGID LIMIT 500"_s;
+    QTest::newRow("SQL Server first page") << fetch << qint64(0) << QString() << from + u" ORDER BY LOGID OFFSET 0 ROWS FETCH NEXT 500 ROWS ONLY"_s;
+    QTest::newRow("SQL Server jump") << fetch << qint64(1500) << QString() << from + u" ORDER BY LOGID OFFSET 1500 ROWS FETCH NEXT 500 ROWS ONLY"_s;
+    QTest::newRow("SQL Server after a key") << fetch << qint64(0) << u"42"_s << from + u" WHERE LOGID > 42 ORDER BY LOGID OFFSET 0 ROWS FETCH NEXT 500 ROWS ONLY"_s;
+    QTest::newRow("Sybase: all at once") << none << qint64(0) << QString() << from + u" ORDER BY LOGID"_s;
+}
+
+void TestViewerParts::page()
+{
+    QFETCH(int, paging);
+    QFETCH(qint64, offset);
+    QFETCH(QString, keyAfter);
+    QFETCH(QString, expected);
+    QCOMPARE(pageSelect(u"SELECT * FROM YYLOG where Opcode Like '%'"_s, u"LOGID"_s, Paging(paging), {offset, keyAfter}, 500), expected);
 }
 
 void TestViewerParts::csv_data()
