@@ -2,9 +2,11 @@
 
 #include <QAbstractItemModel>
 #include <QBarCategoryAxis>
-#include <QBarSeries>
 #include <QBarSet>
 #include <QChart>
+#include <QChartView>
+#include <QFontMetrics>
+#include <QHorizontalBarSeries>
 #include <QPixmap>
 #include <QValueAxis>
 
@@ -27,11 +29,15 @@ int column(const QAbstractItemModel &model, const QString &name)
 } // namespace
 
 PassRateChart::PassRateChart(QWidget *parent)
-    : QChartView(parent)
+    : QScrollArea(parent)
+    , m_view(new QChartView(this))
 {
-    setRenderHint(QPainter::Antialiasing);
-    chart()->setTitle(u"各操作员验印通过率"_s);
-    chart()->legend()->hide();
+    m_view->setRenderHint(QPainter::Antialiasing);
+    m_view->chart()->setTitle(u"各操作员验印通过率"_s);
+    m_view->chart()->legend()->hide();
+    setWidget(m_view);
+    setWidgetResizable(true);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
 }
 
 bool PassRateChart::showRates(const QAbstractItemModel &model)
@@ -49,23 +55,28 @@ bool PassRateChart::showRates(const QAbstractItemModel &model)
         m_rates.append({model.index(row, opcode).data().toString(), rate});
     }
 
+    // A horizontal series lays its first category at the bottom: the
+    // operators go in backwards so that the first one stands on top.
     auto *bars = new QBarSet(u"通过率 (%)"_s);
     QStringList operators;
-    for (const auto &[name, rate] : std::as_const(m_rates)) {
-        operators.append(name);
-        bars->append(rate);
+    for (auto rate = m_rates.crbegin(); rate != m_rates.crend(); ++rate) {
+        operators.append(rate->first);
+        bars->append(rate->second);
     }
-    auto *series = new QBarSeries;
+    auto *series = new QHorizontalBarSeries;
     series->append(bars);
-    auto *axisX = new QBarCategoryAxis;
-    axisX->append(operators);
-    axisX->setLabelsAngle(operators.size() > 12 ? -90 : 0);
-    auto *axisY = new QValueAxis;
-    axisY->setRange(0, 100);
-    axisY->setLabelFormat(u"%d%%"_s);
-    axisY->setTitleText(u"通过率"_s);
+    auto *axisY = new QBarCategoryAxis;
+    axisY->append(operators);
+    auto *axisX = new QValueAxis;
+    axisX->setRange(0, 100);
+    axisX->setLabelFormat(u"%d%%"_s);
+    axisX->setTitleText(u"通过率"_s);
+    // Two lines of the labels' text per operator (the axis elides a label
+    // that has less room), and room for the title and the value axis.
+    const int line = QFontMetrics(axisY->labelsFont()).height();
+    m_view->setMinimumHeight(int(operators.size()) * line * 2 + 120);
 
-    QChart *c = chart();
+    QChart *c = m_view->chart();
     c->removeAllSeries();
     const QList<QAbstractAxis *> axes = c->axes();
     for (QAbstractAxis *axis : axes) {
@@ -73,8 +84,8 @@ bool PassRateChart::showRates(const QAbstractItemModel &model)
         delete axis;
     }
     c->addSeries(series);
-    c->addAxis(axisX, Qt::AlignBottom);
     c->addAxis(axisY, Qt::AlignLeft);
+    c->addAxis(axisX, Qt::AlignTop); // in sight before the list scrolls
     series->attachAxis(axisX);
     series->attachAxis(axisY);
     return true;
@@ -82,7 +93,7 @@ bool PassRateChart::showRates(const QAbstractItemModel &model)
 
 bool PassRateChart::savePng(const QString &path)
 {
-    return grab().save(path, "PNG");
+    return m_view->grab().save(path, "PNG");
 }
 
 } // namespace quarry::viewer

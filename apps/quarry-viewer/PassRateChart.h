@@ -1,15 +1,18 @@
 #pragma once
 
-#include <QChartView>
+#include <QScrollArea>
 
 class QAbstractItemModel;
+class QChartView;
 
 namespace quarry::viewer {
 
 // The pass rate of each operator in the seal result statistics as a bar
 // chart: passed * 100 / total, from the statement's opcode, total and
-// passed columns.
-class PassRateChart : public QChartView
+// passed columns. One horizontal bar per operator, each on a line of its
+// own that keeps its name readable: with many operators the chart grows
+// taller than the pane and scrolls.
+class PassRateChart : public QScrollArea
 {
     Q_OBJECT
 
@@ -21,9 +24,11 @@ public:
     bool showRates(const QAbstractItemModel &model);
     // The bars shown: operator and rate in percent.
     QList<std::pair<QString, double>> rates() const { return m_rates; }
+    // The whole chart, scrolled out of sight or not.
     bool savePng(const QString &path);
 
 private:
+    QChartView *m_view;
     QList<std::pair<QString, double>> m_rates;
 };
 

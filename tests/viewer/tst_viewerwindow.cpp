@@ -256,9 +256,10 @@ void TestViewerWindow::statistics()
     QTemporaryDir dir;
     const QString png = dir.filePath(u"rates.png"_s);
     QVERIFY(window.exportChartPng(png));
+    // The whole chart, with a line of its own for each operator's name.
     const QImage image(png);
     QVERIFY(!image.isNull());
-    QCOMPARE(image.size(), chart->size() * chart->devicePixelRatio());
+    QVERIFY(image.height() > rates.size() * chart->fontMetrics().height() * chart->devicePixelRatio());
 }
 
 void TestViewerWindow::csvExport()
