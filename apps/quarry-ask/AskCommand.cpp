@@ -1,5 +1,7 @@
 #include "AskCommand.h"
 
+#include "CodeListText.h"
+
 #include <quarry/CQuarry.h>
 
 #include <QCommandLineParser>
@@ -10,6 +12,8 @@ using namespace Qt::StringLiterals;
 namespace quarry {
 
 namespace {
+
+using apps::parseCodeList;
 
 using Operation = AskCommand::Operation;
 
@@ -41,24 +45,6 @@ std::optional<qint32> parseLength(const QString &text)
     if (!ok || length < 0)
         return std::nullopt;
     return length;
-}
-
-// "1=自动验印,2=人工验印" into codes and descriptions; false when malformed.
-bool parseList(const QString &text, QList<qint16> &ids, QStringList &names)
-{
-    if (text.isEmpty())
-        return true;
-    const QStringList entries = text.split(u',');
-    for (const QString &entry : entries) {
-        const qsizetype equals = entry.indexOf(u'=');
-        bool ok = false;
-        const qint16 id = entry.left(equals).trimmed().toShort(&ok);
-        if (equals < 0 || !ok)
-            return false;
-        ids.append(id);
-        names.append(entry.mid(equals + 1));
-    }
-    return true;
 }
 
 AskRequest failure(const QString &message)
@@ -133,9 +119,9 @@ AskRequest parseAskArguments(const QStringList &arguments)
                            + parser.value(*option));
         *target = *length;
     }
-    if (!parseList(parser.value(listA), command.idsA, command.namesA))
+    if (!parseCodeList(parser.value(listA), command.idsA, command.namesA))
         return failure(u"not a code list (CODE=TEXT,...): "_s + parser.value(listA));
-    if (!parseList(parser.value(listB), command.idsB, command.namesB))
+    if (!parseCodeList(parser.value(listB), command.idsB, command.namesB))
         return failure(u"not a code list (CODE=TEXT,...): "_s + parser.value(listB));
     command.showWdh = parser.isSet(showWdh);
     command.showYjk = parser.isSet(showYjk);

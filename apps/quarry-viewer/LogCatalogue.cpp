@@ -1,5 +1,7 @@
 #include "LogCatalogue.h"
 
+#include "CodeListText.h"
+
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QSettings>
@@ -102,7 +104,7 @@ public:
             if (!select.startsWith(u"SELECT "_s, Qt::CaseInsensitive))
                 fault(key + u"Sql"_s, u"not a SELECT"_s);
             list.select = select;
-        } else if (!parseCodeList(written, list)) {
+        } else if (!apps::parseCodeList(written, list.ids, list.names)) {
             fault(key, u"\"%1\" is not a code list (CODE=TEXT,...)"_s.arg(written));
         }
         return list;
@@ -115,24 +117,6 @@ private:
 };
 
 } // namespace
-
-bool parseCodeList(const QString &text, CodeListSource &list)
-{
-    if (text.isEmpty())
-        return true;
-    const QStringList entries = text.split(u',');
-    for (const QString &entry : entries) {
-        const qsizetype equals = entry.indexOf(u'=');
-        bool ok = false;
-        const qint16 id = entry.left(equals).trimmed().toShort(&ok);
-        const QString name = entry.mid(equals + 1).trimmed();
-        if (equals < 0 || !ok || name.isEmpty())
-            return false;
-        list.ids.append(id);
-        list.names.append(name);
-    }
-    return true;
-}
 
 LogCatalogue LogCatalogue::read(const QString &path)
 {

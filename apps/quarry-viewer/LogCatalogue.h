@@ -45,7 +45,4 @@ private:
     QStringList m_problems;
 };
 
-// "1=开户,2=销户" into codes and descriptions; nothing when malformed.
-bool parseCodeList(const QString &text, CodeListSource &list);
-
 } // namespace quarry::viewer
