@@ -43,55 +43,6 @@ QString missingDriver(const QString &driver)
                : u"The Qt SQL driver %1 is not installed."_s.arg(driver);
 }
 
-} // namespace
-
-QList<Engine> allEngines()
-{
-    return {Engine::Sqlite, Engine::MariaDb, Engine::MariaDbOdbc};
-}
-
-QString engineName(Engine engine)
-{
-    switch (engine) {
-    case Engine::Sqlite:
-        return u"sqlite"_s;
-    case Engine::MariaDb:
-        return u"mariadb"_s;
-    case Engine::MariaDbOdbc:
-        return u"odbc"_s;
-    }
-    return {};
-}
-
-int mariaDbPort()
-{
-    const QString dir = qEnvironmentVariable("QUARRY_MARIADB_DIR");
-    QFile file(QDir(dir).filePath(u"port"_s));
-    if (dir.isEmpty() || !file.open(QIODevice::ReadOnly))
-        return 0;
-    return file.readAll().trimmed().toInt();
-}
-
-QString mariaDbServer()
-{
-    return u"127.0.0.1:%1"_s.arg(mariaDbPort());
-}
-
-QString missingEngine(Engine engine)
-{
-    if (engine == Engine::Sqlite)
-        return missingDriver(u"QSQLITE"_s);
-    if (mariaDbPort() == 0)
-        return u"No MariaDB test server: run this test through CTest, whose fixture \"mariadb\" "
-               "starts one and sets QUARRY_MARIADB_DIR."_s;
-    return missingDriver(engine == Engine::MariaDb ? u"QMYSQL"_s : u"QODBC"_s);
-}
-
-bool enginesRequired()
-{
-    return qEnvironmentVariable("CI").compare("true"_L1, Qt::CaseInsensitive) == 0;
-}
-
 QStringList splitSqlScript(const QString &script)
 {
     QStringList statements;
@@ -114,6 +65,42 @@ QStringList splitSqlScript(const QString &script)
     }
     take(current);
     return statements;
+}
+
+} // namespace
+
+QList<Engine> allEngines()
+{
+    return {Engine::Sqlite, Engine::MariaDb, Engine::MariaDbOdbc};
+}
+
+QString engineName(Engine engine)
+{
+    return QStringList{u"sqlite"_s, u"mariadb"_s, u"odbc"_s}.at(int(engine));
+}
+
+int mariaDbPort()
+{
+    const QString dir = qEnvironmentVariable("QUARRY_MARIADB_DIR");
+    QFile file(QDir(dir).filePath(u"port"_s));
+    if (dir.isEmpty() || !file.open(QIODevice::ReadOnly))
+        return 0;
+    return file.readAll().trimmed().toInt();
+}
+
+QString missingEngine(Engine engine)
+{
+    if (engine == Engine::Sqlite)
+        return missingDriver(u"QSQLITE"_s);
+    if (mariaDbPort() == 0)
+        return u"No MariaDB test server: run this test through CTest, whose fixture \"mariadb\" "
+               "starts one and sets QUARRY_MARIADB_DIR."_s;
+    return missingDriver(engine == Engine::MariaDb ? u"QMYSQL"_s : u"QODBC"_s);
+}
+
+bool enginesRequired()
+{
+    return qEnvironmentVariable("CI").compare("true"_L1, Qt::CaseInsensitive) == 0;
 }
 
 TestDatabase::TestDatabase(Engine engine, const QString &folder, const QString &name)
@@ -204,15 +191,7 @@ bool TestDatabase::runAll(const QStringList &statements)
 
 QString TestDatabase::baseMode() const
 {
-    switch (m_engine) {
-    case Engine::Sqlite:
-        return u"ACCESS"_s;
-    case Engine::MariaDb:
-        return u"MYSQL"_s;
-    case Engine::MariaDbOdbc:
-        return u"SQLSERVER"_s;
-    }
-    return {};
+    return QStringList{u"ACCESS"_s, u"MYSQL"_s, u"SQLSERVER"_s}.at(int(m_engine));
 }
 
 QString TestDatabase::odbcDriver() const
@@ -222,7 +201,7 @@ QString TestDatabase::odbcDriver() const
 
 QString TestDatabase::server() const
 {
-    return m_engine == Engine::Sqlite ? QString() : mariaDbServer();
+    return m_engine == Engine::Sqlite ? QString() : u"127.0.0.1:%1"_s.arg(mariaDbPort());
 }
 
 QString TestDatabase::connectionString() const

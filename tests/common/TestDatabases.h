@@ -25,19 +25,10 @@ QString engineName(Engine engine);
 // "mariadb" (quarry_use_mariadb in CMake) and found through
 // $QUARRY_MARIADB_DIR. 0 when there is none.
 int mariaDbPort();
-// "127.0.0.1:<port>", as seal.ini's SERVER names it.
-QString mariaDbServer();
 // Why the engine cannot be used in this run; empty when it can.
 QString missingEngine(Engine engine);
 // With CI=true a missing engine fails the test instead of skipping it.
 bool enginesRequired();
-
-// The statements of an SQL script: each ends with ";" at the end of a line;
-// "--" comments (outside quoted strings) are dropped. Scripts are plain SQL
-// that every engine reads alike: in a string literal a quote is doubled and
-// a backslash is an ordinary character (MariaDB sessions of TestDatabase run
-// with NO_BACKSLASH_ESCAPES).
-QStringList splitSqlScript(const QString &script);
 
 // A database for one test, filled from SQL scripts, with what seal.ini needs
 // to reach it. SQLite: the file <folder>/<name>.db. MariaDB: a new database
@@ -56,11 +47,14 @@ public:
     QString errorText() const { return m_errorText; }
 
     // Runs the statements of a script file (UTF-8) or text in one
-    // transaction; stops at the first failing statement.
+    // transaction; stops at the first failing statement. Each statement ends
+    // with ";" at the end of a line; "--" comments (outside quoted strings)
+    // are dropped. Scripts are plain SQL that every engine reads alike: in a
+    // string literal a quote is doubled and a backslash is an ordinary
+    // character (MariaDB sessions run with NO_BACKSLASH_ESCAPES).
     bool loadScript(const QString &path);
     bool execute(const QString &script);
 
-    Engine engine() const { return m_engine; }
     // seal.ini values: DATABASESET BASEMODE and ODBCDRIVER, SQLSERVER SERVER
     // and the database name (SEALBASE, LOCALBASE). The SQLite database lives
     // in the folder of seal.ini.
@@ -68,7 +62,6 @@ public:
     QString odbcDriver() const;
     QString server() const;
     QString databaseName() const { return m_name; }
-    QString fileFolder() const { return m_folder; }
     // "Server=...;Database=..." as the configuration classes build it.
     QString connectionString() const;
     // Gives a connection the dialect, file folder and ODBC driver.

@@ -4,8 +4,6 @@
 
 #include "DialogDriver.h"
 
-#include "component/LogRouting.h"
-
 #include <quarry/CQuarry.h>
 #include <quarry/QuarryError.h>
 
@@ -53,188 +51,143 @@ class TestCQuarry : public QObject
 {
     Q_OBJECT
 
-private:
-    // seal.ini with bank profile `mode` ("" for the default) and QueryHintMode.
-    void useConfig(const QString &mode, int queryHintMode = 0);
-
     QTemporaryDir m_systemDir;
 
 private Q_SLOTS:
-    void initTestCase();
-    void routing_data();
-    void routing();
-    void singleConditionDialogs_data();
-    void singleConditionDialogs();
-    void dateConditions_data();
-    void dateConditions();
-    void sqlStrAcrossCalls();
-};
-
-void TestCQuarry::useConfig(const QString &mode, int queryHintMode)
-{
-    quarry::test::writeSealIni(m_systemDir.path(), mode, queryHintMode);
-}
-
-void TestCQuarry::initTestCase()
-{
-    QVERIFY(m_systemDir.isValid());
-}
-
-void TestCQuarry::routing_data()
-{
-    QTest::addColumn<QString>("logType");
-    QTest::addColumn<int>("profile");
-    QTest::addColumn<LogDialog>("expected");
-
-    QTest::newRow("YZXCLRZ") << u"YZXCLRZ"_s << 0 << LogDialog::None;
-    QTest::newRow("PJSBRZ") << u"PJSBRZ"_s << 37 << LogDialog::PJSBLog;
-    QTest::newRow("PJSBRZ profile 38") << u"PJSBRZ"_s << 38 << LogDialog::ChequeSeriesNo;
-    QTest::newRow("lower case is another type") << u"ywrz"_s << 0 << LogDialog::PTFHLog;
-    QTest::newRow("lower case pjsbrz, profile 38") << u"pjsbrz"_s << 38 << LogDialog::PTFHLog;
-}
-
-void TestCQuarry::routing()
-{
-    QFETCH(QString, logType);
-    QFETCH(int, profile);
-    QFETCH(LogDialog, expected);
-    QCOMPARE(complexLogDialog(logType, qint16(profile)), expected);
-}
-
-void TestCQuarry::singleConditionDialogs_data()
-{
-    QTest::addColumn<QString>("operation");
-    QTest::addColumn<QString>("mode");
-    QTest::addColumn<int>("hint");
-    QTest::addColumn<int>("length");
-    QTest::addColumn<QString>("keys");
-    QTest::addColumn<QString>("finish"); // a key, or the button clicked ("name!")
-    QTest::addColumn<QMessageBox::StandardButton>("answer"); // to the message box
-    QTest::addColumn<QString>("message");
-    QTest::addColumn<QString>("expectedSql");
-
-    const QString ask = u"未输入任何查询条件，查询可能需要很长时间，是否继续？"_s;
-    const QString refuse = u"请输入查询条件!"_s;
-    const QString all = u" Where OpDate Between '1980-01-01' And '3000-01-01'"_s;
-    const auto Yes = QMessageBox::Yes, No = QMessageBox::No, Ok = QMessageBox::Ok;
-    const QString Enter = u"Return"_s, Pad = u"PadEnter"_s, Esc = u"Esc"_s, Times = u"Pad*"_s;
-    const QString none, plain; // no message; the default profile
-
-    QTest::newRow("yjk: first * only, quote dropped") << u"yjk"_s << plain << 0 << 0 << u"1'2*34*"_s << Enter << Ok << none << u" Where YJKNUMBER like '12%34*'"_s;
-    QTest::newRow("yjk: length") << u"yjk"_s << plain << 0 << 6 << u"12345678"_s << Pad << Ok << none << u" Where YJKNUMBER like '123456'"_s;
-    QTest::newRow("branch: both cases") << u"branch"_s << plain << 0 << 0 << u"Ab?"_s << Pad << Ok << none << u" where  ( WDH LIKE 'AB_' or  WDH LIKE 'ab_')"_s;
-    QTest::newRow("acc: backslash and brackets refused") << u"acc"_s << plain << 0 << 0 << u"1\\2[3]4*"_s << Enter << Ok << none << u" Where AccNo like '1234%'"_s;
-    QTest::newRow("clerk: profile 39 adds the name") << u"clerk"_s << u"Hilur"_s << 0 << 4 << u"00?12"_s << Pad << Ok << none << u" Where OpCode like  '00_1' or  OpName like '00_1'"_s;
-    QTest::newRow("cheque: the account length") << u"cheque"_s << u"Bunar"_s << 0 << 3 << u"1234"_s << Enter << Ok << none << u" Where ChequeSeriesNo like  '123%'"_s;
-    QTest::newRow("yjk: Esc") << u"yjk"_s << plain << 0 << 0 << u"1"_s << Esc << Ok << none << QString();
-    QTest::newRow("cheque: keypad multiply") << u"cheque"_s << u"Bunar"_s << 0 << 0 << u"1"_s << Times << Ok << none << QString();
-    QTest::newRow("date: Esc") << u"date"_s << plain << 0 << 0 << u"2009"_s << Esc << Ok << none << QString();
-    QTest::newRow("date: Cancel") << u"date"_s << plain << 0 << 0 << u"2009"_s << u"cmdCancel!"_s << Ok << none << QString();
-    QTest::newRow("branch: empty, never asks") << u"branch"_s << u"Tecis"_s << 2 << 0 << none << Enter << Ok << none << u" where  ( WDH LIKE '%' or  WDH LIKE '%')"_s;
-    QTest::newRow("acc: empty, profile 54") << u"acc"_s << u"Tecis"_s << 2 << 0 << u" "_s << Enter << Ok << refuse << QString();
-    QTest::newRow("acc: empty, hint 2, No") << u"acc"_s << plain << 2 << 0 << none << Enter << No << ask << QString();
-    QTest::newRow("acc: empty, hint 1") << u"acc"_s << plain << 1 << 0 << none << Enter << Ok << none << u" Where AccNo like '%'"_s;
-    QTest::newRow("clerk: empty, hint 2, Yes") << u"clerk"_s << plain << 2 << 0 << none << Enter << Yes << ask << u" Where OpCode like  '%'"_s;
-    QTest::newRow("date: empty, profile 54") << u"date"_s << u"Tecis"_s << 0 << 0 << none << u"cmdOK!"_s << Ok << refuse << QString();
-    QTest::newRow("date: empty, hint 2, Yes") << u"date"_s << plain << 2 << 0 << none << u"cmdOK!"_s << Yes << ask << all;
-}
-
-void TestCQuarry::singleConditionDialogs()
-{
-    QFETCH(QString, operation);
-    QFETCH(QString, mode);
-    QFETCH(int, hint);
-    QFETCH(int, length);
-    QFETCH(QString, keys);
-    QFETCH(QString, finish);
-    QFETCH(QMessageBox::StandardButton, answer);
-    QFETCH(QString, message);
-    QFETCH(QString, expectedSql);
-    useConfig(mode, hint);
-
-    CQuarry quarry;
-    QVERIFY(query(quarry, u"yjk"_s, u"9"_s)); // which no outcome may leave behind
-    const Operation &op = operations[operation];
-    const Outcome seen = operate([&] { op.show(quarry, length); }, {op.box + u'=' + keys, finish}, answer);
-    QCOMPARE(seen.dialog, op.dialog);
-    QCOMPARE(seen.box.text, message);
-    if (seen.box.shown) {
-        const bool asked = message != u"请输入查询条件!"_s;
-        QCOMPARE(seen.box.caption, u"提示信息"_s);
-        QCOMPARE(seen.box.icon, asked ? QMessageBox::Question : QMessageBox::Information);
-        QCOMPARE(seen.box.buttons, asked ? QMessageBox::Yes | QMessageBox::No : QMessageBox::Ok);
-        QCOMPARE(seen.box.defaultButton, asked ? QMessageBox::No : QMessageBox::Ok);
+    void initTestCase()
+    {
+        QVERIFY(m_systemDir.isValid());
     }
-    QCOMPARE(seen.after != u"closed"_s, !message.isEmpty() && expectedSql.isEmpty());
-    QCOMPARE(quarry.SQLStr(), expectedSql);
-}
 
-void TestCQuarry::dateConditions_data()
-{
-    QTest::addColumn<QString>("start"); // keys typed into the start box
-    QTest::addColumn<QString>("end");
-    QTest::addColumn<QString>("startShown"); // once the focus has left it
-    QTest::addColumn<QString>("expectedSql");
-    QTest::addColumn<QString>("message");
-    QTest::addColumn<QString>("expectedFocus");
+    void singleConditionDialogs_data()
+    {
+        QTest::addColumn<QString>("operation");
+        QTest::addColumn<QString>("mode");
+        QTest::addColumn<int>("hint");
+        QTest::addColumn<int>("length");
+        QTest::addColumn<QString>("keys");
+        QTest::addColumn<QString>("finish"); // a key, or the button clicked ("name!")
+        QTest::addColumn<QMessageBox::StandardButton>("answer"); // to the message box
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QString>("expectedSql");
 
-    const QString startWrong = u"起始日期格式错误，请重新输入！"_s;
-    const QString endWrong = u"截止日期格式错误，请重新输入！"_s;
-    const QString endBefore = u"截止日期不能小于起始日期，请重新输入！"_s;
-    const QString blank = u"    -  -  "_s, none;
+        const QString ask = u"未输入任何查询条件，查询可能需要很长时间，是否继续？"_s;
+        const QString refuse = u"请输入查询条件!"_s;
+        const QString all = u" Where OpDate Between '1980-01-01' And '3000-01-01'"_s;
+        const auto Yes = QMessageBox::Yes, No = QMessageBox::No, Ok = QMessageBox::Ok;
+        const QString Enter = u"Return"_s, Pad = u"PadEnter"_s, Esc = u"Esc"_s, Times = u"Pad*"_s;
+        const QString none, plain; // no message; the default profile
 
-    QTest::newRow("end only") << none << u"20091231"_s << blank << u" Where OpDate Between '1980-01-01' And '2009-12-31'"_s << none << none;
-    QTest::newRow("start partly typed is a date") << u"2009-1-5"_s << none << u"2009-01-05"_s << u" Where OpDate Between '2009-01-05' And '3000-01-01'"_s << none << none;
-    QTest::newRow("start month only") << u"2009-1"_s << none << u"2009-1 -  "_s << none << startWrong << u"MaskBoxKs"_s;
-    QTest::newRow("start month 13") << u"20091301"_s << none << u"2009-13-01"_s << none << startWrong << u"MaskBoxKs"_s;
-    QTest::newRow("end 29 February 2009") << none << u"20090229"_s << blank << none << endWrong << u"MaskBoxJs"_s;
-    QTest::newRow("end before start") << u"20090301"_s << u"20090228"_s << u"2009-03-01"_s << none << endBefore << u"MaskBoxJs"_s;
-    QTest::newRow("end before default start") << none << u"19791231"_s << blank << none << endBefore << u"MaskBoxJs"_s;
-}
+        QTest::newRow("yjk: length") << u"yjk"_s << plain << 0 << 6 << u"12345678"_s << Pad << Ok << none << u" Where YJKNUMBER like '123456'"_s;
+        QTest::newRow("clerk: profile 39 adds the name") << u"clerk"_s << u"Hilur"_s << 0 << 4 << u"00?12"_s << Pad << Ok << none << u" Where OpCode like  '00_1' or  OpName like '00_1'"_s;
+        QTest::newRow("cheque: the account length") << u"cheque"_s << u"Bunar"_s << 0 << 3 << u"1234"_s << Enter << Ok << none << u" Where ChequeSeriesNo like  '123%'"_s;
+        QTest::newRow("yjk: Esc") << u"yjk"_s << plain << 0 << 0 << u"1"_s << Esc << Ok << none << QString();
+        QTest::newRow("cheque: keypad multiply") << u"cheque"_s << u"Bunar"_s << 0 << 0 << u"1"_s << Times << Ok << none << QString();
+        QTest::newRow("date: Esc") << u"date"_s << plain << 0 << 0 << u"2009"_s << Esc << Ok << none << QString();
+        QTest::newRow("date: Cancel") << u"date"_s << plain << 0 << 0 << u"2009"_s << u"cmdCancel!"_s << Ok << none << QString();
+        QTest::newRow("branch: empty, never asks") << u"branch"_s << u"Tecis"_s << 2 << 0 << none << Enter << Ok << none << u" where  ( WDH LIKE '%' or  WDH LIKE '%')"_s;
+        QTest::newRow("acc: empty, profile 54") << u"acc"_s << u"Tecis"_s << 2 << 0 << u" "_s << Enter << Ok << refuse << QString();
+        QTest::newRow("acc: empty, hint 2, No") << u"acc"_s << plain << 2 << 0 << none << Enter << No << ask << QString();
+        QTest::newRow("acc: empty, hint 1") << u"acc"_s << plain << 1 << 0 << none << Enter << Ok << none << u" Where AccNo like '%'"_s;
+        QTest::newRow("clerk: empty, hint 2, Yes") << u"clerk"_s << plain << 2 << 0 << none << Enter << Yes << ask << u" Where OpCode like  '%'"_s;
+        QTest::newRow("date: empty, profile 54") << u"date"_s << u"Tecis"_s << 0 << 0 << none << u"cmdOK!"_s << Ok << refuse << QString();
+        QTest::newRow("date: empty, hint 2, Yes") << u"date"_s << plain << 2 << 0 << none << u"cmdOK!"_s << Yes << ask << all;
+    }
 
-void TestCQuarry::dateConditions()
-{
-    QFETCH(QString, start);
-    QFETCH(QString, end);
-    QFETCH(QString, startShown);
-    QFETCH(QString, expectedSql);
-    QFETCH(QString, message);
-    QFETCH(QString, expectedFocus);
-    useConfig(QString());
+    void singleConditionDialogs()
+    {
+        QFETCH(QString, operation);
+        QFETCH(QString, mode);
+        QFETCH(int, hint);
+        QFETCH(int, length);
+        QFETCH(QString, keys);
+        QFETCH(QString, finish);
+        QFETCH(QMessageBox::StandardButton, answer);
+        QFETCH(QString, message);
+        QFETCH(QString, expectedSql);
+        quarry::test::writeSealIni(m_systemDir.path(), mode, hint);
 
-    CQuarry quarry;
-    QString shown;
-    // Enter moves on from each box and never confirms.
-    const Outcome seen = operate([&] { quarry.showDate(); },
-        {u"MaskBoxKs="_s + start, u"Return"_s, u"="_s + end, u"Return"_s, u"cmdOK!"_s}, QMessageBox::Ok,
-        [&](QWidget *dialog) { shown = dialog->findChild<QLineEdit *>(u"MaskBoxKs"_s)->displayText(); });
-    QCOMPARE(shown, startShown);
-    QCOMPARE(seen.box.text, message);
-    if (seen.box.shown)
-        QCOMPARE(seen.box.icon, QMessageBox::Warning);
-    QCOMPARE(seen.after, expectedFocus.isEmpty() ? u"closed"_s : expectedFocus);
-    QCOMPARE(quarry.SQLStr(), expectedSql);
-}
+        CQuarry quarry;
+        QVERIFY(query(quarry, u"yjk"_s, u"9"_s)); // which no outcome may leave behind
+        const Operation &op = operations[operation];
+        const Outcome seen = operate([&] { op.show(quarry, length); }, {op.box + u'=' + keys, finish}, answer);
+        QCOMPARE(seen.dialog, op.dialog);
+        QCOMPARE(seen.box.text, message);
+        if (seen.box.shown) {
+            const bool asked = message != u"请输入查询条件!"_s;
+            QCOMPARE(seen.box.caption, u"提示信息"_s);
+            QCOMPARE(seen.box.icon, asked ? QMessageBox::Question : QMessageBox::Information);
+            QCOMPARE(seen.box.buttons, asked ? QMessageBox::Yes | QMessageBox::No : QMessageBox::Ok);
+            QCOMPARE(seen.box.defaultButton, asked ? QMessageBox::No : QMessageBox::Ok);
+        }
+        QCOMPARE(seen.after != u"closed"_s, !message.isEmpty() && expectedSql.isEmpty());
+        QCOMPARE(quarry.SQLStr(), expectedSql);
+    }
 
-void TestCQuarry::sqlStrAcrossCalls()
-{
-    useConfig(QString());
-    CQuarry quarry;
-    QVERIFY(query(quarry, u"yjk"_s, u"77"_s));
-    const QString before = u" Where YJKNUMBER like '77'"_s;
-    QCOMPARE(quarry.SQLStr(), before);
-    // Calls that show nothing or fail leave it as it was.
-    QVERIFY(!operate([&] { quarry.showComplex(u"YZXCLRZ"_s, {}, {}, {}, {}, 0, 0, 0, 0, 0, false, false, false); }, {}).shown);
-    QVERIFY(!operate([&] { quarry.showComplexEx(u"YWRZ"_s); }, {}).shown);
-    QVERIFY_THROWS_EXCEPTION(QuarryError, quarry.showAcc(-1));
-    QCOMPARE(quarry.SQLStr(), before);
-    // The seal-request log, named in any case; its Cancel hands back nothing.
-    QVERIFY(operate([&] { quarry.showComplexEx(u"YjReqLog"_s, 1, u"x"_s); }, {u"cmdCancel!"_s}).shown);
-    QCOMPARE(quarry.SQLStr(), QString());
-    // A fresh dialog every call: nothing typed before is still in the box.
-    QVERIFY(query(quarry, u"yjk"_s, QString()));
-    QCOMPARE(quarry.SQLStr(), u" Where YJKNUMBER like '%'"_s);
-}
+    void dateConditions_data()
+    {
+        QTest::addColumn<QString>("start"); // keys typed into the start box
+        QTest::addColumn<QString>("end");
+        QTest::addColumn<QString>("startShown"); // once the focus has left it
+        QTest::addColumn<QString>("expectedSql");
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QString>("expectedFocus");
+
+        const QString startWrong = u"起始日期格式错误，请重新输入！"_s;
+        const QString endWrong = u"截止日期格式错误，请重新输入！"_s;
+        const QString endBefore = u"截止日期不能小于起始日期，请重新输入！"_s;
+        const QString blank = u"    -  -  "_s, none;
+
+        QTest::newRow("end only") << none << u"20091231"_s << blank << u" Where OpDate Between '1980-01-01' And '2009-12-31'"_s << none << none;
+        QTest::newRow("start partly typed is a date") << u"2009-1-5"_s << none << u"2009-01-05"_s << u" Where OpDate Between '2009-01-05' And '3000-01-01'"_s << none << none;
+        QTest::newRow("start month only") << u"2009-1"_s << none << u"2009-1 -  "_s << none << startWrong << u"MaskBoxKs"_s;
+        QTest::newRow("start month 13") << u"20091301"_s << none << u"2009-13-01"_s << none << startWrong << u"MaskBoxKs"_s;
+        QTest::newRow("end 29 February 2009") << none << u"20090229"_s << blank << none << endWrong << u"MaskBoxJs"_s;
+        QTest::newRow("end before start") << u"20090301"_s << u"20090228"_s << u"2009-03-01"_s << none << endBefore << u"MaskBoxJs"_s;
+        QTest::newRow("end before default start") << none << u"19791231"_s << blank << none << endBefore << u"MaskBoxJs"_s;
+    }
+
+    void dateConditions()
+    {
+        QFETCH(QString, start);
+        QFETCH(QString, end);
+        QFETCH(QString, expectedFocus);
+        quarry::test::writeSealIni(m_systemDir.path(), QString(), 0);
+
+        CQuarry quarry;
+        QString shown;
+        // Enter moves on from each box and never confirms.
+        const Outcome seen = operate([&] { quarry.showDate(); },
+            {u"MaskBoxKs="_s + start, u"Return"_s, u"="_s + end, u"Return"_s, u"cmdOK!"_s}, QMessageBox::Ok,
+            [&](QWidget *dialog) { shown = dialog->findChild<QLineEdit *>(u"MaskBoxKs"_s)->displayText(); });
+        QTEST(shown, "startShown");
+        QTEST(seen.box.text, "message");
+        if (seen.box.shown)
+            QCOMPARE(seen.box.icon, QMessageBox::Warning);
+        QCOMPARE(seen.after, expectedFocus.isEmpty() ? u"closed"_s : expectedFocus);
+        QTEST(quarry.SQLStr(), "expectedSql");
+    }
+
+    void sqlStrAcrossCalls()
+    {
+        quarry::test::writeSealIni(m_systemDir.path(), QString(), 0);
+        CQuarry quarry;
+        QVERIFY(query(quarry, u"yjk"_s, u"77"_s));
+        const QString before = u" Where YJKNUMBER like '77'"_s;
+        QCOMPARE(quarry.SQLStr(), before);
+        // Calls that show nothing or fail leave it as it was.
+        QVERIFY(!operate([&] { quarry.showComplex(u"YZXCLRZ"_s, {}, {}, {}, {}, 0, 0, 0, 0, 0, false, false, false); }, {}).shown);
+        QVERIFY(!operate([&] { quarry.showComplexEx(u"YWRZ"_s); }, {}).shown);
+        QVERIFY_THROWS_EXCEPTION(QuarryError, quarry.showAcc(-1));
+        QCOMPARE(quarry.SQLStr(), before);
+        // The seal-request log, named in any case; its Cancel hands back nothing.
+        QVERIFY(operate([&] { quarry.showComplexEx(u"YjReqLog"_s, 1, u"x"_s); }, {u"cmdCancel!"_s}).shown);
+        QCOMPARE(quarry.SQLStr(), QString());
+        // A fresh dialog every call: nothing typed before is still in the box.
+        QVERIFY(query(quarry, u"yjk"_s, QString()));
+        QCOMPARE(quarry.SQLStr(), u" Where YJKNUMBER like '%'"_s);
+    }
+};
 
 } // namespace quarry
 

@@ -17,61 +17,55 @@ class TestQuarryAsk : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void arguments_data();
-    void arguments();
-    void program_data();
-    void program();
+    void arguments_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("expected"); // operation, length and log type asked for
+
+        QTest::newRow("clerk") << QStringList{u"clerk"_s, u"6"_s} << u"clerk 6"_s;
+        QTest::newRow("complex, log type as given") << QStringList{u"complex"_s, u"ywrz"_s, u"--list-a"_s, u"1=自动验印"_s, u"--show-wdh"_s} << u"complex 0 ywrz"_s;
+        QTest::newRow("complex-ex") << QStringList{u"complex-ex"_s, u"YJREQLOG"_s} << u"complex-ex 0 YJREQLOG"_s;
+    }
+
+    void arguments()
+    {
+        QFETCH(QStringList, arguments);
+        static const QStringList names{u"clerk"_s, u"yjk"_s, u"acc"_s, u"branch"_s, u"date"_s, u"complex"_s, u"complex-ex"_s};
+
+        const AskRequest request = parseAskArguments(arguments);
+        const AskCommand &c = request.command.value(); // throws, failing the row, when refused
+        QTEST(u"%1 %2 %3"_s.arg(names[int(c.operation)]).arg(c.length).arg(c.logType).trimmed(), "expected");
+    }
+
+    void program_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QString>("output"); // a part of what it writes
+
+        QTest::newRow("help") << QStringList{u"acc"_s, u"-h"_s} << 0 << u"Usage:"_s;
+        QTest::newRow("nothing to ask") << QStringList{u"complex"_s, u"YZXCLRZ"_s} << 1 << QString();
+        QTest::newRow("length not a number") << QStringList{u"acc"_s, u"x"_s} << 2 << u"not a length: x"_s;
+        // The cheque management log shows the second description in its list.
+        QTest::newRow("component error") << QStringList{u"complex"_s, u"ZPGLRZ"_s, u"--list-a"_s, u"1=转账支票"_s} << 3 << u"Quarry: 下标越界"_s;
+    }
+
+    void program()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(int, status);
+        QFETCH(QString, output);
+
+        QTemporaryDir systemDir;
+        QFile ini(systemDir.filePath(u"SEAL.INI"_s));
+        QVERIFY(ini.open(QIODevice::WriteOnly) && ini.write("[SBMK]\r\nDoubleSealQuota=0\r\n") > 0 && ini.flush());
+        QProcess ask;
+        ask.setEnvironment(QProcess::systemEnvironment() << u"QUARRY_SYSTEM_DIR="_s + systemDir.path());
+        ask.start(QStringLiteral(QUARRY_ASK_PROGRAM), arguments);
+        const QString written = ask.waitForFinished() ? QString::fromUtf8(ask.readAllStandardOutput() + ask.readAllStandardError()) : u"still running"_s;
+        QVERIFY2(ask.exitCode() == status && written.contains(output), qPrintable(u"%1: %2"_s.arg(ask.exitCode()).arg(written)));
+    }
 };
-
-void TestQuarryAsk::arguments_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("expected"); // operation, length and log type asked for
-
-    QTest::newRow("clerk") << QStringList{u"clerk"_s, u"6"_s} << u"clerk 6"_s;
-    QTest::newRow("complex, log type as given") << QStringList{u"complex"_s, u"ywrz"_s, u"--list-a"_s, u"1=自动验印"_s, u"--show-wdh"_s} << u"complex 0 ywrz"_s;
-    QTest::newRow("complex-ex") << QStringList{u"complex-ex"_s, u"YJREQLOG"_s} << u"complex-ex 0 YJREQLOG"_s;
-}
-
-void TestQuarryAsk::arguments()
-{
-    QFETCH(QStringList, arguments);
-    QFETCH(QString, expected);
-    static const QStringList names{u"clerk"_s, u"yjk"_s, u"acc"_s, u"branch"_s, u"date"_s, u"complex"_s, u"complex-ex"_s};
-
-    const AskRequest request = parseAskArguments(arguments);
-    const AskCommand &c = request.command.value(); // throws, failing the row, when refused
-    QCOMPARE(u"%1 %2 %3"_s.arg(names[int(c.operation)]).arg(c.length).arg(c.logType).trimmed(), expected);
-}
-
-void TestQuarryAsk::program_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<int>("status");
-    QTest::addColumn<QString>("output"); // a part of what it writes
-
-    QTest::newRow("help") << QStringList{u"acc"_s, u"-h"_s} << 0 << u"Usage:"_s;
-    QTest::newRow("nothing to ask") << QStringList{u"complex"_s, u"YZXCLRZ"_s} << 1 << QString();
-    QTest::newRow("length not a number") << QStringList{u"acc"_s, u"x"_s} << 2 << u"not a length: x"_s;
-    // The cheque management log shows the second description in its list.
-    QTest::newRow("component error") << QStringList{u"complex"_s, u"ZPGLRZ"_s, u"--list-a"_s, u"1=转账支票"_s} << 3 << u"Quarry: 下标越界"_s;
-}
-
-void TestQuarryAsk::program()
-{
-    QFETCH(QStringList, arguments);
-    QFETCH(int, status);
-    QFETCH(QString, output);
-
-    QTemporaryDir systemDir;
-    QFile ini(systemDir.filePath(u"SEAL.INI"_s));
-    QVERIFY(ini.open(QIODevice::WriteOnly) && ini.write("[SBMK]\r\nDoubleSealQuota=0\r\n") > 0 && ini.flush());
-    QProcess ask;
-    ask.setEnvironment(QProcess::systemEnvironment() << u"QUARRY_SYSTEM_DIR="_s + systemDir.path());
-    ask.start(QStringLiteral(QUARRY_ASK_PROGRAM), arguments);
-    const QString written = ask.waitForFinished() ? QString::fromUtf8(ask.readAllStandardOutput() + ask.readAllStandardError()) : u"still running"_s;
-    QVERIFY2(ask.exitCode() == status && written.contains(output), qPrintable(u"%1: %2"_s.arg(ask.exitCode()).arg(written)));
-}
 
 } // namespace quarry
 

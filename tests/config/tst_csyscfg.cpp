@@ -102,14 +102,12 @@ QString field(CSysCfg &cfg, const QString &name)
 {
     static const QHash<QString, std::function<QString(CSysCfg &)>> fields = {
         FIELD(BASEMODE), FIELD(ODBCDRIVER), FIELD(DEPARTID), FIELD(SHDH), FIELD(WDHMAXLEN),
-        FIELD(IFQUERYCENTRE2), FIELD(MoneyLen), FIELD(GSHOST), FIELD(ONLINEHOST), FIELD(USER),
-        FIELD(HYDHLEN), FIELD(TRANPORT), FIELD(SFZHLEN), FIELD(PrintYjkNoFontSize),
-        FIELD(UploadPastDays), FIELD(DoubleSealQuota), FIELD(YjkInputLength), FIELD(gzenable),
-        FIELD(QueryHintMode), FIELD(MaxSealCount), FIELD(AccNoMaxLen), FIELD(ProfileCode),
-        FIELD(UpperModeCode), FIELD(SubModeCode), FIELD(GetParamHostIp()), FIELD(GetPrintLogMode()),
-        FIELD(GetTalasGsYjkPrintX()), FIELD(GetDownloadFilePath()),
-        FIELD(GetDoubleSealQuotaByPztype(0)), FIELD(GetDoubleSealQuotaByPztype(2)),
-        FIELD(GetDoubleSealQuotaByPztype(4)),
+        FIELD(IFQUERYCENTRE2), FIELD(MoneyLen), FIELD(GSHOST), FIELD(HYDHLEN), FIELD(TRANPORT),
+        FIELD(SFZHLEN), FIELD(PrintYjkNoFontSize), FIELD(DoubleSealQuota), FIELD(YjkInputLength),
+        FIELD(MaxSealCount), FIELD(AccNoMaxLen), FIELD(ProfileCode), FIELD(UpperModeCode),
+        FIELD(SubModeCode), FIELD(GetParamHostIp()), FIELD(GetPrintLogMode()),
+        FIELD(GetTalasGsYjkPrintX()), FIELD(GetDownloadFilePath()), FIELD(GetDoubleSealQuotaByPztype(0)),
+        FIELD(GetDoubleSealQuotaByPztype(2)), FIELD(GetDoubleSealQuotaByPztype(4)),
         {u"CheckUsefulLifeKind"_s, [](CSysCfg &c) { return numbers(c.CheckUsefulLifeKind); }},
         // The voucher types, then their quotas.
         {u"special quotas"_s, [](CSysCfg &c) {
@@ -185,19 +183,13 @@ private slots:
             QTest::newRow(tag) << first << u"\n"_s + second << name << expected << QString();
         };
         ok("default", QString(), u"ODBCDRIVER"_s, u"FreeTDS"_s);
-        ok("key names without case", u"[bankparam]\ndepartid=7\n"_s, u"DEPARTID"_s, u"7"_s);
         ok("empty value is the default", u"[BANKPARAM]\nDEPARTID=\n"_s, u"DEPARTID"_s, u"1"_s);
         ok("WDHMAXLEN follows WDHLEN", u"[BANKPARAM]\nWDHLEN=8\n"_s, u"WDHMAXLEN"_s, u"8"_s);
         ok("cut to 255", u"[BANKPARAM]\nSHDH="_s + QString(300, u'x'), u"SHDH"_s, QString(255, u'x'));
         ok("IFQUERYCENTRE read twice", u"[XTCHX]\nIFQUERYCENTRE=1\n"_s, u"IFQUERYCENTRE2"_s, u"1"_s);
         ok("GSHOST follows HOST", u"[NETPARAM]\nHOST=10.0.0.9\n"_s, u"GSHOST"_s, u"10.0.0.9"_s);
-        ok("online host", u"[ONLINEPARAM]\nHOST=o\n[NETPARAM]\nHOST=n"_s, u"ONLINEHOST"_s, u"o"_s);
-        ok("transfer user", u"[AUTOTRAN]\nUSER=op\n"_s, u"USER"_s, u"op"_s);
         ok("yjk print on", u"[sbmk]\nIfPrintYjkNo=1\nDoubleSealQuota=0"_s, u"PrintYjkNoFontSize"_s, u"12"_s);
-        ok("upload days", u"[UPLOADTOFTP]\nUploadPastDays=7\n"_s, u"UploadPastDays"_s, u"7"_s);
         ok("input length follows", u"[YJK]\nYJKLENGTH=10\n"_s, u"YjkInputLength"_s, u"10"_s);
-        ok("seal flags", u"[gzseal]\ngzenable=1\n"_s, u"gzenable"_s, u"1"_s);
-        ok("hint mode", u"[USER]\nQueryHintMode=2\n"_s, u"QueryHintMode"_s, u"2"_s);
         ok("other profile", u"[USER]\nMODE=Gugal\n[Zacen]\nMaxSealCount=5"_s, u"MaxSealCount"_s, u"0"_s);
         // Lenient numbers: the leading number, 0 without one, half to even.
         ok("leading number", u"[SBMK]\nMoneyLen=1 6x\nDoubleSealQuota=0\n"_s, u"MoneyLen"_s, u"16"_s);
@@ -212,31 +204,16 @@ private slots:
         ok("count half to even", u"[HYADM]\nHYDHLEN=4.5\n"_s, u"HYDHLEN"_s, u"4"_s);
         failure("count with letters", u"[HYADM]\nHYDHLEN=6x\n"_s, u"HYDHLEN=6x"_s);
         failure("no account types", u"[BANKPARAM]\nTOTALACCTYPE=0\n"_s, u"TOTALACCTYPE=0"_s);
-        ok("no patterns written back as one default", u"[BANKPARAM]\nTOTALACCNO=0\n"_s, u"lists"_s,
-           u"201????????? | 201????????? | ACCNO like '201_________'  | 1"_s);
-        ok("bank patterns copy the account patterns",
-           u"[BANKPARAM]\nTOTALACCNO=3\nACCNOTYPE(0)=11??\nACCNOTYPE(2)=22??*3*\n"_s, u"lists"_s,
-           u"11?? 201????????? 22??*3* | 11?? 201????????? 22??*3* | "
-           u"ACCNO like '11__' or ACCNO like '201_________' or ACCNO like '22__%3%'  | 3"_s);
-        ok("bank patterns of their own",
-           u"[BANKPARAM]\nTOTALACCNO=1\nACCNOTYPE(0)=11??\nTOTALBANKACCNO=2\nBANKACCNOTYPE(0)=7??"_s,
-           u"lists"_s, u"11?? | 7?? 201????????? | ACCNO like '11__'  | 1"_s);
+        ok("no patterns written back as one default", u"[BANKPARAM]\nTOTALACCNO=0\n"_s, u"lists"_s, u"201????????? | 201????????? | ACCNO like '201_________'  | 1"_s);
+        ok("bank patterns copy the account patterns", u"[BANKPARAM]\nTOTALACCNO=3\nACCNOTYPE(0)=11??\nACCNOTYPE(2)=22??*3*\n"_s, u"lists"_s, u"11?? 201????????? 22??*3* | 11?? 201????????? 22??*3* | ACCNO like '11__' or ACCNO like '201_________' or ACCNO like '22__%3%'  | 3"_s);
+        ok("bank patterns of their own", u"[BANKPARAM]\nTOTALACCNO=1\nACCNOTYPE(0)=11??\nTOTALBANKACCNO=2\nBANKACCNOTYPE(0)=7??"_s, u"lists"_s, u"11?? | 7?? 201????????? | ACCNO like '11__'  | 1"_s);
         ok("negative pattern count", u"[BANKPARAM]\nTOTALACCNO=-2\n"_s, u"AccNoMaxLen"_s, u"0"_s);
-        const QString special = u"[SBMK]\nDoubleSealQuota=50000\nTotalSpecialDoubleSealQuota=3\n"
-                                u"SpecialDoubleSealPztype(0)=2\nSpecialDoubleSealQuota(0)=200000.5\n"
-                                u"SpecialDoubleSealPztype(1)=2\nSpecialDoubleSealQuota(1)=1\n"
-                                u"SpecialDoubleSealQuota(2)=7\n"_s;
+        const QString special = u"[SBMK]\nDoubleSealQuota=50000\nTotalSpecialDoubleSealQuota=3\nSpecialDoubleSealPztype(0)=2\nSpecialDoubleSealQuota(0)=200000.5\nSpecialDoubleSealPztype(1)=2\nSpecialDoubleSealQuota(1)=1\nSpecialDoubleSealQuota(2)=7\n"_s;
         ok("first entry of a type", special, u"GetDoubleSealQuotaByPztype(2)"_s, u"200000.5"_s);
         ok("type without entry", special, u"GetDoubleSealQuotaByPztype(4)"_s, u"50000"_s);
         ok("entry without type is type 0", special, u"GetDoubleSealQuotaByPztype(0)"_s, u"7"_s);
-        failedAt("list element overflows",
-                 u"[SBMK]\nDoubleSealQuota=0\nTotalCheckUsefulLifeKind=3\nCheckUsefulLifeKind(0)=7\n"
-                 u"CheckUsefulLifeKind(1)=99999\nCheckUsefulLifeKind(2)=9\n"_s,
-                 u"CheckUsefulLifeKind"_s, u"7 0 0"_s, u"CheckUsefulLifeKind(1)=99999"_s);
-        failedAt("quota of a pair overflows",
-                 u"[SBMK]\nDoubleSealQuota=0\nTotalSpecialDoubleSealQuota=2\n"
-                 u"SpecialDoubleSealPztype(0)=3\nSpecialDoubleSealQuota(0)=1e999\n"_s,
-                 u"special quotas"_s, u"3 0 | 0 0"_s, u"SpecialDoubleSealQuota(0)=1e999"_s);
+        failedAt("list element overflows", u"[SBMK]\nDoubleSealQuota=0\nTotalCheckUsefulLifeKind=3\nCheckUsefulLifeKind(0)=7\nCheckUsefulLifeKind(1)=99999\nCheckUsefulLifeKind(2)=9\n"_s, u"CheckUsefulLifeKind"_s, u"7 0 0"_s, u"CheckUsefulLifeKind(1)=99999"_s);
+        failedAt("quota of a pair overflows", u"[SBMK]\nDoubleSealQuota=0\nTotalSpecialDoubleSealQuota=2\nSpecialDoubleSealPztype(0)=3\nSpecialDoubleSealQuota(0)=1e999\n"_s, u"special quotas"_s, u"3 0 | 0 0"_s, u"SpecialDoubleSealQuota(0)=1e999"_s);
         const QString nelos = u"[USER]\nMODE=Nelos"_s;
         reread("Refol", u"ProfileCode"_s, nelos, u"[USER]\nMODE=Refol"_s, u"22 20"_s);
         reread("unknown profile", u"ProfileCode"_s, nelos, u"[USER]\nMODE=Nobank"_s, u"22 0"_s);
@@ -245,18 +222,13 @@ private slots:
         reread("blanks inside quotes", u"ProfileCode"_s, nelos, u"[USER]\nMODE=\" Refol \""_s, u"22 20"_s);
         reread("ideographic space", u"ProfileCode"_s, nelos, u"[USER]\nMODE=Refol\u3000"_s, u"22 0"_s);
         reread("tab inside quotes", u"ProfileCode"_s, nelos, u"[USER]\nMODE=\"Refol\t\""_s, u"22 0"_s);
-        reread("UpperMode unknown keeps", u"UpperModeCode"_s, u"[USER]\nUpperMode=Letus"_s,
-               u"[USER]\nUpperMode=Other"_s, u"1 1"_s);
+        reread("UpperMode unknown keeps", u"UpperModeCode"_s, u"[USER]\nUpperMode=Letus"_s, u"[USER]\nUpperMode=Other"_s, u"1 1"_s);
         reread("SubMode", u"SubModeCode"_s, u"[USER]\nSubMode=信贷建库机"_s, u"[USER]\nSubMode=Bivol"_s, u"1 4"_s);
-        reread("mark re-read", u"GetPrintLogMode()"_s, u"[rzgl]\nPrintLogMode=-100"_s,
-               u"[rzgl]\nPrintLogMode=2"_s, u"-100 2"_s);
+        reread("mark re-read", u"GetPrintLogMode()"_s, u"[rzgl]\nPrintLogMode=-100"_s, u"[rzgl]\nPrintLogMode=2"_s, u"-100 2"_s);
         reread("zero re-read", u"GetTalasGsYjkPrintX()"_s, u"[Talas]\nGsYjkPrintX=0"_s, {}, u"0 200"_s);
-        reread("from HOST", u"GetParamHostIp()"_s, u"[NETPARAM]\nHOST=h1"_s,
-               u"[BANKPARAM]\nPARAMHOSTIP=h2"_s, u"h1 h1"_s);
+        reread("from HOST", u"GetParamHostIp()"_s, u"[NETPARAM]\nHOST=h1"_s, u"[BANKPARAM]\nPARAMHOSTIP=h2"_s, u"h1 h1"_s);
         reread("empty re-read", u"GetParamHostIp()"_s, {}, u"[BANKPARAM]\nPARAMHOSTIP=h2"_s, u" h2"_s);
-        reread("user profile", u"GetDownloadFilePath()"_s,
-               u"[Atktran]\nDownloadFilePath=%USERPROFILE%\\a;%USERPROFILE%"_s, QString(),
-               u"~\\a;~\\ ~\\a;~\\"_s);
+        reread("user profile", u"GetDownloadFilePath()"_s, u"[Atktran]\nDownloadFilePath=%USERPROFILE%\\a;%USERPROFILE%"_s, QString(), u"~\\a;~\\ ~\\a;~\\"_s);
     }
 
     void values()
@@ -296,8 +268,7 @@ private slots:
             const QByteArray name = quarry::test::engineName(engine).toUtf8();
             const auto row = [&](const char *tag, const QString &quotaLine, const QString &departId,
                                  double quota) {
-                QTest::addRow("%s: %s", name.constData(), tag)
-                    << engine << quotaLine << departId << quota;
+                QTest::addRow("%s: %s", name.constData(), tag) << engine << quotaLine << departId << quota;
             };
             row("own branch", QString(), u"110201"_s, 80000.0);
             row("-1 in the file", u"DoubleSealQuota=-1"_s, u"110301"_s, 50000.0);
@@ -311,7 +282,6 @@ private slots:
         QFETCH(Engine, engine);
         QFETCH(QString, quotaLine);
         QFETCH(QString, departId);
-        QFETCH(double, quota);
         QUARRY_REQUIRE_ENGINE(engine);
         Station station;
         quarry::test::TestDatabase local(engine, station.folder(), u"LOCAL"_s);
@@ -330,7 +300,7 @@ private slots:
             u"[DATABASESET]\nBASEMODE=%1\nODBCDRIVER=%2\n[SQLSERVER]\nSERVER=%3\nLOCALBASE=%4\n"
             u"[BANKPARAM]\nDEPARTID=%5\n[SBMK]\n%6\n"_s.arg(local.baseMode(), local.odbcDriver(),
                 local.server(), local.databaseName(), departId, quotaLine));
-        QCOMPARE(cfg->DoubleSealQuota, quota);
+        QTEST(cfg->DoubleSealQuota, "quota");
     }
 
     void program_data()
@@ -349,36 +319,20 @@ private slots:
         };
         row("dump", {u"dump"_s}, true, u"[DATABASESET] BASEMODE = ACCESS  (default)\n"_s);
         row("get", {u"get"_s, u"USER"_s, u"SubMode"_s}, true, u"信贷建库机\n"_s);
-        row("set", {u"set"_s, u"USER"_s, u"MODE"_s, u"Refol"_s}, true, QString(), u"SEAL.INI"_s,
-            SealIniText.toUtf8().replace("Nelos", "Refol"));
+        row("set", {u"set"_s, u"USER"_s, u"MODE"_s, u"Refol"_s}, true, QString(), u"SEAL.INI"_s, SealIniText.toUtf8().replace("Nelos", "Refol"));
         row("get without key", {u"get"_s, u"USER"_s}, false, u"get USER"_s);
         row("failed read", {u"--ini"_s, u"bad.ini"_s, u"dump"_s}, false, u"系统提示: 初始化系统参数错误！"_s);
-        row("dump writes the pattern count back", {u"--ini"_s, u"zero.ini"_s, u"dump"_s}, true,
-            u"TOTALACCNO was 0; reading it wrote TOTALACCNO=1"_s, u"zero.ini"_s,
-            "[BANKPARAM]\nTOTALACCNO=1\n[SBMK]\nDoubleSealQuota=0\n");
+        row("dump writes the pattern count back", {u"--ini"_s, u"zero.ini"_s, u"dump"_s}, true, u"TOTALACCNO was 0; reading it wrote TOTALACCNO=1"_s, u"zero.ini"_s, "[BANKPARAM]\nTOTALACCNO=1\n[SBMK]\nDoubleSealQuota=0\n");
         // A value that would not read back as written is not written, and the tool says why.
-        const auto refused = [&row](const char *tag, const QString &value, const QString &why) {
-            row(tag, {u"set"_s, u"USER"_s, u"MODE"_s, value}, false, why);
-        };
-        refused("set with a blank", u"Refol "_s, u"ends with a blank or tab"_s);
-        refused("set in quotes", u"\"Refol\""_s, u"enclosed in matching quotes"_s);
-        refused("set 256 characters", QString(256, u'x'), u"longer than the 255 characters"_s);
-        // ff fe 41 and a GB18030 file in which L reads 模.
-        row("set on UTF-16 of odd length", {u"--ini"_s, u"odd.ini"_s, u"set"_s, u"A"_s, u"K"_s, u"1"_s},
-            false, u"UTF-16 with an odd number of bytes"_s);
-        row("set that would make GB18030 UTF-8", {u"--ini"_s, u"gb.ini"_s, u"set"_s, u"A"_s, u"K"_s, u"x"_s},
-            false, u"would no longer read as GB18030"_s);
+        row("set with a blank", {u"set"_s, u"USER"_s, u"MODE"_s, u"Refol "_s}, false, u"ends with a blank or tab"_s);
         row("directory given", {u"--ini"_s, u"folder"_s, u"dump"_s}, false, u"folder is a directory"_s);
-        QTest::newRow("unreadable seal.ini") << QStringList{u"get"_s, u"USER"_s, u"MODE"_s}
-                                             << QByteArray("[SYSTEM]\nINITCFG=folder\n") << false
-                                             << u"cannot read "_s << QString() << QByteArray();
+        QTest::newRow("unreadable seal.ini") << QStringList{u"get"_s, u"USER"_s, u"MODE"_s} << QByteArray("[SYSTEM]\nINITCFG=folder\n") << false << u"cannot read "_s << QString() << QByteArray();
     }
 
     void program()
     {
         QFETCH(QStringList, arguments);
         QFETCH(QByteArray, convertIni);
-        QFETCH(bool, succeeds);
         QFETCH(QString, output);
         QFETCH(QString, changed);
         QFETCH(QByteArray, after);
@@ -387,8 +341,6 @@ private slots:
             {u"SEAL.INI"_s, SealIniText.toUtf8()},
             {u"bad.ini"_s, "[BANKPARAM]\nTOTALACCTYPE=x\n"},
             {u"zero.ini"_s, "[BANKPARAM]\nTOTALACCNO=0\n[SBMK]\nDoubleSealQuota=0\n"},
-            {u"odd.ini"_s, QByteArray::fromHex("fffe41")},
-            {u"gb.ini"_s, QByteArray::fromHex("5b415d0a 4b3dff0a 4c3dc4a30a")},
         };
         for (auto file = files.cbegin(); file != files.cend(); ++file)
             station.write(file.key(), file.value());
@@ -400,7 +352,7 @@ private slots:
         program.setWorkingDirectory(station.folder());
         program.start(QStringLiteral(QUARRY_CONFIG_PROGRAM), arguments);
         QVERIFY(program.waitForFinished());
-        QCOMPARE(program.exitCode() == 0, succeeds);
+        QTEST(program.exitCode() == 0, "succeeds");
         const QString out =
             QString::fromUtf8(program.readAllStandardOutput() + program.readAllStandardError());
         QVERIFY2(out.contains(output), qPrintable(out));

@@ -74,116 +74,103 @@ class TestCSysCfgDb : public QObject
     Q_OBJECT
 
 private slots:
-    void loadsTheProfileAndTheDate_data();
-    void loadsTheProfileAndTheDate();
-    void getters_data();
-    void getters();
-};
-
-// The lists depend on the engine's SQL; the ODBC path is taken once.
-void TestCSysCfgDb::loadsTheProfileAndTheDate_data()
-{
-    QTest::addColumn<Engine>("engine");
-    QTest::addColumn<QByteArray>("mode");
-    QTest::addColumn<QString>("change"); // to the local database; "down" for a closed port
-    QTest::addColumn<QString>("loaded"); // "True", or the start of the message shown
-    QTest::addColumn<QStringList>("lists");
-    // 32,768 codes for one list: one more than a 16-bit count holds.
-    const QString tooManyTcFlags =
-        u"INSERT INTO P_FIELD_VAL_DEF (FieldName, FieldValue, ValueDescr) WITH RECURSIVE d (i) AS "
-        "(SELECT 0 UNION ALL SELECT i + 1 FROM d WHERE i < 31) "
-        "SELECT 'TcFlag', a.i * 1024 + b.i * 32 + c.i, 'x' FROM d a, d b, d c;"_s;
-    const QString failed = u"False 系统提示: 从数据库读取系统参数错误！"_s;
-    for (Engine engine : quarry::test::allEngines()) {
-        const auto row = [&](const char *tag, const QByteArray &mode, const QString &change) -> QTestData & {
-            return QTest::addRow("%s/%s", qPrintable(quarry::test::engineName(engine)), tag)
-                   << engine << mode << change;
-        };
-        row("Zacen", "Zacen", {}) << u"True"_s << ImportLists;
-        if (engine == Engine::MariaDbOdbc)
-            continue;
-        row("Lumun", "Lumun", {}) << u"True"_s << QStringList{{}, {}, {}, {}, u"人民币|转账|密码挂失"_s};
-        row("another profile, database down", "Refol", u"down"_s) << u"True"_s << NothingLoaded;
-        row("database down", "Zacen", u"down"_s) << failed + NoServer << NothingLoaded;
-        // A failed load keeps the lists loaded before it.
-        row("fourth list unreadable", "Zacen", u"ALTER TABLE ref_ImportAcc DROP OtherAccStateWordName;"_s)
-            << failed << (ImportLists.first(3) + NothingLoaded.last(2));
-        row("more codes than a count holds", "Lumun", tooManyTcFlags)
-            << failed << (NothingLoaded.first(4) << u"人民币||"_s);
+    // The lists depend on the engine's SQL; the ODBC path is taken once.
+    void loadsTheProfileAndTheDate_data()
+    {
+        QTest::addColumn<Engine>("engine");
+        QTest::addColumn<QByteArray>("mode");
+        QTest::addColumn<QString>("change"); // to the local database; "down" for a closed port
+        QTest::addColumn<QString>("loaded"); // "True", or the start of the message shown
+        QTest::addColumn<QStringList>("lists");
+        // 32,768 codes for one list: one more than a 16-bit count holds.
+        const QString tooManyTcFlags =
+            u"INSERT INTO P_FIELD_VAL_DEF (FieldName, FieldValue, ValueDescr) WITH RECURSIVE d (i) AS "
+            "(SELECT 0 UNION ALL SELECT i + 1 FROM d WHERE i < 31) "
+            "SELECT 'TcFlag', a.i * 1024 + b.i * 32 + c.i, 'x' FROM d a, d b, d c;"_s;
+        const QString failed = u"False 系统提示: 从数据库读取系统参数错误！"_s;
+        for (Engine engine : quarry::test::allEngines()) {
+            const auto row = [&](const char *tag, const QByteArray &mode, const QString &change) -> QTestData & {
+                return QTest::addRow("%s/%s", qPrintable(quarry::test::engineName(engine)), tag) << engine << mode << change;
+            };
+            row("Zacen", "Zacen", {}) << u"True"_s << ImportLists;
+            if (engine == Engine::MariaDbOdbc)
+                continue;
+            row("Lumun", "Lumun", {}) << u"True"_s << QStringList{{}, {}, {}, {}, u"人民币|转账|密码挂失"_s};
+            row("another profile, database down", "Refol", u"down"_s) << u"True"_s << NothingLoaded;
+            row("database down", "Zacen", u"down"_s) << failed + NoServer << NothingLoaded;
+            // A failed load keeps the lists loaded before it.
+            row("fourth list unreadable", "Zacen", u"ALTER TABLE ref_ImportAcc DROP OtherAccStateWordName;"_s) << failed << (ImportLists.first(3) + NothingLoaded.last(2));
+            row("more codes than a count holds", "Lumun", tooManyTcFlags) << failed << (NothingLoaded.first(4) << u"人民币||"_s);
+        }
     }
-}
 
-void TestCSysCfgDb::loadsTheProfileAndTheDate()
-{
-    QFETCH(Engine, engine);
-    QFETCH(QByteArray, mode);
-    QFETCH(QString, change);
-    QFETCH(QString, loaded);
-    QFETCH(QStringList, lists);
-    QUARRY_REQUIRE_ENGINE(engine);
-    const bool down = change == u"down"_s;
-    SampleStation station(engine, down ? SampleStation::Contents::Empty : SampleStation::Contents::Sample);
-    QVERIFY2(station.isValid() && (down || station.local().execute(change)),
-             qPrintable(station.errorText() + station.local().errorText()));
-    // The embedded databases name no server: they are deleted.
-    for (const QString &name : down ? QStringList{u"/SEAL.db"_s, u"/LOCAL.db"_s} : QStringList())
-        QFile::remove(station.folder() + name);
-    station.writeIni("[USER]\nMODE=" + mode + '\n', down ? u"127.0.0.1:1"_s : QString());
+    void loadsTheProfileAndTheDate()
+    {
+        QFETCH(Engine, engine);
+        QFETCH(QByteArray, mode);
+        QFETCH(QString, change);
+        QFETCH(QString, loaded);
+        QUARRY_REQUIRE_ENGINE(engine);
+        const bool down = change == u"down"_s;
+        SampleStation station(engine, down ? SampleStation::Contents::Empty : SampleStation::Contents::Sample);
+        QVERIFY2(station.isValid() && (down || station.local().execute(change)),
+                 qPrintable(station.errorText() + station.local().errorText()));
+        // The embedded databases name no server: they are deleted.
+        for (const QString &name : down ? QStringList{u"/SEAL.db"_s, u"/LOCAL.db"_s} : QStringList())
+            QFile::remove(station.folder() + name);
+        station.writeIni("[USER]\nMODE=" + mode + '\n', down ? u"127.0.0.1:1"_s : QString());
 
-    CSysCfgDb config;
-    const QString shown = loadShown(config);
-    QVERIFY2(loaded == u"True"_s ? shown == loaded : shown.startsWith(loaded), qPrintable(shown));
-    QCOMPARE(render(config), lists);
-    // The business date has no handler: the connection's error reaches the caller.
-    const QString today = outcome([&] { return config.GetToday(); });
-    // Else the sample's deadline 3010-01-05, a thousand years back.
-    const QString expected = down ? u"error 2000 CSysCfgDb.ConnectSealDb(): "_s + NoServer : u"2010-01-05"_s;
-    QVERIFY2(today.startsWith(expected), qPrintable(today));
-    if (down)
-        return;
-    // Read once: a new object sees the row gone and falls back on the machine's date.
-    QVERIFY(station.seal().execute(u"DELETE FROM delcalender WHERE curday = '3000-01-01';"_s));
-    QCOMPARE(config.GetToday(), today);
-    QCOMPARE(CSysCfgDb().GetToday(), QDate::currentDate().toString(u"yyyy-MM-dd"_s));
-}
+        CSysCfgDb config;
+        const QString shown = loadShown(config);
+        QVERIFY2(loaded == u"True"_s ? shown == loaded : shown.startsWith(loaded), qPrintable(shown));
+        QTEST(render(config), "lists");
+        // The business date has no handler: the connection's error reaches the caller.
+        const QString today = outcome([&] { return config.GetToday(); });
+        // Else the sample's deadline 3010-01-05, a thousand years back.
+        const QString expected = down ? u"error 2000 CSysCfgDb.ConnectSealDb(): "_s + NoServer : u"2010-01-05"_s;
+        QVERIFY2(today.startsWith(expected), qPrintable(today));
+        if (down)
+            return;
+        // Read once: a new object sees the row gone and falls back on the machine's date.
+        QVERIFY(station.seal().execute(u"DELETE FROM delcalender WHERE curday = '3000-01-01';"_s));
+        QCOMPARE(config.GetToday(), today);
+        QCOMPARE(CSysCfgDb().GetToday(), QDate::currentDate().toString(u"yyyy-MM-dd"_s));
+    }
 
-void TestCSysCfgDb::getters_data()
-{
-    QTest::addColumn<QByteArray>("mode");
-    QTest::addColumn<Getter>("getter");
-    QTest::addColumn<QString>("before"); // GetParameter; the answer, or "error <number>"
-    QTest::addColumn<QString>("after");
-    using C = const CSysCfgDb &;
-    const auto row = [](const char *tag, const QByteArray &mode, const Getter &getter,
-                        const QString &before, const QString &after) {
-        QTest::newRow(tag) << mode << getter << before << after;
-    };
-    row("past the end", "Zacen", [](C c) { return c.GetCurrencyId(5); }, {}, {});
-    row("word id past the end", "Zacen", [](C c) { return QString::number(c.GetAccStateWordId(4)); },
-        u"error 13"_s, u"error 13"_s);
-    row("negative", "Zacen", [](C c) { return c.GetAccTypeName(-1); }, u"error 9"_s, u"error 9"_s);
-    // Codes are trimmed of blanks (U+0020) only.
-    row("code with blanks", "Lumun", [](C c) { return c.GetCurrDescById(u"  RMB "_s); }, {}, u"人民币"_s);
-    row("code with an ideographic space", "Lumun", [](C c) { return c.GetCurrDescById(u"RMB\u3000"_s); },
-        {}, {});
-}
+    void getters_data()
+    {
+        QTest::addColumn<QByteArray>("mode");
+        QTest::addColumn<Getter>("getter");
+        QTest::addColumn<QString>("before"); // GetParameter; the answer, or "error <number>"
+        QTest::addColumn<QString>("after");
+        using C = const CSysCfgDb &;
+        const auto row = [](const char *tag, const QByteArray &mode, const Getter &getter,
+                            const QString &before, const QString &after) {
+            QTest::newRow(tag) << mode << getter << before << after;
+        };
+        row("past the end", "Zacen", [](C c) { return c.GetCurrencyId(5); }, {}, {});
+        row("word id past the end", "Zacen", [](C c) { return QString::number(c.GetAccStateWordId(4)); }, u"error 13"_s, u"error 13"_s);
+        row("negative", "Zacen", [](C c) { return c.GetAccTypeName(-1); }, u"error 9"_s, u"error 9"_s);
+        // Codes are trimmed of blanks (U+0020) only.
+        row("code with blanks", "Lumun", [](C c) { return c.GetCurrDescById(u"  RMB "_s); }, {}, u"人民币"_s);
+        row("code with an ideographic space", "Lumun", [](C c) { return c.GetCurrDescById(u"RMB\u3000"_s); }, {}, {});
+    }
 
-// The index and lookup rules do not depend on the engine.
-void TestCSysCfgDb::getters()
-{
-    QFETCH(QByteArray, mode);
-    QFETCH(Getter, getter);
-    QFETCH(QString, before);
-    QFETCH(QString, after);
-    SampleStation station(Engine::Sqlite);
-    station.writeIni("[USER]\nMODE=" + mode + '\n');
-    CSysCfgDb config;
-    // The answer, or the error's number.
-    const auto answer = [&] { return outcome([&] { return getter(config); }).section(u' ', 0, 1); };
-    QCOMPARE(answer(), before);
-    QVERIFY(config.GetParameter() && config.GetParameter()); // read again, not added again
-    QCOMPARE(answer(), after);
-}
+    // The index and lookup rules do not depend on the engine.
+    void getters()
+    {
+        QFETCH(QByteArray, mode);
+        QFETCH(Getter, getter);
+        SampleStation station(Engine::Sqlite);
+        station.writeIni("[USER]\nMODE=" + mode + '\n');
+        CSysCfgDb config;
+        // The answer, or the error's number.
+        const auto answer = [&] { return outcome([&] { return getter(config); }).section(u' ', 0, 1); };
+        QTEST(answer(), "before");
+        QVERIFY(config.GetParameter() && config.GetParameter()); // read again, not added again
+        QTEST(answer(), "after");
+    }
+};
 
 QTEST_MAIN(TestCSysCfgDb)
 #include "tst_csyscfgdb.moc"

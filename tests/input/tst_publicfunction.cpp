@@ -1,9 +1,8 @@
 // The pure helpers behind every condition dialog: pattern and date
-// conversion, the condition fragments and the empty-query rule. The date
-// range rule is driven through the date dialog in the component tests.
+// conversion and the condition fragments. The date range rule and the
+// empty-query rule are driven through the dialogs in the component tests.
 
 #include "input/Conditions.h"
-#include "input/EmptyQueryRule.h"
 #include "input/PublicFunction.h"
 
 #include <QTest>
@@ -17,93 +16,55 @@ class TestPublicFunction : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void textHelpers_data();
-    void textHelpers();
-    void emptyQueryAction_data();
-    void emptyQueryAction();
+    void textHelpers_data()
+    {
+        QTest::addColumn<QString>("helper");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("expected");
+
+        QTest::newRow("like: second * stays") << u"like"_s << u"12*34*"_s << u"12%34*"_s;
+        QTest::newRow("like: quote inside") << u"like"_s << u"ab'c"_s << u"abc"_s;
+        QTest::newRow("date: yyyy-mm-dd") << u"date"_s << u"2009-02-28"_s << u"2009-02-28"_s;
+        QTest::newRow("date: yyyy/m/d") << u"date"_s << u"2009/1/5"_s << u"2009-01-05"_s;
+        QTest::newRow("date: year 100") << u"date"_s << u"100-1-1"_s << u"0100-01-01"_s;
+        QTest::newRow("date: 30 February") << u"date"_s << u"2009-02-30"_s << u"no date"_s;
+        QTest::newRow("date: empty mask") << u"date"_s << u"    -  -  "_s << u"no date"_s;
+        QTest::newRow("date: partly filled mask") << u"date"_s << u"2009-1 -5 "_s << u"no date"_s;
+        QTest::newRow("date: year 99") << u"date"_s << u"99-1-5"_s << u"no date"_s;
+        QTest::newRow("date: five-digit year") << u"date"_s << u"10000-01-01"_s << u"no date"_s;
+        QTest::newRow("date: mixed separators") << u"date"_s << u"2009-01/05"_s << u"no date"_s;
+        QTest::newRow("date: final line break") << u"date"_s << u"2009-1-5\n"_s << u"no date"_s;
+        QTest::newRow("time: h:m:s") << u"time"_s << u" 1:2 :3"_s << u"01:02:03"_s;
+        QTest::newRow("time: final line break") << u"time"_s << u"12:00:00\n"_s << u"no time"_s;
+        QTest::newRow("yjk, trimmed") << u"yjk"_s << u" 12*3? "_s << u" Where YJKNUMBER like '12%3_'"_s;
+        QTest::newRow("wdh, untrimmed") << u"wdh"_s << u" "_s << u" where  ( WDH LIKE ' ' or  WDH LIKE ' ')"_s;
+        QTest::newRow("wdh, both cases") << u"wdh"_s << u"aB?"_s << u" where  ( WDH LIKE 'AB_' or  WDH LIKE 'ab_')"_s;
+        QTest::newRow("cheque, blank") << u"cheque"_s << u" "_s << u" Where ChequeSeriesNo like  '%%'"_s;
+        // What could end the literal or widen the LIKE on some dialect.
+        QTest::newRow("acc, quote") << u"acc"_s << u"1' or '1'='1"_s << u" Where AccNo like '1 or 1=1'"_s;
+        QTest::newRow("acc, backslash") << u"acc"_s << u"1\\'"_s << u" Where AccNo like '1'"_s;
+        QTest::newRow("yjk, brackets") << u"yjk"_s << u"[a-z]*"_s << u" Where YJKNUMBER like 'a-z%'"_s;
+        QTest::newRow("wdh, backslash") << u"wdh"_s << u"\\"_s << u" where  ( WDH LIKE '' or  WDH LIKE '')"_s;
+    }
+
+    void textHelpers()
+    {
+        QFETCH(QString, helper);
+        QFETCH(QString, typed);
+        const QHash<QString, std::function<QString(const QString &)>> helpers{
+            {u"like"_s, ToLikePattern},
+            // A text that is no date must come back unchanged.
+            {u"date"_s, [](QString t) { const QString typed = t; return CheckDateText(t) ? t : t == typed ? u"no date"_s : t; }},
+            {u"time"_s, [](const QString &t) { return maskedTime(t).value_or(u"no time"_s); }},
+            {u"yjk"_s, yjkCondition},
+            {u"wdh"_s, wdhCondition},
+            {u"acc"_s, accCondition},
+            {u"clerk"_s, [](const QString &t) { return clerkCondition(t, 0); }},
+            {u"cheque"_s, chequeSeriesCondition},
+        };
+        QTEST(helpers.value(helper)(typed), "expected");
+    }
 };
-
-void TestPublicFunction::textHelpers_data()
-{
-    QTest::addColumn<QString>("helper");
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<QString>("expected");
-
-    QTest::newRow("like: empty is everything") << u"like"_s << QString() << u"%"_s;
-    QTest::newRow("like: lone quote is empty") << u"like"_s << u"'"_s << QString();
-    QTest::newRow("like: second * stays") << u"like"_s << u"12*34*"_s << u"12%34*"_s;
-    QTest::newRow("like: ? and *") << u"like"_s << u"1?3*"_s << u"1_3%"_s;
-    QTest::newRow("like: quote inside") << u"like"_s << u"ab'c"_s << u"abc"_s;
-    QTest::newRow("date: yyyy-mm-dd") << u"date"_s << u"2009-02-28"_s << u"2009-02-28"_s;
-    QTest::newRow("date: yyyy-m-d") << u"date"_s << u"2009-1-5"_s << u"2009-01-05"_s;
-    QTest::newRow("date: yyyy/m/d") << u"date"_s << u"2009/1/5"_s << u"2009-01-05"_s;
-    QTest::newRow("date: year 100") << u"date"_s << u"100-1-1"_s << u"0100-01-01"_s;
-    QTest::newRow("date: month 13 is not 13 January") << u"date"_s << u"2009-13-01"_s << u"no date"_s;
-    QTest::newRow("date: 29 February 2009") << u"date"_s << u"2009-02-29"_s << u"no date"_s;
-    QTest::newRow("date: 30 February") << u"date"_s << u"2009-02-30"_s << u"no date"_s;
-    QTest::newRow("date: empty mask") << u"date"_s << u"    -  -  "_s << u"no date"_s;
-    QTest::newRow("date: partly filled mask") << u"date"_s << u"2009-1 -5 "_s << u"no date"_s;
-    QTest::newRow("date: year 99") << u"date"_s << u"99-1-5"_s << u"no date"_s;
-    QTest::newRow("date: five-digit year") << u"date"_s << u"10000-01-01"_s << u"no date"_s;
-    QTest::newRow("date: mixed separators") << u"date"_s << u"2009-01/05"_s << u"no date"_s;
-    QTest::newRow("date: final line break") << u"date"_s << u"2009-1-5\n"_s << u"no date"_s;
-    QTest::newRow("time: h:m:s") << u"time"_s << u" 1:2 :3"_s << u"01:02:03"_s;
-    QTest::newRow("time: final line break") << u"time"_s << u"12:00:00\n"_s << u"no time"_s;
-    QTest::newRow("yjk, trimmed") << u"yjk"_s << u" 12*3? "_s << u" Where YJKNUMBER like '12%3_'"_s;
-    QTest::newRow("wdh, untrimmed") << u"wdh"_s << u" "_s << u" where  ( WDH LIKE ' ' or  WDH LIKE ' ')"_s;
-    QTest::newRow("wdh, both cases") << u"wdh"_s << u"aB?"_s << u" where  ( WDH LIKE 'AB_' or  WDH LIKE 'ab_')"_s;
-    QTest::newRow("clerk") << u"clerk"_s << u"0?1"_s << u" Where OpCode like  '0_1'"_s;
-    QTest::newRow("clerk 39") << u"clerk39"_s << u"王*"_s << u" Where OpCode like  '王%' or  OpName like '王%'"_s;
-    QTest::newRow("cheque, blank") << u"cheque"_s << u" "_s << u" Where ChequeSeriesNo like  '%%'"_s;
-    QTest::newRow("cheque with *") << u"cheque"_s << u"1*2"_s << u" Where ChequeSeriesNo like  '1%2%'"_s;
-    // What could end the literal or widen the LIKE on some dialect.
-    QTest::newRow("acc, quote") << u"acc"_s << u"1' or '1'='1"_s << u" Where AccNo like '1 or 1=1'"_s;
-    QTest::newRow("acc, backslash") << u"acc"_s << u"1\\'"_s << u" Where AccNo like '1'"_s;
-    QTest::newRow("yjk, brackets") << u"yjk"_s << u"[a-z]*"_s << u" Where YJKNUMBER like 'a-z%'"_s;
-    QTest::newRow("wdh, backslash") << u"wdh"_s << u"\\"_s << u" where  ( WDH LIKE '' or  WDH LIKE '')"_s;
-}
-
-void TestPublicFunction::textHelpers()
-{
-    QFETCH(QString, helper);
-    QFETCH(QString, typed);
-    QFETCH(QString, expected);
-    const QHash<QString, std::function<QString(const QString &)>> helpers{
-        {u"like"_s, ToLikePattern},
-        // A text that is no date must come back unchanged.
-        {u"date"_s, [](QString t) { const QString typed = t; return CheckDateText(t) ? t : t == typed ? u"no date"_s : t; }},
-        {u"time"_s, [](const QString &t) { return maskedTime(t).value_or(u"no time"_s); }},
-        {u"yjk"_s, yjkCondition},
-        {u"wdh"_s, wdhCondition},
-        {u"acc"_s, accCondition},
-        {u"clerk"_s, [](const QString &t) { return clerkCondition(t, 0); }},
-        {u"clerk39"_s, [](const QString &t) { return clerkCondition(t, 39); }},
-        {u"cheque"_s, chequeSeriesCondition},
-    };
-    QCOMPARE(helpers.value(helper)(typed), expected);
-}
-
-void TestPublicFunction::emptyQueryAction_data()
-{
-    QTest::addColumn<int>("profile");
-    QTest::addColumn<int>("hint");
-    QTest::addColumn<bool>("empty");
-    QTest::addColumn<EmptyQueryAction>("expected");
-
-    QTest::newRow("input given, profile 54") << 54 << 2 << false << EmptyQueryAction::Proceed;
-    QTest::newRow("empty, hint 1") << 0 << 1 << true << EmptyQueryAction::Proceed;
-    QTest::newRow("empty, hint 2, profile 39") << 39 << 2 << true << EmptyQueryAction::Confirm;
-    QTest::newRow("empty, profile 54, hint 2") << 54 << 2 << true << EmptyQueryAction::Refuse;
-}
-
-void TestPublicFunction::emptyQueryAction()
-{
-    QFETCH(int, profile);
-    QFETCH(int, hint);
-    QFETCH(bool, empty);
-    QFETCH(EmptyQueryAction, expected);
-    QCOMPARE(quarry::emptyQueryAction(qint16(profile), qint16(hint), empty), expected);
-}
 
 } // namespace quarry
 

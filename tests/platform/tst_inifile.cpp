@@ -56,51 +56,35 @@ private Q_SLOTS:
         QTest::addColumn<QString>("key");
         QTest::addColumn<QString>("expected");
 
-        QTest::newRow("key of another section")
-            << QByteArray("[A]\nK=a\n[B]\nL=b\n") << u"A"_s << u"L"_s << QString();
-        QTest::newRow("blanks around names and values")
-            << QByteArray(" \t[ A ]\t\n \t K \t=\t  v w \t \n") << u" A\t"_s << u" K "_s << u"v w"_s;
-        QTest::newRow("inner blanks of a section name must match")
-            << QByteArray("[  My  Sec  ]\nK=v\n") << u"My Sec"_s << u"K"_s << QString();
+        QTest::newRow("key of another section") << QByteArray("[A]\nK=a\n[B]\nL=b\n") << u"A"_s << u"L"_s << QString();
+        QTest::newRow("blanks around names and values") << QByteArray(" \t[ A ]\t\n \t K \t=\t  v w \t \n") << u" A\t"_s << u" K "_s << u"v w"_s;
+        QTest::newRow("inner blanks of a section name must match") << QByteArray("[  My  Sec  ]\nK=v\n") << u"My Sec"_s << u"K"_s << QString();
         QTest::newRow("double quotes") << QByteArray("[A]\nK= \"a b \" \n") << u"A"_s << u"K"_s << u"a b "_s;
         QTest::newRow("mixed quotes") << QByteArray("[A]\nK='abc\"\n") << u"A"_s << u"K"_s << u"'abc\""_s;
         const QByteArray twice("[A]\nK=first\nk=second\n[B]\n[a]\nK=third\nL=later\n");
         QTest::newRow("first of duplicate keys and sections") << twice << u"A"_s << u"K"_s << u"first"_s;
         QTest::newRow("keys of a repeated section are not seen") << twice << u"A"_s << u"L"_s << QString();
         QTest::newRow("comment line") << QByteArray("[A]\n;K=commented\n") << u"A"_s << u"K"_s << QString();
-        QTest::newRow("line without equals sign ignored")
-            << QByteArray("[A]\njunk line\nK=v\n") << u"A"_s << u"K"_s << u"v"_s;
-        QTest::newRow("inline comment is part of the value")
-            << QByteArray("[A]\nK==v ; note\n") << u"A"_s << u"K"_s << u"=v ; note"_s;
+        QTest::newRow("line without equals sign ignored") << QByteArray("[A]\njunk line\nK=v\n") << u"A"_s << u"K"_s << u"v"_s;
+        QTest::newRow("inline comment is part of the value") << QByteArray("[A]\nK==v ; note\n") << u"A"_s << u"K"_s << u"=v ; note"_s;
         QTest::newRow("text after a section name") << QByteArray("[A] junk\nK=v\n") << u"A"_s << u"K"_s << u"v"_s;
-        QTest::newRow("header without closing bracket is no section")
-            << QByteArray("[A]\nK=a\n[B\nL=b\n") << u"A"_s << u"L"_s << u"b"_s;
+        QTest::newRow("header without closing bracket is no section") << QByteArray("[A]\nK=a\n[B\nL=b\n") << u"A"_s << u"L"_s << u"b"_s;
         QTest::newRow("lone CR") << QByteArray("[A]\rK=v\rL=w\r") << u"A"_s << u"K"_s << u"v"_s;
-        QTest::newRow("cut never splits a character")
-            << QByteArray("[A]\nK=" + QByteArray(254, 'x') + "\xF0\x9F\x98\x80\n") << u"A"_s << u"K"_s
-            << QString(254, u'x');
-        QTest::newRow("cut at the first NUL")
-            << QByteArray("[A]\nK=ab\0cd\n", 12) << u"A"_s << u"K"_s << u"ab"_s;
+        QTest::newRow("cut never splits a character") << QByteArray("[A]\nK=" + QByteArray(254, 'x') + "\xF0\x9F\x98\x80\n") << u"A"_s << u"K"_s << QString(254, u'x');
+        QTest::newRow("cut at the first NUL") << QByteArray("[A]\nK=ab\0cd\n", 12) << u"A"_s << u"K"_s << u"ab"_s;
 
         const QString text = u"[SYSTEM]\r\nMODE=普通银行\r\n"_s;
         QTest::newRow("UTF-8") << text.toUtf8() << u"system"_s << u"MODE"_s << u"普通银行"_s;
-        QTest::newRow("GB18030, a bracket inside a character")
-            << "[" + GbLu + "]\r\nMODE=" + GbPuTongYinHang + GbLu + "\r\n" << u"慮"_s << u"mode"_s << u"普通银行慮"_s;
+        QTest::newRow("GB18030, a bracket inside a character") << "[" + GbLu + "]\r\nMODE=" + GbPuTongYinHang + GbLu + "\r\n" << u"慮"_s << u"mode"_s << u"普通银行慮"_s;
         QTest::newRow("UTF-16LE") << utf16(text, false) << u"SYSTEM"_s << u"MODE"_s << u"普通银行"_s;
         // U+0D0A and U+0A0D hold the bytes of CR and LF: they must not end a line.
-        QTest::newRow("UTF-16LE, bytes of CR and LF inside characters")
-            << utf16(u"[\u0D0A]\n\u0A0D=\u0D0D\n"_s, false) << u"\u0D0A"_s << u"\u0A0D"_s << u"\u0D0D"_s;
-        QTest::newRow("UTF-16LE of odd length, the stray byte not read")
-            << utf16(u"[A]\nK=1"_s, false) + 'A' << u"A"_s << u"K"_s << u"1"_s;
-        QTest::newRow("the last ] closes the section name")
-            << QByteArray("[a]b] x\nK=v\n") << u"a]b"_s << u"K"_s << u"v"_s;
+        QTest::newRow("UTF-16LE, bytes of CR and LF inside characters") << utf16(u"[\u0D0A]\n\u0A0D=\u0D0D\n"_s, false) << u"\u0D0A"_s << u"\u0A0D"_s << u"\u0D0D"_s;
+        QTest::newRow("UTF-16LE of odd length, the stray byte not read") << utf16(u"[A]\nK=1"_s, false) + 'A' << u"A"_s << u"K"_s << u"1"_s;
+        QTest::newRow("the last ] closes the section name") << QByteArray("[a]b] x\nK=v\n") << u"a]b"_s << u"K"_s << u"v"_s;
         // A line that starts with U+FEFF is neither a section nor the key K.
-        QTest::newRow("U+FEFF before a section header")
-            << QByteArray::fromHex("5b415d0a 4b3d310a efbbbf5b425d0a 4c3d320a") << u"A"_s << u"L"_s << u"2"_s;
-        QTest::newRow("U+FEFF before a key")
-            << QByteArray::fromHex("5b415d0a efbbbf4b3d310a") << u"A"_s << u"K"_s << QString();
-        QTest::newRow("GB18030 character cut off by the equals sign")
-            << QByteArray::fromHex("5b415d0a 9a3d310a") << u"A"_s << u"\uFFFD"_s << u"1"_s;
+        QTest::newRow("U+FEFF before a section header") << QByteArray::fromHex("5b415d0a 4b3d310a efbbbf5b425d0a 4c3d320a") << u"A"_s << u"L"_s << u"2"_s;
+        QTest::newRow("U+FEFF before a key") << QByteArray::fromHex("5b415d0a efbbbf4b3d310a") << u"A"_s << u"K"_s << QString();
+        QTest::newRow("GB18030 character cut off by the equals sign") << QByteArray::fromHex("5b415d0a 9a3d310a") << u"A"_s << u"\uFFFD"_s << u"1"_s;
     }
 
     void value()
@@ -108,9 +92,8 @@ private Q_SLOTS:
         QFETCH(QByteArray, text);
         QFETCH(QString, section);
         QFETCH(QString, key);
-        QFETCH(QString, expected);
 
-        QCOMPARE(IniFile::load(fileWith(text)).value(section, key), expected);
+        QTEST(IniFile::load(fileWith(text)).value(section, key), "expected");
     }
 
     void write_data()
@@ -121,53 +104,24 @@ private Q_SLOTS:
         QTest::addColumn<QString>("value");
         QTest::addColumn<QByteArray>("after");
 
-        QTest::newRow("changes only the value, spelling kept")
-            << QByteArray("; top\r\n[DataBase]\r\n  Key =  \"old\" \t\r\nB=2\r\n\r\n[C]\r\nKey=3\r\n")
-            << u" DATABASE "_s << u"\tkey"_s << u"new"_s
-            << QByteArray("; top\r\n[DataBase]\r\n  Key =  new \t\r\nB=2\r\n\r\n[C]\r\nKey=3\r\n");
-        QTest::newRow("first of duplicate keys and sections")
-            << QByteArray("[A]\nL=1\nL=2\n[A]\nK=2\n") << u"a"_s << u"L"_s << u"3"_s
-            << QByteArray("[A]\nL=3\nL=2\n[A]\nK=2\n");
-        QTest::newRow("key added after the section's last line, not after a comment")
-            << QByteArray("[A]\nX=1\n;Z=0\n\n[B]\nZ=2\n") << u"A"_s << u"Z"_s << u"3"_s
-            << QByteArray("[A]\nX=1\n;Z=0\nZ=3\n\n[B]\nZ=2\n");
-        QTest::newRow("no line break anywhere, LF added")
-            << QByteArray("[A]") << u"A"_s << u"K"_s << u"v"_s << QByteArray("[A]\nK=v");
-        QTest::newRow("section added at the end") << QByteArray("[A]\r\nX=1\r\n") << u"B"_s << u"K"_s << u"v"_s
-                                                  << QByteArray("[A]\r\nX=1\r\n[B]\r\nK=v\r\n");
-        QTest::newRow("a lone CR never joins the LF of a blank line")
-            << QByteArray("[A]\rK=1\n\n") << u"A"_s << u"L"_s << u"v"_s << QByteArray("[A]\rK=1\nL=v\n\n");
-        QTest::newRow("line break of the first line used")
-            << QByteArray("[A]\r\nX=1\nY=2") << u"A"_s << u"K"_s << u"v"_s << QByteArray("[A]\r\nX=1\nY=2\r\nK=v");
-        QTest::newRow("NUL and bytes of other lines kept")
-            << QByteArray("[A]\n\0\xFF\xFE junk\nK=1\n", 18) << u"A"_s << u"K"_s << u"2"_s
-            << QByteArray("[A]\n\0\xFF\xFE junk\nK=2\n", 18);
-        QTest::newRow("UTF-8 with BOM kept")
-            << QByteArray("\xEF\xBB\xBF[A]\nK=1\n") << u"A"_s << u"K"_s << u"分行"_s
-            << "\xEF\xBB\xBF[A]\nK=" + u"分行"_s.toUtf8() + "\n";
-        QTest::newRow("GB18030 kept, section added")
-            << "[A]\r\nMODE=" + GbPuTongYinHang + "\r\n" << u"慮"_s << u"K"_s << u"分行"_s
-            << "[A]\r\nMODE=" + GbPuTongYinHang + "\r\n[" + GbLu + "]\r\nK=" + QByteArray::fromHex("b7d6d0d0")
+        QTest::newRow("changes only the value, spelling kept") << QByteArray("; top\r\n[DataBase]\r\n  Key =  \"old\" \t\r\nB=2\r\n\r\n[C]\r\nKey=3\r\n") << u" DATABASE "_s << u"\tkey"_s << u"new"_s << QByteArray("; top\r\n[DataBase]\r\n  Key =  new \t\r\nB=2\r\n\r\n[C]\r\nKey=3\r\n");
+        QTest::newRow("first of duplicate keys and sections") << QByteArray("[A]\nL=1\nL=2\n[A]\nK=2\n") << u"a"_s << u"L"_s << u"3"_s << QByteArray("[A]\nL=3\nL=2\n[A]\nK=2\n");
+        QTest::newRow("key added after the section's last line, not after a comment") << QByteArray("[A]\nX=1\n;Z=0\n\n[B]\nZ=2\n") << u"A"_s << u"Z"_s << u"3"_s << QByteArray("[A]\nX=1\n;Z=0\nZ=3\n\n[B]\nZ=2\n");
+        QTest::newRow("no line break anywhere, LF added") << QByteArray("[A]") << u"A"_s << u"K"_s << u"v"_s << QByteArray("[A]\nK=v");
+        QTest::newRow("section added at the end") << QByteArray("[A]\r\nX=1\r\n") << u"B"_s << u"K"_s << u"v"_s << QByteArray("[A]\r\nX=1\r\n[B]\r\nK=v\r\n");
+        QTest::newRow("a lone CR never joins the LF of a blank line") << QByteArray("[A]\rK=1\n\n") << u"A"_s << u"L"_s << u"v"_s << QByteArray("[A]\rK=1\nL=v\n\n");
+        QTest::newRow("line break of the first line used") << QByteArray("[A]\r\nX=1\nY=2") << u"A"_s << u"K"_s << u"v"_s << QByteArray("[A]\r\nX=1\nY=2\r\nK=v");
+        QTest::newRow("NUL and bytes of other lines kept") << QByteArray("[A]\n\0\xFF\xFE junk\nK=1\n", 18) << u"A"_s << u"K"_s << u"2"_s << QByteArray("[A]\n\0\xFF\xFE junk\nK=2\n", 18);
+        QTest::newRow("UTF-8 with BOM kept") << QByteArray("\xEF\xBB\xBF[A]\nK=1\n") << u"A"_s << u"K"_s << u"分行"_s << "\xEF\xBB\xBF[A]\nK=" + u"分行"_s.toUtf8() + "\n";
+        QTest::newRow("GB18030 kept, section added") << "[A]\r\nMODE=" + GbPuTongYinHang + "\r\n" << u"慮"_s << u"K"_s << u"分行"_s << "[A]\r\nMODE=" + GbPuTongYinHang + "\r\n[" + GbLu + "]\r\nK=" + QByteArray::fromHex("b7d6d0d0")
                    + "\r\n";
-        QTest::newRow("UTF-16BE key added") << utf16(u"[A]\nK=1\n"_s, true) << u"A"_s << u"L"_s << u"分行"_s
-                                            << utf16(u"[A]\nK=1\nL=分行\n"_s, true);
-        QTest::newRow("U+FEFF line kept, the key added")
-            << QByteArray::fromHex("5b415d0a efbbbf4b3d310a") << u"A"_s << u"K"_s << u"2"_s
-            << QByteArray::fromHex("5b415d0a efbbbf4b3d310a 4b3d320a");
-        QTest::newRow("only the value's bytes change in GB18030")
-            << QByteArray::fromHex("5b415d0a 9a3d310a") << u"A"_s << u"\uFFFD"_s << u"模"_s
-            << QByteArray::fromHex("5b415d0a 9a3dc4a30a");
-        QTest::newRow("GB18030 kept while a byte that is not UTF-8 stays")
-            << QByteArray::fromHex("5b415d0a 4b3dff0a 4c3dc4a30a") << u"A"_s << u"M"_s << u"模"_s
-            << QByteArray::fromHex("5b415d0a 4b3dff0a 4c3dc4a30a 4d3dc4a30a");
-        QTest::newRow("GB18030 that becomes ASCII")
-            << QByteArray::fromHex("5b415d0a 4b3dff0a") << u"A"_s << u"K"_s << u"x"_s
-            << QByteArray::fromHex("5b415d0a 4b3d780a");
-        QTest::newRow("section name with ]") << QByteArray("[a]b]\nK=1\n") << u"a]b"_s << u"K"_s << u"2"_s
-                                             << QByteArray("[a]b]\nK=2\n");
-        QTest::newRow("255 characters, quote at one end")
-            << QByteArray("[A]\n") << u"A"_s << u"K"_s << u'"' + QString(254, u'x')
-            << "[A]\nK=\"" + QByteArray(254, 'x') + "\n";
+        QTest::newRow("UTF-16BE key added") << utf16(u"[A]\nK=1\n"_s, true) << u"A"_s << u"L"_s << u"分行"_s << utf16(u"[A]\nK=1\nL=分行\n"_s, true);
+        QTest::newRow("U+FEFF line kept, the key added") << QByteArray::fromHex("5b415d0a efbbbf4b3d310a") << u"A"_s << u"K"_s << u"2"_s << QByteArray::fromHex("5b415d0a efbbbf4b3d310a 4b3d320a");
+        QTest::newRow("only the value's bytes change in GB18030") << QByteArray::fromHex("5b415d0a 9a3d310a") << u"A"_s << u"\uFFFD"_s << u"模"_s << QByteArray::fromHex("5b415d0a 9a3dc4a30a");
+        QTest::newRow("GB18030 kept while a byte that is not UTF-8 stays") << QByteArray::fromHex("5b415d0a 4b3dff0a 4c3dc4a30a") << u"A"_s << u"M"_s << u"模"_s << QByteArray::fromHex("5b415d0a 4b3dff0a 4c3dc4a30a 4d3dc4a30a");
+        QTest::newRow("GB18030 that becomes ASCII") << QByteArray::fromHex("5b415d0a 4b3dff0a") << u"A"_s << u"K"_s << u"x"_s << QByteArray::fromHex("5b415d0a 4b3d780a");
+        QTest::newRow("section name with ]") << QByteArray("[a]b]\nK=1\n") << u"a]b"_s << u"K"_s << u"2"_s << QByteArray("[a]b]\nK=2\n");
+        QTest::newRow("255 characters, quote at one end") << QByteArray("[A]\n") << u"A"_s << u"K"_s << u'"' + QString(254, u'x') << "[A]\nK=\"" + QByteArray(254, 'x') + "\n";
     }
 
     void write()
@@ -176,12 +130,11 @@ private Q_SLOTS:
         QFETCH(QString, section);
         QFETCH(QString, key);
         QFETCH(QString, value);
-        QFETCH(QByteArray, after);
 
         const QString path = fileWith(before);
         QString error;
         QVERIFY2(IniFile::write(path, section, key, value, &error), qPrintable(error));
-        QCOMPARE(contents(path), after);
+        QTEST(contents(path), "after");
         QCOMPARE(IniFile::load(path).value(section, key), value);
     }
 
@@ -208,12 +161,9 @@ private Q_SLOTS:
         row("tab after the value", u"A"_s, u"K"_s, u"v\t"_s, u"blank or tab"_s);
         row("matching quotes", u"A"_s, u"K"_s, u"'v'"_s, u"quotes"_s);
         row("256 characters", u"A"_s, u"K"_s, QString(256, u'x'), u"255"_s);
-        QTest::newRow("UTF-16 of odd length") << QByteArray::fromHex("fffe41") << u"A"_s << u"K"_s << u"1"_s
-                                              << u"odd number of bytes"_s;
+        QTest::newRow("UTF-16 of odd length") << QByteArray::fromHex("fffe41") << u"A"_s << u"K"_s << u"1"_s << u"odd number of bytes"_s;
         // L reads 模 in GB18030, ģ in UTF-8.
-        QTest::newRow("GB18030 that would become UTF-8")
-            << QByteArray::fromHex("5b415d0a 4b3dff0a 4c3dc4a30a") << u"A"_s << u"K"_s << u"x"_s
-            << u"GB18030"_s;
+        QTest::newRow("GB18030 that would become UTF-8") << QByteArray::fromHex("5b415d0a 4b3dff0a 4c3dc4a30a") << u"A"_s << u"K"_s << u"x"_s << u"GB18030"_s;
     }
 
     void rejectedWrite()

@@ -24,8 +24,7 @@ private Q_SLOTS:
         QTest::newRow("drive path") << u"C:\\SEAL\\SEAL.INI"_s << u"/drives/c/seal/seal.ini"_s;
         QTest::newRow("missing folder") << u"C:\\NONE\\SEAL.INI"_s << u"/drives/c/NONE/SEAL.INI"_s;
         QTest::newRow("bare drive") << u"c:seal.ini"_s << u"/drives/c/seal.ini"_s;
-        QTest::newRow("dots, doubled and trailing backslashes")
-            << u"c:\\..\\x\\.\\\\..\\SEAL\\\\"_s << u"/drives/c/seal"_s;
+        QTest::newRow("dots, doubled and trailing backslashes") << u"c:\\..\\x\\.\\\\..\\SEAL\\\\"_s << u"/drives/c/seal"_s;
         QTest::newRow("local path upper-cased") << u"@/LIB/A.INI"_s << u"/lib/a.ini"_s;
     }
 

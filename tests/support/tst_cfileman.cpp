@@ -59,8 +59,7 @@ private slots:
         QTest::addColumn<qint64>("record");
         QTest::addColumn<QByteArray>("onDisk");
         QTest::newRow("integer at 5") << 2 << 0x1234 << qint64(5) << QByteArray("\0\0\0\0\x34\x12", 6);
-        QTest::newRow("lowest long at 2") << 4 << qint32(0x80000000) << qint64(2)
-                                          << QByteArray("\0\0\0\0\x80", 5);
+        QTest::newRow("lowest long at 2") << 4 << qint32(0x80000000) << qint64(2) << QByteArray("\0\0\0\0\x80", 5);
     }
     void integerRecords()
     {

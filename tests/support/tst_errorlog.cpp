@@ -49,15 +49,11 @@ private slots:
         QTest::addColumn<QString>("logFile"); // below the drives folder; empty: it cannot be written
 
         QTest::newRow("no ERRORFILE, on a fresh machine") << QByteArray() << false << u"c/errorpath/error.txt"_s;
-        QTest::newRow("failed block copies, on a fresh machine")
-            << QByteArray() << true << u"c/errorpath/error.txt"_s;
-        QTest::newRow("ERRORFILE with blanks inside quotes")
-            << QByteArray("[ERROR]\nERRORFILE=\" d:\\Logs \"\n") << false << u"d/Logs/error.txt"_s;
+        QTest::newRow("failed block copies, on a fresh machine") << QByteArray() << true << u"c/errorpath/error.txt"_s;
+        QTest::newRow("ERRORFILE with blanks inside quotes") << QByteArray("[ERROR]\nERRORFILE=\" d:\\Logs \"\n") << false << u"d/Logs/error.txt"_s;
         // Only the folder itself is made, besides the drive.
-        QTest::newRow("two levels missing")
-            << QByteArray("[ERROR]\nERRORFILE=c:\\nowhere\\errorpath\n") << false << QString();
-        QTest::newRow("two levels missing, block copies")
-            << QByteArray("[ERROR]\nERRORFILE=c:\\nowhere\\errorpath\n") << true << QString();
+        QTest::newRow("two levels missing") << QByteArray("[ERROR]\nERRORFILE=c:\\nowhere\\errorpath\n") << false << QString();
+        QTest::newRow("two levels missing, block copies") << QByteArray("[ERROR]\nERRORFILE=c:\\nowhere\\errorpath\n") << true << QString();
     }
 
     // Two errors give two lines in call order.

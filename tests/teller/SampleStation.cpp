@@ -15,13 +15,9 @@ SampleStation::SampleStation(Engine engine, Contents contents)
         m_errorText = u"No temporary folder: "_s + m_folder.errorString();
         return;
     }
-    if (contents == Contents::Sample) {
-        load(m_seal, {u"seal.sql"_s, u"reference.sql"_s});
-        load(m_local, {u"local.sql"_s, u"reference.sql"_s});
-    } else {
-        load(m_seal, {});
-        load(m_local, {});
-    }
+    const bool sample = contents == Contents::Sample;
+    load(m_seal, sample ? QStringList{u"seal.sql"_s, u"reference.sql"_s} : QStringList());
+    load(m_local, sample ? QStringList{u"local.sql"_s, u"reference.sql"_s} : QStringList());
 }
 
 void SampleStation::load(TestDatabase &database, const QStringList &scripts)
@@ -66,18 +62,13 @@ void SampleStation::writeIni(const QByteArray &extra, const QString &server) con
 
 QString SampleStation::errorLog() const
 {
-    QFile file(errorLogPath());
+    QFile file(QDir(folder()).filePath(u"log/error.txt"_s));
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
 void SampleStation::clearErrorLog() const
 {
-    QFile::remove(errorLogPath());
-}
-
-QString SampleStation::errorLogPath() const
-{
-    return QDir(folder()).filePath(u"log/error.txt"_s);
+    QFile::remove(QDir(folder()).filePath(u"log/error.txt"_s));
 }
 
 } // namespace quarry::test

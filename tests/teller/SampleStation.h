@@ -43,7 +43,6 @@ public:
 
 private:
     void load(TestDatabase &database, const QStringList &scripts);
-    QString errorLogPath() const;
 
     QTemporaryDir m_folder;
     TestDatabase m_seal;

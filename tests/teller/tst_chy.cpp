@@ -117,197 +117,169 @@ class TestCHy : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void lookups_data();
-    void lookups();
-    void belongedWdhsOfTheHeadOffice_data();
-    void belongedWdhsOfTheHeadOffice();
-    void belongedWdhsBelowAWideLevel_data();
-    void belongedWdhsBelowAWideLevel();
-    void brokenSealDatabase_data();
-    void brokenSealDatabase();
+    // The sample station with the anomalies on each engine there is, filled
+    // once: the lookups only read.
+    void initTestCase()
+    {
+        for (Engine engine : quarry::test::allEngines()) {
+            if (!quarry::test::missingEngine(engine).isEmpty())
+                continue;
+            auto &station = m_stations[engine] = std::make_unique<SampleStation>(engine);
+            station->changeSeal(Anomalies);
+            QVERIFY2(station->isValid(), qPrintable(station->errorText()));
+        }
+    }
+
+    // The lookups run alike on both engines; the ODBC path is taken once, by the
+    // whole-tree walk.
+    void lookups_data()
+    {
+        QTest::addColumn<Engine>("engine");
+        QTest::addColumn<QByteArray>("ini"); // extra lines of seal.ini
+        QTest::addColumn<Lookup>("lookup");
+        QTest::addColumn<QString>("expected"); // "error: <source>|<description>" for an error
+        QTest::addColumn<QString>("logged");   // part of the error log's one line, "" for none
+        using H = CHy &;
+        for (Engine engine : {Engine::Sqlite, Engine::MariaDb}) {
+            const auto row = [&](const char *tag, const QString &expected, const Lookup &lookup,
+                                 const QString &logged = {}, const QByteArray &ini = {}) {
+                QTest::addRow("%s/%s", qPrintable(quarry::test::engineName(engine)), tag) << engine << ini << lookup << expected << logged;
+            };
+            row("branch name", u"东城第1支行"_s, [](H hy) { return hy.GetWdNameByWdh(u"110101"_s); });
+            row("teller's branch is its type's", u"110000"_s, [](H hy) { return hy.GetHyWDH(u"9001"_s); });
+            row("teller whose type was deleted", {}, [](H hy) { return hy.GetHyWDH(u"9000"_s); });
+            row("teller name", u"李建国"_s, [](H hy) { return hy.GetHynameByHydh(u"0002"_s); });
+            row("branch exists", u"1"_s, [](H hy) { return QString::number(hy.IsWdhExist(u"1101010101"_s)); });
+            row("branch exists, quote", u"0"_s, [](H hy) { return QString::number(hy.IsWdhExist(u"'or'1'"_s)); });
+            row("manager 001", u"True"_s, [](H hy) { return boolText(hy.isManager(u"9011"_s)); });
+            row("manager 110", u"False"_s, [](H hy) { return boolText(hy.isManager(u"9012"_s)); });
+            row("manager 1", u"False"_s, [](H hy) { return boolText(hy.isManager(u"9013"_s)); });
+            row("manager, type deleted", u"error: CHy|isManager : 行员不存在权限!"_s, [](H hy) { return boolText(hy.isManager(u"9000"_s)); });
+            row("power group 001", u"True"_s, [](H hy) { return boolText(hy.isPowerGroup(u"测试主管"_s)); });
+            row("branch of the head office", u"110000"_s, [](H hy) { return hy.GetBranchWdh(u"110000"_s); });
+            row("branch of an agency", u"110100"_s, [](H hy) { return hy.GetBranchWdh(u"1101010302"_s); });
+            row("branch of an unknown code", u"error: CHy::GetBranchWdh()|网点号999不在网点对照表中"_s, [](H hy) { return hy.GetBranchWdh(u"999"_s); });
+            row("branch in a cycle", u"error: CHy::GetBranchWdh()|网点对照表中网点C1的上级关系构成循环，找不到它所属的分行！"_s, [](H hy) { return hy.GetBranchWdh(u"C1"_s); }, u" 2000 网点对照表中网点C1的上级"_s);
+            row("belonged, without sub-branches, then with", u"'1101010101', | '1101010101','11010101','1101010101','1101010102',"_s, belonged({u"1101010101"_s, u"11010101"_s}));
+            row("belonged, quote", u"'1'' or ''1''=''1' | '1'' or ''1''=''1',"_s, belonged({u"1' or '1'='1"_s}));
+            row("belonged, cycle", u" | 'C1','C2','C3',"_s, belonged({u"C1"_s}), u"CHy.GetBelongedWDHS() 2000 网点对照表数据有误：网点C1在"_s);
+            row("belonged, two parents", u" | 'D0','D1','D3','D4',"_s + (engine == Engine::MariaDb ? u"'D5','D2',"_s : u"'D2',"_s), belonged({u"D0"_s}), u"CHy.GetBelongedWDHS() 2000 网点对照表数据有误：网点D3在"_s);
+            row("teller info", u"True|9001|借调员|1011111100|2|总行主管|110101|5|2005-01-01|2009-12-31|2010-06-30|0|3|0"_s, hyInfo(u"9001"_s));
+            const auto fenhang = [](H hy) { return boolText(hy.isFenhang()); };
+            row("first-level branch", u"True"_s, fenhang, {}, "[BANKPARAM]\nDEPARTID=110300\n");
+            row("head office", u"False"_s, fenhang, {}, "[BANKPARAM]\nDEPARTID=110000\n");
+        }
+    }
+
+    void lookups()
+    {
+        QFETCH(Engine, engine);
+        QFETCH(QByteArray, ini);
+        QFETCH(Lookup, lookup);
+        QFETCH(QString, logged);
+        QUARRY_REQUIRE_ENGINE(engine);
+        SampleStation &sample = *m_stations.at(engine);
+        sample.writeIni(ini);
+        sample.clearErrorLog();
+        QTEST(answerOf(lookup), "expected");
+        const QString log = sample.errorLog();
+        QCOMPARE(log.count(u'\n'), logged.isEmpty() ? 0 : 1);
+        QVERIFY2(log.contains(logged), qPrintable(log));
+    }
+
+    void belongedWdhsOfTheHeadOffice_data()
+    {
+        addEngineRows(quarry::test::allEngines());
+    }
+
+    // The whole sample tree in the order of the one-query-per-branch walk.
+    void belongedWdhsOfTheHeadOffice()
+    {
+        QFETCH(Engine, engine);
+        QUARRY_REQUIRE_ENGINE(engine);
+        SampleStation &sample = *m_stations.at(engine);
+        sample.writeIni();
+        quarry::DbConnection connection;
+        sample.seal().prepare(connection);
+        connection.open(sample.seal().connectionString(), u"BISOL"_s, u"KORMANTE"_s, true);
+        QVERIFY2(connection.isOpen(), qPrintable(connection.errorText()));
+        const QString expected = quarry::test::belongedWdhsOneQueryPerBranch(connection, u"110000"_s);
+        QCOMPARE(answerOf(belonged({u"110000"_s})), u" | "_s + expected);
+    }
+
+    void belongedWdhsBelowAWideLevel_data()
+    {
+        QTest::addColumn<Engine>("engine");
+        QTest::addColumn<QString>("rows");     // WDDZ rows below the wide level
+        QTest::addColumn<QString>("expected"); // the list from E1 to E4
+        QTest::addColumn<QString>("logged");   // part of the error log's one line, "" for none
+        for (Engine engine : quarry::test::allEngines()) {
+            const auto row = [&](const char *tag, const QString &rows, const QString &expected,
+                                 const QString &logged = {}) {
+                QTest::addRow("%s/%s", qPrintable(quarry::test::engineName(engine)), tag) << engine << rows << expected << logged;
+            };
+            // MariaDB takes "e1 " for E1; SQLite does not.
+            const bool loose = engine != Engine::Sqlite;
+            row("faults", u"('G2', 'E1'), ('G1', 'E1'), ('G3', 'G1'), ('G1', 'G3'), ('G4', 'E2'), ('G4', 'E3')"_s, u"'E1','G2','G1','G3','E2','G4','E3','E4',"_s, u"网点G1,G4在网点E0之下"_s);
+            row("parent spelled two ways", u"('G1', 'E1'), ('G2', 'e1 ')"_s, loose ? u"'E1','G1','G2','E2','E3','E4',"_s : u"'E1','G1','E2','E3','E4',"_s);
+            row("parent spelled loosely", u"('G1', 'e1 ')"_s, loose ? u"'E1','G1','E2','E3','E4',"_s : u"'E1','E2','E3','E4',"_s);
+        }
+    }
+
+    // Below a level too wide for one query the tree is matched in memory where
+    // the database compares the codes as text, and read on by query where it
+    // does not: each case on a table of its own, as the choice is the table's.
+    void belongedWdhsBelowAWideLevel()
+    {
+        QFETCH(Engine, engine);
+        QFETCH(QString, rows);
+        QFETCH(QString, expected);
+        QFETCH(QString, logged);
+        QUARRY_REQUIRE_ENGINE(engine);
+        SampleStation station(engine, SampleStation::Contents::Empty);
+        station.changeSeal(WideBranchTable + u"INSERT INTO WDDZ (WDH, MASTERNO) VALUES "_s + rows + u";\n"_s);
+        QVERIFY2(station.isValid(), qPrintable(station.errorText()));
+        station.writeIni();
+        QCOMPARE(answerOf(belonged({u"E0"_s})), u" | 'E0',"_s + expected + wideLevelFrom(5));
+        const QString log = station.errorLog();
+        QCOMPARE(log.count(u'\n'), logged.isEmpty() ? 0 : 1);
+        QVERIFY2(log.contains(logged), qPrintable(log));
+    }
+
+    void brokenSealDatabase_data()
+    {
+        addEngineRows({Engine::Sqlite, Engine::MariaDb});
+    }
+
+    // A branch table without a head office, then the database gone (a closed
+    // port, an embedded database file that is missing): a lookup fails at once
+    // with the connection's error, IsWdhExist answers -1; both are logged.
+    void brokenSealDatabase()
+    {
+        QFETCH(Engine, engine);
+        QUARRY_REQUIRE_ENGINE(engine);
+        SampleStation broken(engine, SampleStation::Contents::Empty);
+        broken.changeSeal(u"CREATE TABLE WDDZ (WDH VARCHAR(20), MASTERNO VARCHAR(20));"_s);
+        QVERIFY2(broken.isValid(), qPrintable(broken.errorText()));
+        broken.writeIni();
+        QCOMPARE(answerOf([](CHy &hy) { return hy.GetBranchWdh(u"1"_s); }),
+                 u"error: CHy::GetBranchWdh()|网点对照表中没有总行！"_s);
+
+        // The embedded database names no server: the default one is named.
+        const QString server = engine == Engine::Sqlite ? u"SealServer"_s : u"127.0.0.1:1"_s;
+        broken.writeIni({}, server);
+        QFile::remove(broken.folder() + u"/SEAL.db"_s);
+        const QString failed = u"连接数据库"_s + server + u" 失败！"_s;
+        // The system has always named isFenhang here; the connection's own text follows.
+        const QString answer = answerOf([](CHy &hy) { return boolText(hy.isManager(u"0001"_s)); });
+        QVERIFY2(answer.startsWith(u"error: CHy|isFenhang["_s + failed), qPrintable(answer));
+        QCOMPARE(CHy().IsWdhExist(u"110101"_s), -1);
+        QCOMPARE(broken.errorLog().count(failed), 2);
+    }
 
 private:
     std::map<Engine, std::unique_ptr<SampleStation>> m_stations;
 };
-
-// The sample station with the anomalies on each engine there is, filled
-// once: the lookups only read.
-void TestCHy::initTestCase()
-{
-    for (Engine engine : quarry::test::allEngines()) {
-        if (!quarry::test::missingEngine(engine).isEmpty())
-            continue;
-        auto &station = m_stations[engine] = std::make_unique<SampleStation>(engine);
-        station->changeSeal(Anomalies);
-        QVERIFY2(station->isValid(), qPrintable(station->errorText()));
-    }
-}
-
-// The lookups run alike on both engines; the ODBC path is taken once, by the
-// whole-tree walk.
-void TestCHy::lookups_data()
-{
-    QTest::addColumn<Engine>("engine");
-    QTest::addColumn<QByteArray>("ini"); // extra lines of seal.ini
-    QTest::addColumn<Lookup>("lookup");
-    QTest::addColumn<QString>("expected"); // "error: <source>|<description>" for an error
-    QTest::addColumn<QString>("logged");   // part of the error log's one line, "" for none
-    using H = CHy &;
-    for (Engine engine : {Engine::Sqlite, Engine::MariaDb}) {
-        const auto row = [&](const char *tag, const QString &expected, const Lookup &lookup,
-                             const QString &logged = {}, const QByteArray &ini = {}) {
-            QTest::addRow("%s/%s", qPrintable(quarry::test::engineName(engine)), tag)
-                << engine << ini << lookup << expected << logged;
-        };
-        row("branch name", u"东城第1支行"_s, [](H hy) { return hy.GetWdNameByWdh(u"110101"_s); });
-        row("teller's branch is its type's", u"110000"_s, [](H hy) { return hy.GetHyWDH(u"9001"_s); });
-        row("teller whose type was deleted", {}, [](H hy) { return hy.GetHyWDH(u"9000"_s); });
-        row("teller name", u"李建国"_s, [](H hy) { return hy.GetHynameByHydh(u"0002"_s); });
-        row("branch exists", u"1"_s, [](H hy) { return QString::number(hy.IsWdhExist(u"1101010101"_s)); });
-        row("branch exists, quote", u"0"_s, [](H hy) { return QString::number(hy.IsWdhExist(u"'or'1'"_s)); });
-        row("manager 001", u"True"_s, [](H hy) { return boolText(hy.isManager(u"9011"_s)); });
-        row("manager 110", u"False"_s, [](H hy) { return boolText(hy.isManager(u"9012"_s)); });
-        row("manager 1", u"False"_s, [](H hy) { return boolText(hy.isManager(u"9013"_s)); });
-        row("manager, type deleted", u"error: CHy|isManager : 行员不存在权限!"_s,
-            [](H hy) { return boolText(hy.isManager(u"9000"_s)); });
-        row("power group 001", u"True"_s, [](H hy) { return boolText(hy.isPowerGroup(u"测试主管"_s)); });
-        row("branch of the head office", u"110000"_s, [](H hy) { return hy.GetBranchWdh(u"110000"_s); });
-        row("branch of an agency", u"110100"_s, [](H hy) { return hy.GetBranchWdh(u"1101010302"_s); });
-        row("branch of an unknown code", u"error: CHy::GetBranchWdh()|网点号999不在网点对照表中"_s,
-            [](H hy) { return hy.GetBranchWdh(u"999"_s); });
-        row("branch in a cycle",
-            u"error: CHy::GetBranchWdh()|网点对照表中网点C1的上级关系构成循环，找不到它所属的分行！"_s,
-            [](H hy) { return hy.GetBranchWdh(u"C1"_s); }, u" 2000 网点对照表中网点C1的上级"_s);
-        row("belonged, without sub-branches, then with",
-            u"'1101010101', | '1101010101','11010101','1101010101','1101010102',"_s,
-            belonged({u"1101010101"_s, u"11010101"_s}));
-        row("belonged, quote", u"'1'' or ''1''=''1' | '1'' or ''1''=''1',"_s,
-            belonged({u"1' or '1'='1"_s}));
-        row("belonged, cycle", u" | 'C1','C2','C3',"_s, belonged({u"C1"_s}),
-            u"CHy.GetBelongedWDHS() 2000 网点对照表数据有误：网点C1在"_s);
-        row("belonged, two parents",
-            u" | 'D0','D1','D3','D4',"_s + (engine == Engine::MariaDb ? u"'D5','D2',"_s : u"'D2',"_s),
-            belonged({u"D0"_s}), u"CHy.GetBelongedWDHS() 2000 网点对照表数据有误：网点D3在"_s);
-        row("teller info",
-            u"True|9001|借调员|1011111100|2|总行主管|110101|5|2005-01-01|2009-12-31|2010-06-30|0|3|0"_s,
-            hyInfo(u"9001"_s));
-        const auto fenhang = [](H hy) { return boolText(hy.isFenhang()); };
-        row("first-level branch", u"True"_s, fenhang, {}, "[BANKPARAM]\nDEPARTID=110300\n");
-        row("head office", u"False"_s, fenhang, {}, "[BANKPARAM]\nDEPARTID=110000\n");
-    }
-}
-
-void TestCHy::lookups()
-{
-    QFETCH(Engine, engine);
-    QFETCH(QByteArray, ini);
-    QFETCH(Lookup, lookup);
-    QFETCH(QString, expected);
-    QFETCH(QString, logged);
-    QUARRY_REQUIRE_ENGINE(engine);
-    SampleStation &sample = *m_stations.at(engine);
-    sample.writeIni(ini);
-    sample.clearErrorLog();
-    QCOMPARE(answerOf(lookup), expected);
-    const QString log = sample.errorLog();
-    QCOMPARE(log.count(u'\n'), logged.isEmpty() ? 0 : 1);
-    QVERIFY2(log.contains(logged), qPrintable(log));
-}
-
-void TestCHy::belongedWdhsOfTheHeadOffice_data()
-{
-    addEngineRows(quarry::test::allEngines());
-}
-
-// The whole sample tree in the order of the one-query-per-branch walk.
-void TestCHy::belongedWdhsOfTheHeadOffice()
-{
-    QFETCH(Engine, engine);
-    QUARRY_REQUIRE_ENGINE(engine);
-    SampleStation &sample = *m_stations.at(engine);
-    sample.writeIni();
-    quarry::DbConnection connection;
-    sample.seal().prepare(connection);
-    connection.open(sample.seal().connectionString(), u"BISOL"_s, u"KORMANTE"_s, true);
-    QVERIFY2(connection.isOpen(), qPrintable(connection.errorText()));
-    const QString expected = quarry::test::belongedWdhsOneQueryPerBranch(connection, u"110000"_s);
-    QCOMPARE(answerOf(belonged({u"110000"_s})), u" | "_s + expected);
-}
-
-void TestCHy::belongedWdhsBelowAWideLevel_data()
-{
-    QTest::addColumn<Engine>("engine");
-    QTest::addColumn<QString>("rows");     // WDDZ rows below the wide level
-    QTest::addColumn<QString>("expected"); // the list from E1 to E4
-    QTest::addColumn<QString>("logged");   // part of the error log's one line, "" for none
-    for (Engine engine : quarry::test::allEngines()) {
-        const auto row = [&](const char *tag, const QString &rows, const QString &expected,
-                             const QString &logged = {}) {
-            QTest::addRow("%s/%s", qPrintable(quarry::test::engineName(engine)), tag)
-                << engine << rows << expected << logged;
-        };
-        // MariaDB takes "e1 " for E1; SQLite does not.
-        const bool loose = engine != Engine::Sqlite;
-        row("faults", u"('G2', 'E1'), ('G1', 'E1'), ('G3', 'G1'), ('G1', 'G3'), ('G4', 'E2'), ('G4', 'E3')"_s,
-            u"'E1','G2','G1','G3','E2','G4','E3','E4',"_s, u"网点G1,G4在网点E0之下"_s);
-        row("parent spelled two ways", u"('G1', 'E1'), ('G2', 'e1 ')"_s,
-            loose ? u"'E1','G1','G2','E2','E3','E4',"_s : u"'E1','G1','E2','E3','E4',"_s);
-        row("parent spelled loosely", u"('G1', 'e1 ')"_s,
-            loose ? u"'E1','G1','E2','E3','E4',"_s : u"'E1','E2','E3','E4',"_s);
-    }
-}
-
-// Below a level too wide for one query the tree is matched in memory where
-// the database compares the codes as text, and read on by query where it
-// does not: each case on a table of its own, as the choice is the table's.
-void TestCHy::belongedWdhsBelowAWideLevel()
-{
-    QFETCH(Engine, engine);
-    QFETCH(QString, rows);
-    QFETCH(QString, expected);
-    QFETCH(QString, logged);
-    QUARRY_REQUIRE_ENGINE(engine);
-    SampleStation station(engine, SampleStation::Contents::Empty);
-    station.changeSeal(WideBranchTable + u"INSERT INTO WDDZ (WDH, MASTERNO) VALUES "_s + rows + u";\n"_s);
-    QVERIFY2(station.isValid(), qPrintable(station.errorText()));
-    station.writeIni();
-    QCOMPARE(answerOf(belonged({u"E0"_s})), u" | 'E0',"_s + expected + wideLevelFrom(5));
-    const QString log = station.errorLog();
-    QCOMPARE(log.count(u'\n'), logged.isEmpty() ? 0 : 1);
-    QVERIFY2(log.contains(logged), qPrintable(log));
-}
-
-void TestCHy::brokenSealDatabase_data()
-{
-    addEngineRows({Engine::Sqlite, Engine::MariaDb});
-}
-
-// A branch table without a head office, then the database gone (a closed
-// port, an embedded database file that is missing): a lookup fails at once
-// with the connection's error, IsWdhExist answers -1; both are logged.
-void TestCHy::brokenSealDatabase()
-{
-    QFETCH(Engine, engine);
-    QUARRY_REQUIRE_ENGINE(engine);
-    SampleStation broken(engine, SampleStation::Contents::Empty);
-    broken.changeSeal(u"CREATE TABLE WDDZ (WDH VARCHAR(20), MASTERNO VARCHAR(20));"_s);
-    QVERIFY2(broken.isValid(), qPrintable(broken.errorText()));
-    broken.writeIni();
-    QCOMPARE(answerOf([](CHy &hy) { return hy.GetBranchWdh(u"1"_s); }),
-             u"error: CHy::GetBranchWdh()|网点对照表中没有总行！"_s);
-
-    // The embedded database names no server: the default one is named.
-    const QString server = engine == Engine::Sqlite ? u"SealServer"_s : u"127.0.0.1:1"_s;
-    broken.writeIni({}, server);
-    QFile::remove(broken.folder() + u"/SEAL.db"_s);
-    const QString failed = u"连接数据库"_s + server + u" 失败！"_s;
-    // The system has always named isFenhang here; the connection's own text follows.
-    const QString answer = answerOf([](CHy &hy) { return boolText(hy.isManager(u"0001"_s)); });
-    QVERIFY2(answer.startsWith(u"error: CHy|isFenhang["_s + failed), qPrintable(answer));
-    QCOMPARE(CHy().IsWdhExist(u"110101"_s), -1);
-    QCOMPARE(broken.errorLog().count(failed), 2);
-}
 
 QTEST_GUILESS_MAIN(TestCHy)
 #include "tst_chy.moc"
