@@ -39,6 +39,16 @@ LogCatalogue sampleCatalogue()
     return LogCatalogue::read(qEnvironmentVariable("QUARRY_SOURCE_DIR") + u"/data/sample/logs.ini"_s);
 }
 
+// A catalogue of the text, as logs.ini in dir.
+LogCatalogue catalogue(const QTemporaryDir &dir, const QByteArray &text)
+{
+    QFile file(dir.filePath(u"logs.ini"_s));
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
+        qFatal("Cannot write %s", qPrintable(file.fileName()));
+    file.close();
+    return LogCatalogue::read(file.fileName());
+}
+
 int entryIndex(const QString &logType)
 {
     const QList<LogEntry> entries = sampleCatalogue().entries();
@@ -171,11 +181,7 @@ void TestViewerWindow::missingTable()
 {
     OPEN_STATION(station, Engine::Sqlite);
     QTemporaryDir dir;
-    QFile file(dir.filePath(u"logs.ini"_s));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("[Catalogue]\nLogs=XXRZ, PTFHRZ\n[XXRZ]\nTitle=x\nTable=NOSUCHLOG\nKey=LOGID\n[PTFHRZ]\nTitle=p\nTable=PTFHLOG\nKey=LOGID\n");
-    file.close();
-    ViewerWindow window(LogCatalogue::read(file.fileName()));
+    ViewerWindow window(catalogue(dir, "[Catalogue]\nLogs=XXRZ, PTFHRZ\n[XXRZ]\nTitle=x\nTable=NOSUCHLOG\nKey=LOGID\n[PTFHRZ]\nTitle=p\nTable=PTFHLOG\nKey=LOGID\n"));
     window.show();
 
     quarry::test::operate([&] { window.runLog(0); }, {u"BtnOk!"_s});
@@ -355,18 +361,14 @@ void TestViewerWindow::pages()
     QCOMPARE(failed.size(), 0);
 }
 
-// The table goes while its rows are shown: the window says so, once, and
-// an export leaves no file.
+// The table goes while its rows are shown: the window says so, and an
+// export leaves no file.
 void TestViewerWindow::pageLost()
 {
     OPEN_STATION(station, Engine::Sqlite);
     station.changeSeal(u"CREATE TABLE GONE AS SELECT * FROM PTFHLOG;\n"_s);
     QTemporaryDir dir;
-    QFile file(dir.filePath(u"logs.ini"_s));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("[Catalogue]\nLogs=PTFHRZ\n[PTFHRZ]\nTitle=g\nTable=GONE\nKey=LOGID\n");
-    file.close();
-    ViewerWindow window(LogCatalogue::read(file.fileName()));
+    ViewerWindow window(catalogue(dir, "[Catalogue]\nLogs=PTFHRZ\n[PTFHRZ]\nTitle=g\nTable=GONE\nKey=LOGID\n"));
     window.show();
     quarry::test::operate([&] { window.runLog(0); }, {u"BtnOk!"_s});
     QVERIFY(rows(window)->rowCount() > 1000); // more than the first page
