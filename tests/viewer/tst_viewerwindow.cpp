@@ -293,10 +293,13 @@ void TestViewerWindow::csvExport()
 namespace {
 
 // 40 keys that need quoting in a literal, each of them unique in any letter
-// case.
-QStringList pagedKeys()
+// case. The ODBC driver quotes for SQL Server, where a backslash is an
+// ordinary character; the MariaDB behind it here reads one as an escape.
+QStringList pagedKeys(Engine engine)
 {
-    const QStringList heads{u"'"_s, u"\\"_s, u"''"_s, u"%"_s, u"_"_s, u"中"_s, u"\\'"_s, u"a"_s};
+    QStringList heads{u"'"_s, u"''"_s, u"%"_s, u"_"_s, u"中"_s, u"a"_s};
+    if (engine != Engine::MariaDbOdbc)
+        heads += {u"\\"_s, u"\\'"_s};
     QStringList keys;
     for (int i = 0; i < 40; ++i)
         keys.append(heads[i % heads.size()] + u"%1"_s.arg(i, 2, 10, QChar(u'0')));
@@ -318,9 +321,10 @@ void TestViewerWindow::pages_data()
 {
     QTest::addColumn<Engine>("engine");
     QTest::addColumn<QList<int>>("visits");
-    for (Engine engine : {Engine::Sqlite, Engine::MariaDb}) {
+    for (Engine engine : quarry::test::allEngines()) {
         const QByteArray name = quarry::test::engineName(engine).toLatin1();
         // Pages of 3, of which 8 are kept: each pass reads most of them anew.
+        // ODBC stands for SQL Server, which pages with OFFSET ... FETCH.
         QTest::addRow("%s: down, then up", name.data()) << engine << span(0, 39) + span(39, 0);
         QTest::addRow("%s: jumps", name.data()) << engine << QList<int>{39, 0, 20, 21, 22, 23, 2, 38, 1};
     }
@@ -333,7 +337,7 @@ void TestViewerWindow::pages()
     QFETCH(QList<int>, visits);
     OPEN_STATION(station, engine);
     QString script = u"CREATE TABLE PAGED (K VARCHAR(20) NOT NULL PRIMARY KEY, N INTEGER);\n"_s;
-    const QStringList keys = pagedKeys();
+    const QStringList keys = pagedKeys(engine);
     for (qsizetype i = 0; i < keys.size(); ++i)
         script += u"INSERT INTO PAGED VALUES ('%1', %2);\n"_s.arg(QString(keys[i]).replace(u"'"_s, u"''"_s)).arg(i);
     station.changeSeal(script);
