@@ -62,7 +62,6 @@ private:
     QString m_key;
     Paging m_paging = Paging::LimitOffset;
     QSqlRecord m_columns;
-    int m_keyColumn = -1;
     qint64 m_rowCount = 0;
     qint64 m_pageRows = 1;
     // Read on demand from const data(), as QSqlQueryModel fetches.
