@@ -123,14 +123,6 @@ void TestViewerWindow::query_data()
         const QByteArray name = quarry::test::engineName(engine).toLatin1();
         QTest::addRow("%s: verification log, all", name.data()) << engine << u"YYRZ"_s << QStringList{u"BtnOk!"_s}
             << u"frmYYLog"_s << u"SELECT * FROM YYLOG where Opcode Like '%'"_s << u"SELECT COUNT(*) FROM YYLOG"_s;
-        QTest::addRow("%s: business log, one teller", name.data()) << engine << u"YWRZ"_s << QStringList{u"TxtHy=0011"_s, u"BtnOk!"_s}
-            << u"frmYWLog"_s << u"SELECT * FROM YWLOG where  ACCNO"_s << u"SELECT COUNT(*) FROM YWLOG WHERE Opcode = '0011'"_s;
-        QTest::addRow("%s: seal requests", name.data()) << engine << u"YJREQLOG"_s << QStringList{u"txtWdh=110101"_s, u"cmdOK!"_s}
-            << u"frmYjReqLog"_s << u"SELECT * FROM YJREQLOG where (BranchNo='Bank110101'"_s
-            << u"SELECT COUNT(*) FROM YJREQLOG WHERE BranchNo = 'Bank110101' OR MasterNo = '110101'"_s;
-        QTest::addRow("%s: compound log", name.data()) << engine << u"PTFHRZ"_s << QStringList{u"TxtAccNo=110101*"_s, u"BtnOk!"_s}
-            << u"frmPTFHLog"_s << u"SELECT * FROM PTFHLOG where  ACCNO  LIKE  '110101%'"_s
-            << u"SELECT COUNT(*) FROM PTFHLOG WHERE SUBSTR(ACCNO, 1, 6) = '110101'"_s;
         QTest::addRow("%s: cheque list from the database", name.data()) << engine << u"ZPGLRZ"_s
             << QStringList{u"ComPZ"_s, u"Return"_s, u"CmdYes!"_s} << u"frmZPGLLog"_s << u"SELECT * FROM ZPGLLOG where (accno like '%')"_s
             << u"SELECT COUNT(*) FROM ZPGLLOG WHERE pztype = '现金支票'"_s;
