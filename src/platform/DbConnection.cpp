@@ -1,10 +1,12 @@
 #include "platform/DbConnection.h"
 
+#include "platform/EmbeddedDatabase.h"
 #include "platform/Paths.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QSqlError>
+#include <QSqlQuery>
 
 #include <algorithm>
 #include <atomic>
@@ -125,8 +127,8 @@ void DbConnection::open(const QString &connectionString, const QString &user,
     QString secret = password;
     switch (dialect()) {
     case Dialect::Embedded:
-        db = addEmbedded(target.database);
-        break;
+        openEmbedded(target.database);
+        return;
     case Dialect::MySql:
         db = addMySql(target.server, target.database);
         break;
@@ -138,7 +140,7 @@ void DbConnection::open(const QString &connectionString, const QString &user,
         db = addOdbc(target.server, target.database);
         break;
     case Dialect::Unknown:
-        fail(u"Unsupported database type \"%1\"."_s.arg(m_type));
+        fail(u"不支持的数据库类型“%1”"_s.arg(m_type));
         return;
     }
     if (m_failed)
@@ -180,21 +182,37 @@ DbConnection::Dialect DbConnection::dialect() const
     return Dialect::Unknown;
 }
 
-QSqlDatabase DbConnection::addEmbedded(const QString &databaseName)
+void DbConnection::openEmbedded(const QString &databaseName)
 {
     if (databaseName.isEmpty()) {
-        fail(u"No database file named in the connection string."_s);
-        return {};
+        fail(u"连接字符串中没有数据库文件名（Database=）"_s);
+        return;
     }
     const QString path = embeddedFilePath(databaseName);
-    if (!QFileInfo(path).isFile()) {
-        fail(u"Database file not found: %1"_s.arg(QDir::toNativeSeparators(path)));
-        return {};
+    const QFileInfo file(path);
+    if (!file.isFile()) {
+        fail(u"数据库文件 %1 %2"_s.arg(QDir::toNativeSeparators(path),
+                                       file.exists() ? u"不是文件"_s : u"不存在"_s));
+        return;
     }
     QSqlDatabase db = QSqlDatabase::addDatabase(u"QSQLITE"_s, m_connectionName);
     db.setDatabaseName(path);
     db.setConnectOptions(u"QSQLITE_OPEN_READONLY"_s);
-    return db;
+    if (!db.open()) {
+        fail(embedded::fileFault(path, db.lastError()));
+        return;
+    }
+    // SQLite reads nothing at the open: a file that is no database, or is
+    // locked, fails only at the first query, which would otherwise be the
+    // operator's.
+    QSqlQuery probe(db);
+    if (!probe.exec(u"select count(*) from sqlite_master"_s)) {
+        fail(embedded::fileFault(path, probe.lastError()));
+        probe.finish();
+        db.close();
+        return;
+    }
+    embedded::addDialectFunctions(db);
 }
 
 QSqlDatabase DbConnection::addMySql(const QString &server, const QString &databaseName)

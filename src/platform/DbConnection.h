@@ -13,8 +13,9 @@ namespace quarry {
 //  - "ACCESS" (default, also an empty type): the embedded database, an
 //    SQLite file named by Database (".db" added when it has no extension);
 //    a relative name is looked up in the file folder without regard to case,
-//    a Windows path is mapped to a local one. Opened read-only; a missing
-//    file is a failed open, never a new database;
+//    a Windows path is mapped to a local one. Opened read-only; a missing,
+//    unreadable, corrupt or locked file is a failed open whose error text
+//    names the file, never a new database. concat() works as on MySQL;
 //  - "MYSQL": Server is host or host:port; the driver sets the session to
 //    utf8mb4;
 //  - "SQLSERVER" and "SYBASE...": ODBC through the driver set with
@@ -56,7 +57,7 @@ private:
     enum class Dialect { Embedded, MySql, Odbc, Unknown };
 
     Dialect dialect() const;
-    QSqlDatabase addEmbedded(const QString &databaseName);
+    void openEmbedded(const QString &databaseName);
     QSqlDatabase addMySql(const QString &server, const QString &databaseName);
     QSqlDatabase addOdbc(const QString &server, const QString &databaseName);
     QString embeddedFilePath(const QString &databaseName) const;

@@ -6,7 +6,10 @@
 #include <quarry/QuarryError.h>
 
 #include <QDir>
+#include <QFile>
 #include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -93,16 +96,27 @@ private slots:
     {
         QTest::addColumn<Engine>("engine");
         QTest::addColumn<QString>("name");  // %1: the folder of the sample
-        QTest::addColumn<QString>("error"); // part of the error text; empty: found
-        QTest::newRow("extension added") << Engine::Sqlite << u"TEST"_s << QString();
-        QTest::newRow("absolute path, other case, backslash") << Engine::Sqlite << u"%1\\Test"_s << QString();
-        QTest::newRow("other extension") << Engine::Sqlite << u"TEST.mdb"_s << u"TEST.mdb"_s;
-        QTest::newRow("missing") << Engine::Sqlite << u"OTHER"_s << u"OTHER.db"_s;
+        QTest::addColumn<QByteArray>("content"); // of a file <name>.db made first; "/": a folder
+        QTest::addColumn<QString>("error");      // part of the error text; empty: found
+        QTest::newRow("extension added") << Engine::Sqlite << u"TEST"_s << QByteArray() << QString();
+        QTest::newRow("absolute path, other case, backslash") << Engine::Sqlite << u"%1\\Test"_s << QByteArray() << QString();
+        QTest::newRow("other extension") << Engine::Sqlite << u"TEST.mdb"_s << QByteArray() << u"TEST.mdb 不存在"_s;
+        QTest::newRow("missing") << Engine::Sqlite << u"OTHER"_s << QByteArray() << u"OTHER.db 不存在"_s;
+        QTest::newRow("a folder") << Engine::Sqlite << u"OTHER"_s << "/"_ba << u"OTHER.db 不是文件"_s;
+        QTest::newRow("no database") << Engine::Sqlite << u"OTHER"_s << QByteArray(4096, 'x') << u"OTHER.db 文件不是数据库"_s;
     }
     void findsEmbeddedFile()
     {
         QFETCH(QString, name);
+        QFETCH(QByteArray, content);
         QFETCH(QString, error);
+        const QString made = m_folder->filePath(u"OTHER.db"_s);
+        QFile file(made);
+        if (content == "/")
+            QVERIFY(QDir().mkdir(made));
+        else if (!content.isEmpty())
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+        file.close();
         const QStringList filesBefore = QDir(m_folder->path()).entryList(QDir::Files);
         m_connection->open(u"Server=;Database="_s + name.replace(u"%1"_s, m_folder->path()), User, Password, true);
         QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), filesBefore); // nothing created
@@ -111,6 +125,29 @@ private slots:
         if (!m_connection->failed())
             QVERIFY_THROWS_EXCEPTION(QuarryError, DbRecordSet().open(u"insert into WDDZ values ('9', '', '', '')"_s,
                                                                      *m_connection)); // opened read-only
+    }
+
+    void concatAsOnMySql_data()
+    {
+        QTest::addColumn<Engine>("engine");
+        QTest::addColumn<QString>("select");
+        QTest::addColumn<QVariant>("value");
+        for (Engine engine : {Engine::Sqlite, Engine::MariaDb}) {
+            const QByteArray tag = engineName(engine).toUtf8();
+            QTest::addRow("%s/texts", tag.constData()) << engine << u"concat(WDH, WDNAME) from WDDZ where WDH = '001'"_s << QVariant(u"001城东支行"_s);
+            QTest::addRow("%s/date and time", tag.constData()) << engine << u"concat(curday, '08:30:05') from delcalender"_s << QVariant(u"3000-01-0108:30:05"_s);
+            QTest::addRow("%s/number", tag.constData()) << engine << u"concat(12, 'x') from WDDZ where WDH = '001'"_s << QVariant(u"12x"_s);
+            QTest::addRow("%s/a null", tag.constData()) << engine << u"concat(WDH, NOTE) from WDDZ where WDH = '000'"_s << QVariant();
+        }
+    }
+    void concatAsOnMySql()
+    {
+        QFETCH(QString, select);
+        QFETCH(QVariant, value);
+        QSqlQuery query(m_connection->database());
+        QVERIFY2(query.exec(u"select "_s + select) && query.next(), qPrintable(query.lastError().text()));
+        QCOMPARE(query.value(0).isNull(), value.isNull());
+        QCOMPARE(query.value(0).toString(), value.toString());
     }
 
     void readsRecords_data() { addEngineRows(); }
