@@ -26,12 +26,29 @@ bool DateRangeBoxes::isBlank() const
     return m_start->isBlank() && m_end->isBlank();
 }
 
-std::optional<DateRange> DateRangeBoxes::check() const
+std::optional<DateRange> DateRangeBoxes::check(const std::function<void()> &beforeEnd) const
 {
+    if (beforeEnd) {
+        const DateRange start
+            = checkDateRange(m_start->maskedText(), MaskEdBox::EmptyDate.toString());
+        if (start.fault == DateRange::Fault::Start) {
+            tell(start.fault);
+            return std::nullopt;
+        }
+        beforeEnd();
+    }
     const DateRange range = checkDateRange(m_start->maskedText(), m_end->maskedText());
-    switch (range.fault) {
-    case DateRange::Fault::None:
+    if (range.fault == DateRange::Fault::None)
         return range;
+    tell(range.fault);
+    return std::nullopt;
+}
+
+void DateRangeBoxes::tell(DateRange::Fault fault) const
+{
+    switch (fault) {
+    case DateRange::Fault::None:
+        break;
     case DateRange::Fault::Start:
         warnOperator(m_dialog, u"起始日期格式错误，请重新输入！"_s);
         m_start->setFocus();
@@ -45,7 +62,6 @@ std::optional<DateRange> DateRangeBoxes::check() const
         m_end->setFocus();
         break;
     }
-    return std::nullopt;
 }
 
 } // namespace quarry

@@ -7,6 +7,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 class QFormLayout;
@@ -31,10 +32,13 @@ public:
 
     // The range, both dates yyyy-mm-dd. When a date is wrong or the end is
     // before the start, the operator is told so, the focus goes to the box
-    // concerned and there is no range.
-    std::optional<DateRange> check() const;
+    // concerned and there is no range. beforeEnd runs once the start has
+    // passed, before the end is read.
+    std::optional<DateRange> check(const std::function<void()> &beforeEnd = {}) const;
 
 private:
+    void tell(DateRange::Fault fault) const;
+
     QWidget *m_dialog;
     MaskEdBox *m_start;
     MaskEdBox *m_end;

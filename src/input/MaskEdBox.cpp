@@ -27,7 +27,7 @@ bool MaskEdBox::isBlank() const
 
 void MaskEdBox::focusOutEvent(QFocusEvent *event)
 {
-    if (m_kind == Kind::Date) {
+    if (m_kind == Kind::Date && !m_keepsText) {
         if (const std::optional<QString> date = maskedDate(maskedText()))
             setText(*date);
     }

@@ -1,6 +1,7 @@
 #include "input/OperatorMessage.h"
 
-#include <QAbstractButton>
+#include "platform/SystemMessage.h"
+
 #include <QMessageBox>
 
 using namespace Qt::StringLiterals;
@@ -15,16 +16,7 @@ QMessageBox::StandardButton showBox(QWidget *dialog, QMessageBox::Icon icon, con
                                     const QString &caption = u"提示信息"_s)
 {
     QMessageBox box(icon, caption, text, buttons, dialog);
-    // The operators read Chinese whatever translations the host has loaded.
-    const std::pair<QMessageBox::StandardButton, QString> captions[]
-        = {{QMessageBox::Ok, u"确定"_s},
-           {QMessageBox::Yes, u"是(&Y)"_s},
-           {QMessageBox::No, u"否(&N)"_s},
-           {QMessageBox::Cancel, u"取消"_s}};
-    for (const auto &[button, caption] : captions) {
-        if (QAbstractButton *shown = box.button(button))
-            shown->setText(caption);
-    }
+    setChineseButtonTexts(box);
     box.setDefaultButton(defaultButton);
     return static_cast<QMessageBox::StandardButton>(box.exec());
 }

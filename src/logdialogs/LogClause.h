@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/SqlLiteral.h"
+
 #include <quarry/quarry_export.h>
 
 #include <QString>
@@ -8,10 +10,11 @@
 // between quotes, the cheque range and the branch parts.
 namespace quarry {
 
-// The value, safe to stand between quotes: without the characters that end
-// a literal or widen a LIKE on one of the dialects (dropLiteralBreakers).
-// Every stored value goes through it on its way into a clause, whichever
-// box it came from.
+// What the operator typed, safe to stand between quotes: without the
+// characters that end a literal or widen a LIKE on one of the dialects
+// (dropLiteralBreakers). Every value typed into a box goes through it on its
+// way into a clause; the descriptions of the host's lists are data and go
+// through literalText instead.
 QUARRY_EXPORT QString quotable(const QString &value);
 // "%" for a value the operator left empty.
 QUARRY_EXPORT QString orAny(const QString &value);

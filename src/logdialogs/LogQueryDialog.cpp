@@ -160,7 +160,13 @@ void LogQueryDialog::storeWhenChosen(QComboBox *list, QString &target)
         return true;
     };
     setKeys({list}, {.up = Move::Keep, .beforeNext = store});
-    connect(list, &QComboBox::activated, this, store);
+    // An editable list also activates the entry that its text names when its
+    // edit field is left; by then the focus has gone, and the operator chose
+    // nothing.
+    connect(list, &QComboBox::activated, this, [list, store] {
+        if (!list->isEditable() || list->hasFocus())
+            store();
+    });
 }
 
 void LogQueryDialog::onArrive(QWidget *field, std::function<void()> show)
@@ -243,14 +249,19 @@ bool LogQueryDialog::eventFilter(QObject *watched, QEvent *event)
     case QEvent::KeyPress:
         guarded([&] { handled = handleKey(field, static_cast<const QKeyEvent &>(*event)); });
         return handled;
-    case QEvent::FocusIn:
+    case QEvent::FocusIn: {
+        // Also when the dialog opens with the focus in field.
+        const auto hook = m_onArrive.constFind(field);
+        if (hook != m_onArrive.cend())
+            guarded(*hook);
+        break;
+    }
     case QEvent::FocusOut: {
         // Not when another window (a message box, a list's popup) takes the
-        // focus or gives it back.
+        // focus: the operator has not left the field.
         const Qt::FocusReason reason = static_cast<const QFocusEvent &>(*event).reason();
-        const auto &hooks = event->type() == QEvent::FocusIn ? m_onArrive : m_onLeave;
-        const auto hook = hooks.constFind(field);
-        if (hook != hooks.cend() && reason != Qt::ActiveWindowFocusReason
+        const auto hook = m_onLeave.constFind(field);
+        if (hook != m_onLeave.cend() && reason != Qt::ActiveWindowFocusReason
             && reason != Qt::PopupFocusReason)
             guarded(*hook);
         break;

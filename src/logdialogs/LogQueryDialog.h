@@ -3,6 +3,7 @@
 #include "input/ConditionDialog.h"
 #include "input/DateRangeBoxes.h"
 #include "logdialogs/BranchBoxes.h"
+#include "platform/SqlLiteral.h"
 
 #include <quarry/CSysCfg.h>
 
@@ -94,7 +95,8 @@ protected:
     // The list's text goes to target when the operator picks an entry or
     // presses Enter in it; Up and Down keep their meaning in the list.
     void storeWhenChosen(QComboBox *list, QString &target);
-    // show runs when the focus comes to field from another control.
+    // show runs whenever field gets the focus, the first focus of the
+    // opened dialog included.
     void onArrive(QWidget *field, std::function<void()> show);
 
     const DateRangeBoxes &dates() const { return *m_dates; }
@@ -103,6 +105,7 @@ protected:
     void ensureLoaded();
     virtual void Form_Load() = 0;
     const CSysCfg &config() const { return m_config; }
+    SqlDialect dialect() const { return sqlDialect(m_config.BASEMODE); }
     // The teller data, opened on first use.
     CHy &hy();
 

@@ -15,20 +15,13 @@ namespace quarry {
 
 QString completedDate(const QString &masked, QChar fill)
 {
-    if (const std::optional<QString> date = maskedDate(masked))
-        return *date;
     return QString(masked).replace(u' ', fill);
 }
 
-bool joinsWithPlus(const QString &baseMode)
-{
-    return baseMode.compare(u"SQLSERVER"_s, Qt::CaseInsensitive) == 0
-        || baseMode.left(6).compare(u"SYBASE"_s, Qt::CaseInsensitive) == 0;
-}
-
-QString pjsbLogClause(const PJSBLogValues &v, qint16 profileCode, const QString &baseMode,
+QString pjsbLogClause(const PJSBLogValues &v, qint16 profileCode, SqlDialect dialect,
                       const QString &branchPart)
 {
+    const QString voucherType = literalText(orAny(v.voucherType), dialect, LiteralUse::LikePattern);
     const QString teller = quotable(orAny(v.teller));
     QString clause = u" where (accno like '"_s + quotable(orAny(v.account))
         + u"') and (opcode like '"_s + teller;
@@ -38,14 +31,15 @@ QString pjsbLogClause(const PJSBLogValues &v, qint16 profileCode, const QString 
         + quotable(v.cheques.end);
     if (profileCode == 39) {
         clause += u"') and (opdate between '"_s + quotable(v.startDate) + u"' and '"_s
-            + quotable(v.endDate) + u"') and  (pztype like'"_s + quotable(orAny(v.voucherType))
-            + u"')"_s;
+            + quotable(v.endDate) + u"') and  (pztype like'"_s + voucherType + u"')"_s;
     } else {
-        clause += (joinsWithPlus(baseMode) ? u"') and (opdate+optime between '"_s
-                                           : u"') and (concat(opdate,optime) between '"_s)
+        const bool joinsWithPlus
+            = dialect == SqlDialect::SqlServer || dialect == SqlDialect::Sybase;
+        clause += (joinsWithPlus ? u"') and (opdate+optime between '"_s
+                                 : u"') and (concat(opdate,optime) between '"_s)
             + quotable(v.startDate + v.startTime) + u"' and '"_s + quotable(v.endDate + v.endTime)
-            + u"') and  (pztype like '"_s + quotable(orAny(v.voucherType))
-            + u"') and (ChequeResult like '"_s + quotable(orAny(v.result)) + u"')"_s;
+            + u"') and  (pztype like '"_s + voucherType + u"') and (ChequeResult like '"_s
+            + literalText(orAny(v.result), dialect, LiteralUse::LikePattern) + u"')"_s;
     }
     if (!branchPart.isEmpty())
         clause += u" and  "_s + branchPart;
@@ -57,10 +51,13 @@ frmPJSBLog::frmPJSBLog()
 {
     TxtAccNo = addTextBox(u"TxtAccNo"_s, u"帐号特征:"_s, Typing::Pattern);
     TxtHy = addTextBox(u"TxtHy"_s, u"操作行员:"_s, Typing::AsTyped);
-    TxtBZP = addChequeBox(u"TxtBZP"_s, u"起始支票号:"_s);
-    TxtEZP = addChequeBox(u"TxtEZP"_s, u"截止支票号:"_s);
+    TxtBZP = addTextBox(u"TxtBZP"_s, u"起始支票号:"_s, Typing::AsTyped);
+    TxtEZP = addTextBox(u"TxtEZP"_s, u"截止支票号:"_s, Typing::AsTyped);
     addBranch(u"网点号:"_s, BranchBoxes::SubBranches::Offered);
     addDateRange();
+    // The range takes the boxes' texts as they stand (completedDate).
+    dates().start()->keepTextOnLeave();
+    dates().end()->keepTextOnLeave();
     maskBeginTime = addTimeBox(u"maskBeginTime"_s, u"起始时间:"_s);
     maskEndTime = addTimeBox(u"maskEndTime"_s, u"截止时间:"_s);
     ComPZ = addList(u"ComPZ"_s, u"凭证类型:"_s);
@@ -149,12 +146,12 @@ void frmPJSBLog::CmdYes_Click()
         m_values.endDate = completedDate(dates().end()->maskedText(), u'9');
     if (!datesInOrder())
         return;
-    m_values.startTime = maskedTime(maskBeginTime->maskedText()).value_or(u"00:00:00"_s);
-    m_values.endTime = maskedTime(maskEndTime->maskedText()).value_or(u"23:59:59"_s);
+    m_values.startTime = maskBeginTime->isBlank() ? u"00:00:00"_s : maskBeginTime->maskedText();
+    m_values.endTime = maskEndTime->isBlank() ? u"23:59:59"_s : maskEndTime->maskedText();
     const std::optional<QString> branchPart = ShowWDH ? branch().part(hy()) : QString();
     if (!branchPart)
         return;
-    setCondition(pjsbLogClause(m_values, profile, config().BASEMODE, *branchPart));
+    setCondition(pjsbLogClause(m_values, profile, dialect(), *branchPart));
     accept();
 }
 

@@ -7,7 +7,7 @@
 namespace quarry {
 
 // What frmPJSBLog has at OK ("" where nothing was given). The dates are
-// completed (see completedDate); the times are hh:mm:ss.
+// completed (see completedDate); the times are the boxes' texts.
 struct PJSBLogValues
 {
     QString account;     // a LIKE pattern
@@ -21,16 +21,15 @@ struct PJSBLogValues
     QString endTime;
 };
 
-// A date box's text as the range takes it: the date as yyyy-mm-dd, or the
-// text with every blank replaced by fill, so that an open start reads
-// "0000-00-00" and an open end "9999-99-99".
+// A date box's text as the range takes it: every blank replaced by fill and
+// nothing else changed, so that an open start reads "0000-00-00", an open
+// end "9999-99-99" and a start left as "2009-1 -05" reads "2009-10-05".
 QUARRY_EXPORT QString completedDate(const QString &masked, QChar fill);
-// SQL Server and Sybase join date and time with "+"; the others have concat.
-QUARRY_EXPORT bool joinsWithPlus(const QString &baseMode);
 // The clause with the branch part ("" for none). Bank profile 39 has no
-// times and no recognition result, and matches the teller's name too.
+// times and no recognition result, and matches the teller's name too. SQL
+// Server and Sybase join date and time with "+", the others with concat().
 QUARRY_EXPORT QString pjsbLogClause(const PJSBLogValues &values, qint16 profileCode,
-                                    const QString &baseMode, const QString &branchPart);
+                                    SqlDialect dialect, const QString &branchPart);
 
 // The bill recognition log query.
 class QUARRY_EXPORT frmPJSBLog : public LogQueryDialog

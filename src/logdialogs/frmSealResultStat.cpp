@@ -12,9 +12,9 @@ using namespace Qt::StringLiterals;
 
 namespace quarry {
 
-QString sealResultStatement(const SealResultStatValues &v, const QString &baseMode)
+QString sealResultStatement(const SealResultStatValues &v, SqlDialect dialect)
 {
-    const bool mySql = baseMode.toUpper() == u"MYSQL"_s;
+    const bool mySql = dialect == SqlDialect::MySql;
     const QString start = quotable(v.dates.start), end = quotable(v.dates.end);
     QString statement = mySql
         ? u"SELECT 1 AS id, HY.wdh, TotalPj.opcode, TotalPj.total, PassedPj.passed, TotalPj.total "
@@ -70,8 +70,7 @@ void frmSealResultStat::fillBusinessDate()
 void frmSealResultStat::cmdOK_Click()
 {
     SealResultStatValues values{ToLikePattern(txtWdh->text()), ToLikePattern(TxtHy->text()), {}};
-    fillBusinessDate();
-    const std::optional<DateRange> range = dates().check();
+    const std::optional<DateRange> range = dates().check([this] { fillBusinessDate(); });
     if (!range)
         return;
     values.dates = *range;
@@ -81,7 +80,7 @@ void frmSealResultStat::cmdOK_Click()
         && !confirmOperator(
             this, u"您查询时未选择任何限制条件，可能会因为数据量很大而影响查询速度，是否继续？"_s))
         return;
-    setCondition(sealResultStatement(values, m_db->GetObSysCfg()->BASEMODE));
+    setCondition(sealResultStatement(values, sqlDialect(m_db->GetObSysCfg()->BASEMODE)));
     accept();
 }
 

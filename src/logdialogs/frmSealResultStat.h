@@ -19,11 +19,9 @@ struct SealResultStatValues
 
 // The whole SELECT that counts, per operator, the bills recognised in the
 // range, how many passed and the pass rate, with the operator's branch: in
-// MySQL's words for "MYSQL" (any case), in SQL Server's for every other
-// database. A teller pattern without a branch pattern starts its filter
-// with " and", as hosts have always received it.
-QUARRY_EXPORT QString sealResultStatement(const SealResultStatValues &values,
-                                          const QString &baseMode);
+// MySQL's words on MySQL, in SQL Server's on every other database. A teller pattern without a
+// branch pattern starts its filter with " and", as hosts have always received it.
+QUARRY_EXPORT QString sealResultStatement(const SealResultStatValues &values, SqlDialect dialect);
 
 // The seal result statistics: asks for a branch, a teller and a date range
 // and hands back a whole statement rather than a condition.

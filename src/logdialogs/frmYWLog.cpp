@@ -10,12 +10,13 @@ using namespace Qt::StringLiterals;
 
 namespace quarry {
 
-QString ywLogClause(const YWLogValues &v, const QString &branchPart)
+QString ywLogClause(const YWLogValues &v, const QString &branchPart, SqlDialect dialect)
 {
     QString clause = u" where  ACCNO  LIKE  '"_s + quotable(orAny(v.account))
         + u"'  and (Opcode Like '"_s + quotable(orAny(v.teller)) + u"')  And  OPTYPE  LIKE  '"_s
-        + quotable(orAny(v.businessType)) + u"'   And Opdate Between '"_s + quotable(v.dates.start)
-        + u"' And '"_s + quotable(v.dates.end) + u"'"_s;
+        + literalText(orAny(v.businessType), dialect, LiteralUse::LikePattern)
+        + u"'   And Opdate Between '"_s + quotable(v.dates.start) + u"' And '"_s
+        + quotable(v.dates.end) + u"'"_s;
     if (!branchPart.isEmpty())
         clause += u" and  "_s + branchPart;
     if (orAny(v.sealCard) != u"%"_s)
@@ -81,7 +82,7 @@ void frmYWLog::BtnOk_Click()
     const std::optional<QString> branchPart = ShowWDH ? branch().part(hy()) : QString();
     if (!branchPart)
         return;
-    setCondition(ywLogClause(m_values, *branchPart));
+    setCondition(ywLogClause(m_values, *branchPart, dialect()));
     accept();
 }
 

@@ -18,7 +18,10 @@ struct YWLogValues
 };
 
 // The clause with the branch part ("" for none).
-QUARRY_EXPORT QString ywLogClause(const YWLogValues &values, const QString &branchPart);
+// The business type, a description of the host's list, is matched as the
+// dialect reads it.
+QUARRY_EXPORT QString ywLogClause(const YWLogValues &values, const QString &branchPart,
+                                  SqlDialect dialect);
 
 // The business log query.
 class QUARRY_EXPORT frmYWLog : public LogQueryDialog

@@ -19,7 +19,7 @@ QString yyLogHead(const YYLogValues &v)
         + quotable(v.cheques.begin) + u"' and '"_s + quotable(v.cheques.end) + u"'"_s;
 }
 
-QString yyLogClause(const YYLogValues &v, const QString &branchPart)
+QString yyLogClause(const YYLogValues &v, const QString &branchPart, SqlDialect dialect)
 {
     QString clause = yyLogHead(v);
     if (!branchPart.isEmpty())
@@ -27,9 +27,9 @@ QString yyLogClause(const YYLogValues &v, const QString &branchPart)
     if (orAny(v.sealCard) != u"%"_s)
         clause += u" and ( YJKNumber like '"_s + quotable(v.sealCard) + u"') "_s;
     if (orAny(v.method) != u"%"_s)
-        clause += u" and ( OPTYPE = '"_s + quotable(v.method) + u"') "_s;
+        clause += u" and ( OPTYPE = '"_s + literalText(v.method, dialect) + u"') "_s;
     if (orAny(v.result) != u"%"_s)
-        clause += u" and Result='"_s + quotable(v.result) + u"'"_s;
+        clause += u" and Result='"_s + literalText(v.result, dialect) + u"'"_s;
     return clause;
 }
 
@@ -100,7 +100,7 @@ void frmYYLog::BtnOk_Click()
     const std::optional<QString> branchPart = ShowWDH ? branch().part(hy()) : QString();
     if (!branchPart)
         return;
-    setCondition(yyLogClause(m_values, *branchPart));
+    setCondition(yyLogClause(m_values, *branchPart, dialect()));
     accept();
 }
 

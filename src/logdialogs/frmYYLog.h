@@ -25,7 +25,10 @@ struct YYLogValues
 // branch.
 QUARRY_EXPORT QString yyLogHead(const YYLogValues &values);
 // The whole clause with the branch part ("" for none).
-QUARRY_EXPORT QString yyLogClause(const YYLogValues &values, const QString &branchPart);
+// The method and the result, descriptions of the host's lists, are compared
+// as the dialect reads them.
+QUARRY_EXPORT QString yyLogClause(const YYLogValues &values, const QString &branchPart,
+                                  SqlDialect dialect);
 
 // The seal verification log query.
 class QUARRY_EXPORT frmYYLog : public LogQueryDialog

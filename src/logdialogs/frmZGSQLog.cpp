@@ -9,11 +9,12 @@ using namespace Qt::StringLiterals;
 
 namespace quarry {
 
-QString zgsqLogClause(const ZGSQLogValues &v)
+QString zgsqLogClause(const ZGSQLogValues &v, SqlDialect dialect)
 {
     return u" where  ZGCODE  LIKE  '"_s + quotable(orAny(v.supervisor)) + u"' And OPTYPE  LIKE  '"_s
-        + quotable(orAny(v.operation)) + u"' And Opdate Between '"_s + quotable(v.dates.start)
-        + u"' And '"_s + quotable(v.dates.end) + u"'"_s;
+        + literalText(orAny(v.operation), dialect, LiteralUse::LikePattern)
+        + u"' And Opdate Between '"_s + quotable(v.dates.start) + u"' And '"_s
+        + quotable(v.dates.end) + u"'"_s;
 }
 
 frmZGSQLog::frmZGSQLog()
@@ -44,7 +45,7 @@ void frmZGSQLog::Command1_Click()
     if (!range)
         return;
     m_values.dates = *range;
-    setCondition(zgsqLogClause(m_values));
+    setCondition(zgsqLogClause(m_values, dialect()));
     accept();
 }
 

@@ -15,7 +15,7 @@ struct ZGSQLogValues
     DateRange dates;
 };
 
-QUARRY_EXPORT QString zgsqLogClause(const ZGSQLogValues &values);
+QUARRY_EXPORT QString zgsqLogClause(const ZGSQLogValues &values, SqlDialect dialect);
 
 // The supervisor authorisation log query. The keypad's multiply key closes
 // it; Esc does not.

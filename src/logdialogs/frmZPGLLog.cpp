@@ -18,7 +18,7 @@ constexpr qint32 DesignedChequeLength = 8;
 
 } // namespace
 
-QString zpglLogClause(const ZPGLLogValues &v, qint16 profileCode)
+QString zpglLogClause(const ZPGLLogValues &v, qint16 profileCode, SqlDialect dialect)
 {
     const QString teller = quotable(orAny(v.teller));
     QString clause = u" where (accno like '"_s + quotable(orAny(v.account))
@@ -28,7 +28,7 @@ QString zpglLogClause(const ZPGLLogValues &v, qint16 profileCode)
     return clause + u"') and  (zpid between '"_s + quotable(v.cheques.begin) + u"' and '"_s
         + quotable(v.cheques.end) + u"') and (opdate between '"_s + quotable(v.dates.start)
         + u"' and '"_s + quotable(v.dates.end) + u"') and  (pztype like'"_s
-        + quotable(orAny(v.voucherType)) + u"')"_s;
+        + literalText(orAny(v.voucherType), dialect, LiteralUse::LikePattern) + u"')"_s;
 }
 
 frmZPGLLog::frmZPGLLog()
@@ -36,8 +36,8 @@ frmZPGLLog::frmZPGLLog()
 {
     TxtAccNo = addTextBox(u"TxtAccNo"_s, u"帐号特征:"_s, Typing::Pattern);
     TxtHy = addTextBox(u"TxtHy"_s, u"操作行员:"_s, Typing::AsTyped);
-    TxtBZP = addChequeBox(u"TxtBZP"_s, u"起始支票号:"_s);
-    TxtEZP = addChequeBox(u"TxtEZP"_s, u"截止支票号:"_s);
+    TxtBZP = addTextBox(u"TxtBZP"_s, u"起始支票号:"_s, Typing::AsTyped);
+    TxtEZP = addTextBox(u"TxtEZP"_s, u"截止支票号:"_s, Typing::AsTyped);
     addDateRange();
     ComPZ = addList(u"ComPZ"_s, u"凭证类型:"_s, ListKind::Editable);
     addButtons(u"CmdYes"_s, u"确定"_s, u"cmdCancel"_s, u"取消"_s, [this] { CmdYes_Click(); });
@@ -87,7 +87,7 @@ void frmZPGLLog::CmdYes_Click()
     if (!range)
         return;
     m_values.dates = *range;
-    setCondition(zpglLogClause(m_values, config().ProfileCode));
+    setCondition(zpglLogClause(m_values, config().ProfileCode, dialect()));
     accept();
 }
 

@@ -19,7 +19,8 @@ struct ZPGLLogValues
 
 // Bank profile 39 also matches the teller's name; the two comparisons
 // stand with no operator between them, as hosts of that profile have them.
-QUARRY_EXPORT QString zpglLogClause(const ZPGLLogValues &values, qint16 profileCode);
+QUARRY_EXPORT QString zpglLogClause(const ZPGLLogValues &values, qint16 profileCode,
+                                    SqlDialect dialect);
 
 // The cheque management log query.
 class QUARRY_EXPORT frmZPGLLog : public LogQueryDialog

@@ -1,16 +1,33 @@
 #include "platform/SystemMessage.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QMessageBox>
 
 #include <cstdio>
 
+using namespace Qt::StringLiterals;
+
 namespace quarry {
+
+void setChineseButtonTexts(QMessageBox &box)
+{
+    const std::pair<QMessageBox::StandardButton, QString> texts[]
+        = {{QMessageBox::Ok, u"确定"_s},
+           {QMessageBox::Yes, u"是(&Y)"_s},
+           {QMessageBox::No, u"否(&N)"_s},
+           {QMessageBox::Cancel, u"取消"_s}};
+    for (const auto &[button, text] : texts) {
+        if (QAbstractButton *shown = box.button(button))
+            shown->setText(text);
+    }
+}
 
 void showSystemMessage(const QString &caption, const QString &text)
 {
     if (qobject_cast<QApplication *>(QCoreApplication::instance())) {
         QMessageBox box(QMessageBox::Information, caption, text, QMessageBox::Ok);
+        setChineseButtonTexts(box);
         box.exec();
         return;
     }

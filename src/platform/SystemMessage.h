@@ -4,7 +4,13 @@
 
 #include <QString>
 
+class QMessageBox;
+
 namespace quarry {
+
+// Gives the box's standard buttons their Chinese texts: the operators read
+// Chinese whatever translations the host has loaded, or none.
+QUARRY_EXPORT void setChineseButtonTexts(QMessageBox &box);
 
 // Tells the operator something that needs no answer: a modal information box
 // when the host runs a QApplication, a line on standard error otherwise, so a

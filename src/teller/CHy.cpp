@@ -2,6 +2,7 @@
 
 #include "platform/DbConnection.h"
 #include "platform/DbRecordSet.h"
+#include "platform/SqlLiteral.h"
 #include "support/ErrorLog.h"
 #include "teller/BranchTable.h"
 #include "teller/BranchTree.h"
@@ -23,21 +24,6 @@ const QString HeadOfficeParent = u"000"_s;
 bool hasManagerRight(const QString &hyqx)
 {
     return hyqx.mid(2, 1) == u"1"_s;
-}
-
-// Appends the code as an SQL literal, its quotes doubled, and for MySQL,
-// which reads a backslash as an escape, its backslashes too: the branch list
-// is SQL text the log dialogs paste into their conditions. In place, without
-// a copy per code: a head office lists tens of thousands.
-void appendLiteral(QString &text, const QString &code, bool mySql)
-{
-    text += u'\'';
-    for (QChar c : code) {
-        if (c == u'\'' || (mySql && c == u'\\'))
-            text += c;
-        text += c;
-    }
-    text += u'\'';
 }
 
 // A failing error log must not hide the error it was to record.
@@ -119,11 +105,14 @@ QString CHy::GetBelongedWDHS(const QString &wdh)
             return table.subBranches(parents);
         });
     });
-    const bool mySql = m_config->BASEMODE.compare(u"MYSQL"_s, Qt::CaseInsensitive) == 0;
+    // The list is SQL text that the log dialogs paste into their
+    // conditions: the codes are data, written for the station's dialect.
+    const SqlDialect dialect = sqlDialect(m_config->BASEMODE);
     const qsizetype start = m_belongedWdhs.size();
     for (const QString &branch : tree.branches()) {
-        appendLiteral(m_belongedWdhs, branch, mySql);
-        m_belongedWdhs += u',';
+        m_belongedWdhs += u'\'';
+        appendLiteralText(m_belongedWdhs, branch, dialect);
+        m_belongedWdhs += "',"_L1;
     }
     if (!tree.repeated().isEmpty())
         logQuietly(u"CHy.GetBelongedWDHS()"_s,

@@ -41,6 +41,9 @@ std::function<void(QWidget *)> answerBox(QMessageBox::StandardButton answer, Box
         seen->icon = box->icon();
         seen->buttons = box->standardButtons();
         seen->defaultButton = box->standardButton(box->defaultButton());
+        const QList<QAbstractButton *> buttons = box->buttons();
+        for (const QAbstractButton *button : buttons)
+            seen->buttonTexts.append(button->text());
         QAbstractButton *button = box->button(answer);
         if (!button)
             button = box->defaultButton();

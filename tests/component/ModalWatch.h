@@ -39,6 +39,7 @@ struct BoxSeen
     QMessageBox::Icon icon = QMessageBox::NoIcon;
     QMessageBox::StandardButtons buttons;
     QMessageBox::StandardButton defaultButton = QMessageBox::NoButton;
+    QStringList buttonTexts;
 };
 
 // An action for ModalWatch that records a message box in *seen and answers

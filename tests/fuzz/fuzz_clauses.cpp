@@ -1,7 +1,8 @@
-// Every log dialog's clause from arbitrary stored values: the quotes pair
-// up, no literal holds a character that escapes (MySQL) or widens a LIKE
-// (SQL Server, Sybase), and outside the literals the clause is the one that
-// plain values give, so no value reached the SQL around its literal.
+// Every log dialog's clause from arbitrary stored values: read as the
+// dialect reads it (a doubled quote, and on MySQL a backslash and the
+// character after it, stay inside the literal), the quotes pair up and
+// outside the literals the clause is the one that plain values give, so no
+// value reached the SQL around its literal.
 
 #include "FuzzCheck.h"
 
@@ -30,16 +31,21 @@ namespace quarry {
 namespace {
 
 // The clause with every literal's contents left out; nothing when a quote
-// stays open or a literal holds a backslash or a bracket.
-std::optional<QString> skeleton(const QString &sql)
+// stays open.
+std::optional<QString> skeleton(const QString &sql, SqlDialect dialect)
 {
     QString outside;
     bool inLiteral = false;
-    for (QChar c : sql) {
+    for (qsizetype i = 0; i < sql.size(); ++i) {
+        const QChar c = sql[i];
+        const QChar next = i + 1 < sql.size() ? sql[i + 1] : QChar();
+        const bool escaped = (c == u'\'' && next == u'\'') || (c == u'\\' && dialect == SqlDialect::MySql);
+        if (inLiteral && escaped) {
+            ++i;
+            continue;
+        }
         if (c == u'\'')
             inLiteral = !inLiteral;
-        else if (inLiteral && (c == u'\\' || c == u'[' || c == u']'))
-            return std::nullopt;
         if (!inLiteral || c == u'\'')
             outside += c;
     }
@@ -110,14 +116,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     FuzzedDataProvider input(data, size);
     const auto profile = qint16(input.ConsumeIntegralInRange<int>(0, 65));
     const bool a = input.ConsumeBool(), b = input.ConsumeBool(), c = input.ConsumeBool();
-    const QString baseMode = input.PickValueInArray({u"SQLSERVER"_s, u"MYSQL"_s, u"Sybase11"_s, u"ACCESS"_s});
+    const SqlDialect dialect = input.PickValueInArray(
+        {SqlDialect::Access, SqlDialect::SqlServer, SqlDialect::MySql, SqlDialect::Sybase});
 
     const Build builds[] = {
-        [](Values &v) {
-            return yyLogClause({v.text(), v.text(), v.text(), v.text(), v.text(), v.cheques(), v.dates()}, v.branchPart());
+        [=](Values &v) {
+            return yyLogClause({v.text(), v.text(), v.text(), v.text(), v.text(), v.cheques(), v.dates()}, v.branchPart(), dialect);
         },
-        [](Values &v) {
-            return ywLogClause({v.text(), v.text(), v.text(), v.text(), v.dates()}, v.branchPart());
+        [=](Values &v) {
+            return ywLogClause({v.text(), v.text(), v.text(), v.text(), v.dates()}, v.branchPart(), dialect);
         },
         [=](Values &v) {
             return hyLogClause({v.text(), v.text(), v.text(), v.dates()}, profile, v.branchPart());
@@ -125,16 +132,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         [=](Values &v) {
             return sjLogClause({v.text(), v.text(), v.branchPart(), v.dates()}, profile, a);
         },
-        [](Values &v) { return zgsqLogClause({v.text(), v.text(), v.dates()}); },
+        [=](Values &v) { return zgsqLogClause({v.text(), v.text(), v.dates()}, dialect); },
         [=](Values &v) {
-            return zpglLogClause({v.text(), v.text(), v.text(), v.cheques(), v.dates()}, profile);
+            return zpglLogClause({v.text(), v.text(), v.text(), v.cheques(), v.dates()}, profile, dialect);
         },
         [=](Values &v) {
             return pjsbLogClause({v.text(), v.text(), v.text(), v.text(), v.cheques(), v.text(), v.text(), v.text(), v.text()},
-                                 profile, baseMode, v.branchPart());
+                                 profile, dialect, v.branchPart());
         },
         [=](Values &v) {
-            return sealResultStatement({v.text(), v.text(), v.dates()}, baseMode);
+            return sealResultStatement({v.text(), v.text(), v.dates()}, dialect);
         },
         [](Values &v) { return yjReqLogClause({v.text(), v.dates()}); },
         [=](Values &v) {
@@ -143,9 +150,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     };
     for (const Build &build : builds) {
         Values values(input);
-        const std::optional<QString> fuzzed = skeleton(build(values));
+        const std::optional<QString> fuzzed = skeleton(build(values), dialect);
         values.replayPlain();
-        const std::optional<QString> plain = skeleton(build(values));
+        const std::optional<QString> plain = skeleton(build(values), dialect);
         require(fuzzed && plain && *fuzzed == *plain);
     }
     return 0;

@@ -5,10 +5,13 @@
 #include "DialogDriver.h"
 #include "SampleStation.h"
 
+#include "platform/SystemMessage.h"
+
 #include <quarry/CQuarry.h>
 #include <quarry/QuarryError.h>
 
 #include <QComboBox>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -192,14 +195,16 @@ private Q_SLOTS:
         const QString needsAccount = u"不输入帐号，请不要输入支票号"_s;
         QTest::newRow("ZPGLRZ: a cheque without an account, on Enter") << u"ZPGLRZ"_s << none << 0 << QStringList{u"TxtBZP=123"_s, u"Return"_s} << needsAccount << u"TxtBZP"_s << none;
         QTest::newRow("ZPGLRZ: a cheque without an account, at OK") << u"ZPGLRZ"_s << none << 0 << QStringList{u"TxtEZP=9"_s, u"CmdYes!"_s} << needsAccount << u"CmdYes"_s << none;
-        QTest::newRow("ZPGLRZ: the list's text is no choice") << u"ZPGLRZ"_s << none << 0 << QStringList{u"CmdYes!"_s} << none << closed << u" where (accno like '%') and (opcode like '%') and  (zpid between '00000000' and '99999999') and (opdate between '1980-01-01' and '3000-01-01') and  (pztype like'%')"_s;
+        QTest::newRow("ZPGLRZ: the list's text is no choice") << u"ZPGLRZ"_s << none << 0 << QStringList{u"ComPZ"_s, u"CmdYes!"_s} << none << closed << u" where (accno like '%') and (opcode like '%') and  (zpid between '00000000' and '99999999') and (opdate between '1980-01-01' and '3000-01-01') and  (pztype like'%')"_s;
         // The list starts on its first entry: one Down chooses the second.
-        QTest::newRow("ZPGLRZ: from the keyboard") << u"ZPGLRZ"_s << none << 0 << QStringList{u"TxtAccNo=62*"_s, u"TxtBZP=1"_s, u"Return"_s, u"=2"_s, u"ComPZ#0"_s, u"Return"_s, u"Return"_s} << none << closed << u" where (accno like '62%') and (opcode like '%') and  (zpid between '1' and '2') and (opdate between '1980-01-01' and '3000-01-01') and  (pztype like'人工验印')"_s;
+        QTest::newRow("ZPGLRZ: from the keyboard, cheques as typed") << u"ZPGLRZ"_s << none << 0 << QStringList{u"TxtAccNo=62*"_s, u"TxtBZP= 1"_s, u"Return"_s, u"=2-3"_s, u"ComPZ#0"_s, u"Return"_s, u"Return"_s} << none << closed << u" where (accno like '62%') and (opcode like '%') and  (zpid between ' 1' and '2-3') and (opdate between '1980-01-01' and '3000-01-01') and  (pztype like'人工验印')"_s;
         const QString openBills = u" where (accno like '%') and (opcode like '%') and  (CHEQUENO between '00000000' and 'zzzzzzzz') and (concat(opdate,optime) between '0000-00-0000:00:00' and '9999-99-9923:59:59') and  (pztype like '%') and (ChequeResult like '%')"_s;
         QTest::newRow("PJSBRZ: leaving a date that is none") << u"PJSBRZ"_s << none << 0 << QStringList{u"MaskBoxKs=2009"_s, u"Return"_s} << u"日期输入错误！"_s << u"MaskBoxKs"_s << none;
         QTest::newRow("PJSBRZ: leaving a time that is none") << u"PJSBRZ"_s << none << 0 << QStringList{u"maskBeginTime=25"_s, u"Return"_s} << u"时间输入错误！"_s << u"maskBeginTime"_s << none;
         QTest::newRow("PJSBRZ: the end date before the start") << u"PJSBRZ"_s << none << 0 << QStringList{u"MaskBoxKs=20090302"_s, u"MaskBoxJs=20090301"_s, u"Return"_s} << u"截止日期大于开始日期，请重新输入"_s << u"MaskBoxJs"_s << none;
         QTest::newRow("PJSBRZ: dates, times and lists") << u"PJSBRZ"_s << none << 0 << QStringList{u"TxtAccNo=62*"_s, u"MaskBoxKs=20090101"_s, u"MaskBoxJs=20090131"_s, u"maskBeginTime=080000"_s, u"maskEndTime=170000"_s, u"ComPZ#1"_s, u"ComPjsbResult#2"_s, u"CmdYes!"_s} << none << closed << u" where (accno like '62%') and (opcode like '%') and  (CHEQUENO between '00000000' and 'zzzzzzzz') and (concat(opdate,optime) between '2009-01-0108:00:00' and '2009-01-3117:00:00') and  (pztype like '自动验印') and (ChequeResult like '不通过')"_s;
+        // Dates completed blank by blank, times as the boxes hold them.
+        QTest::newRow("PJSBRZ: a date left with a blank") << u"PJSBRZ"_s << none << 0 << QStringList{u"MaskBoxKs=2009111"_s, u"maskBeginTime=08005"_s, u"TxtEZP=1-2"_s, u"CmdYes!"_s} << none << closed << u" where (accno like '%') and (opcode like '%') and  (CHEQUENO between '00000000' and '1-2') and (concat(opdate,optime) between '2009-11-1008:00:5 ' and '9999-99-9923:59:59') and  (pztype like '%') and (ChequeResult like '%')"_s;
         QTest::newRow("PJSBRZ: profile 54, nothing") << u"PJSBRZ"_s << u"Tecis"_s << 0 << QStringList{u"CmdYes!"_s} << refuse << u"CmdYes"_s << none;
         QTest::newRow("PJSBRZ: profile 2, nothing, Yes") << u"PJSBRZ"_s << u"银行2"_s << 0 << QStringList{u"CmdYes!"_s} << ask << closed << openBills;
         QTest::newRow("PJSBRZ: hint 2 does not ask") << u"PJSBRZ"_s << none << 2 << QStringList{u"CmdYes!"_s} << none << closed << openBills;
@@ -248,6 +253,7 @@ private Q_SLOTS:
         keys("XYZ: Esc cancels", u"XYZ"_s, u"TxtAccNo"_s, u"Esc"_s, closed);
         // The hint for the field that has the focus; a disabled field is passed over.
         keys("XYZ: the branch's hint", u"XYZ+wdh"_s, u"TxtAccNo"_s, u"Return"_s, u"txtWdh 请输入网点号特征，？代表任意一位数字，* 代表多个数字 "_s);
+        QTest::newRow("XYZ: the first field's hint") << u"XYZ"_s << none << 0 << QStringList{} << none << u"TxtAccNo 请输入帐号特征，？代表任意一位数字，* 代表多个数字 "_s << none;
         // The description of a typed code, beside it.
         keys("HYRZ: a known code", u"HYRZ"_s, u"TxtOpType=2"_s, u"Up"_s, u"TxtCha 人工验印"_s);
         keys("HYRZ: an unknown code keeps the last", u"HYRZ"_s, u"TxtOpType=19"_s, u"Down"_s, u"MaskBoxKs 自动验印"_s);
@@ -282,17 +288,59 @@ private Q_SLOTS:
             : message.endsWith(u"是否继续？"_s) ? QMessageBox::Question : QMessageBox::Warning;
         QCOMPARE(outcome.box.caption, plain ? u"Quarry"_s : u"提示信息"_s);
         QCOMPARE(outcome.box.icon, icon);
+        // Chinese buttons, though this program loads no translation.
+        for (const QString &text : outcome.box.buttonTexts)
+            QVERIFY2(QStringList({u"确定"_s, u"是(&Y)"_s, u"否(&N)"_s}).contains(text), qPrintable(text));
     }
 
-    // The business date of a database that is not there: the dialog closes and
-    // the error reaches the host.
+    // The configuration's messages have Chinese buttons too.
+    void systemMessage()
+    {
+        quarry::test::BoxSeen seen;
+        quarry::test::ModalWatch watch(nullptr, quarry::test::answerBox(QMessageBox::Ok, &seen));
+        showSystemMessage(u"系统提示"_s, u"初始化系统参数错误！"_s);
+        QCOMPARE(seen.buttonTexts, QStringList{u"确定"_s});
+    }
+
+    // A station whose database is not there. An error closes the dialog and
+    // reaches the host, which keeps the condition it had; the operator's own
+    // mistakes are told first; a failed branch lookup is logged.
+    void componentErrors_data()
+    {
+        QTest::addColumn<QString>("call");
+        QTest::addColumn<QStringList>("steps");
+        QTest::addColumn<QString>("message"); // "error": the call fails
+        QTest::addColumn<QString>("sql"); // "previous": what the host had before
+        QTest::addColumn<QString>("logged");
+        const QString previous = u"previous"_s;
+        QTest::newRow("statistics: the business date") << u"SEALRESULTSTAT"_s << QStringList{u"maskEndDate"_s, u"Return"_s} << u"error"_s << previous << QString();
+        QTest::newRow("statistics: a wrong start date first") << u"SEALRESULTSTAT"_s << QStringList{u"maskBeginDate=20091301"_s, u"cmdOK!"_s} << u"起始日期格式错误，请重新输入！"_s << QString() << QString();
+        QTest::newRow("sub-branches") << u"YYRZ+wdh"_s << QStringList{u"txtWdh=1101"_s, u"chkSub!"_s, u"BtnOk!"_s, u"BtnCancel!"_s} << u"输入的网点号不存在，请重新输入！"_s << u" where Opcode Like '%' And ACCNO  LIKE  '%' And Opdate Between '1980-01-01' And '3000-01-01' and chequeno between '00000000' and 'zzzzzzzz'"_s << u"CHy.IsWdhExist() 2000 CHy.IsWdhExist[连接数据库"_s;
+    }
     void componentErrors()
     {
+        QFETCH(QString, call);
+        QFETCH(QStringList, steps);
+        QFETCH(QString, message);
+        QFETCH(QString, sql);
+        QFETCH(QString, logged);
         QTemporaryDir elsewhere;
-        quarry::test::writeSealIni(elsewhere.path(), QString(), 0);
+        quarry::test::writeSealIni(elsewhere.path(), u"Vefos"_s, 0);
+        qputenv("QUARRY_DRIVES", QFile::encodeName(elsewhere.path()));
         CQuarry quarry;
-        QVERIFY_THROWS_EXCEPTION(QuarryError, operate(quarry, hostCall(u"SEALRESULTSTAT"_s), {u"maskEndDate"_s, u"Return"_s}));
-        QCOMPARE(quarry.SQLStr(), QString());
+        operate(quarry, hostCall(u"ACC"_s), {u"TxtAccNo=1*"_s, u"BtnOk!"_s});
+        const QString previous = quarry.SQLStr();
+        QVERIFY(!previous.isEmpty());
+        if (message == u"error"_s) {
+            QVERIFY_THROWS_EXCEPTION(QuarryError, operate(quarry, hostCall(call), steps));
+        } else {
+            const Asked asked = operate(quarry, hostCall(call), steps);
+            QCOMPARE(asked.box.text, message);
+        }
+        QCOMPARE(quarry.SQLStr(), sql == u"previous"_s ? previous : sql);
+        QFile log(elsewhere.filePath(u"c/errorpath/error.txt"_s));
+        QVERIFY(log.open(QIODevice::ReadOnly) == !logged.isEmpty());
+        QVERIFY2(QString::fromUtf8(log.readAll()).contains(logged), qPrintable(log.fileName()));
     }
 
     // An empty end of the range is the business date, and a query without any

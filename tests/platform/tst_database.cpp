@@ -2,6 +2,7 @@
 
 #include "platform/DbConnection.h"
 #include "platform/DbRecordSet.h"
+#include "platform/SqlLiteral.h"
 
 #include <quarry/QuarryError.h>
 
@@ -28,6 +29,11 @@ INSERT INTO WDDZ VALUES ('000', '总行', '', NULL);
 INSERT INTO WDDZ VALUES ('001', '城东支行', '000', 'it''s'); -- a doubled quote
 INSERT INTO WDDZ VALUES ('002', '𠮷野家', '000', 'C:\seal\');
 INSERT INTO WDDZ VALUES ('003', 'x', '001', '城东');
+INSERT INTO WDDZ VALUES ('004', 'O''Neil 票据', '001', NULL);
+INSERT INTO WDDZ VALUES ('005', '现金[A]', '001', NULL);
+INSERT INTO WDDZ VALUES ('006', '现金A', '001', NULL);
+INSERT INTO WDDZ VALUES ('007', 'C:\seal\', '001', NULL);
+INSERT INTO WDDZ VALUES ('008', 'C:seal', '001', NULL);
 CREATE TABLE delcalender (curday DATE, deadline DATE, stamp DATETIME);
 INSERT INTO delcalender VALUES ('3000-01-01', '3009-11-13', '2009-11-13 08:30:05');
 )"_s;
@@ -148,6 +154,33 @@ private slots:
         QVERIFY2(query.exec(u"select "_s + select) && query.next(), qPrintable(query.lastError().text()));
         QCOMPARE(query.value(0).isNull(), value.isNull());
         QCOMPARE(query.value(0).toString(), value.toString());
+    }
+
+    // Each text selects its own row and no other, compared and as a pattern.
+    void literalsSelectTheirRows_data()
+    {
+        QTest::addColumn<Engine>("engine");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("wdh");
+        for (Engine engine : {Engine::Sqlite, Engine::MariaDb}) {
+            const QByteArray tag = engineName(engine).toUtf8();
+            QTest::addRow("%s/quote", tag.constData()) << engine << u"O'Neil 票据"_s << u"004"_s;
+            QTest::addRow("%s/brackets", tag.constData()) << engine << u"现金[A]"_s << u"005"_s;
+            QTest::addRow("%s/backslashes", tag.constData()) << engine << u"C:\\seal\\"_s << u"007"_s;
+        }
+    }
+    void literalsSelectTheirRows()
+    {
+        QFETCH(QString, name);
+        const SqlDialect dialect = m_database->baseMode() == u"MYSQL"_s ? SqlDialect::MySql : SqlDialect::Access;
+        for (LiteralUse use : {LiteralUse::Value, LiteralUse::LikePattern}) {
+            const QString comparison = use == LiteralUse::Value ? u" = '"_s : u" like '"_s;
+            DbRecordSet records;
+            records.open(u"select WDH from WDDZ where WDNAME"_s + comparison + quarry::literalText(name, dialect, use) + u"'"_s,
+                         *m_connection);
+            QCOMPARE(records.recordCount(), 1);
+            QTEST(records.field(u"WDH"_s), "wdh");
+        }
     }
 
     void readsRecords_data() { addEngineRows(); }
