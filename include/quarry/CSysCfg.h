@@ -100,7 +100,8 @@ public:
     /// is IniPath), changing no other byte of it.
     void SetIniData(const QString &section, const QString &key, const QString &value,
                     const QString &fileName) const;
-    /// The account-number condition of the station's account patterns.
+    /// The account-number condition of the station's account patterns, each
+    /// written into its literal as the station's dialect reads it.
     QString GetLocalQueryString() const;
     /// The double-seal quota of the voucher type: its special quota where
     /// there is one, else DoubleSealQuota.

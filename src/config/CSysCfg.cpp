@@ -6,6 +6,7 @@
 #include "platform/DbRecordSet.h"
 #include "platform/IniFile.h"
 #include "platform/Paths.h"
+#include "platform/SqlLiteral.h"
 #include "platform/SystemMessage.h"
 #include "support/NumberText.h"
 
@@ -371,9 +372,15 @@ qint16 CSysCfg::GetMaxLength(const QList<qint16> &values, qint16 count) const
 
 QString CSysCfg::GetLocalQueryString() const
 {
+    // The patterns are the station's text, written into their literals as
+    // the dialect reads them; "?" and "*" become LIKE's wildcards after.
+    const SqlDialect dialect = sqlDialect(BASEMODE);
     QString condition;
-    for (qsizetype i = 0; i < TOTALACCNO && i < ACCNOTYPE.size(); ++i)
-        condition += u"ACCNO like '"_s + trimBlanks(ACCNOTYPE.at(i)) + u"' or "_s;
+    for (qsizetype i = 0; i < TOTALACCNO && i < ACCNOTYPE.size(); ++i) {
+        condition += u"ACCNO like '"_s
+            + literalText(trimBlanks(ACCNOTYPE.at(i)), dialect, LiteralUse::LikePattern)
+            + u"' or "_s;
+    }
     condition.chop(3);
     return condition.replace(u'?', u'_').replace(u'*', u'%');
 }

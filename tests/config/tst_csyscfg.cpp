@@ -206,6 +206,7 @@ private slots:
         failure("no account types", u"[BANKPARAM]\nTOTALACCTYPE=0\n"_s, u"TOTALACCTYPE=0"_s);
         ok("no patterns written back as one default", u"[BANKPARAM]\nTOTALACCNO=0\n"_s, u"lists"_s, u"201????????? | 201????????? | ACCNO like '201_________'  | 1"_s);
         ok("bank patterns copy the account patterns", u"[BANKPARAM]\nTOTALACCNO=3\nACCNOTYPE(0)=11??\nACCNOTYPE(2)=22??*3*\n"_s, u"lists"_s, u"11?? 201????????? 22??*3* | 11?? 201????????? 22??*3* | ACCNO like '11__' or ACCNO like '201_________' or ACCNO like '22__%3%'  | 3"_s);
+        ok("a pattern is data on MySQL", u"[DATABASESET]\nBASEMODE=MYSQL\n[BANKPARAM]\nTOTALACCNO=1\nACCNOTYPE(0)=1'\\?\n"_s, u"lists"_s, u"1'\\? | 1'\\? | ACCNO like '1''\\\\\\\\_'  | 1"_s);
         ok("bank patterns of their own", u"[BANKPARAM]\nTOTALACCNO=1\nACCNOTYPE(0)=11??\nTOTALBANKACCNO=2\nBANKACCNOTYPE(0)=7??"_s, u"lists"_s, u"11?? | 7?? 201????????? | ACCNO like '11__'  | 1"_s);
         ok("negative pattern count", u"[BANKPARAM]\nTOTALACCNO=-2\n"_s, u"AccNoMaxLen"_s, u"0"_s);
         const QString special = u"[SBMK]\nDoubleSealQuota=50000\nTotalSpecialDoubleSealQuota=3\nSpecialDoubleSealPztype(0)=2\nSpecialDoubleSealQuota(0)=200000.5\nSpecialDoubleSealPztype(1)=2\nSpecialDoubleSealQuota(1)=1\nSpecialDoubleSealQuota(2)=7\n"_s;
