@@ -83,6 +83,41 @@ QString odbcValue(const QString &value)
     return plain ? value : bracedOdbcValue(value);
 }
 
+// Why a server could not be used, in the operator's words, with where it
+// is and the driver's own text for the administrator. The drivers report
+// the server's error numbers: MySQL's and MariaDB's, SQL Server's (18456,
+// 4060) and Sybase's (4002, 911).
+QString serverFault(const ConnectionTarget &target, const QString &user, const QSqlError &error)
+{
+    QString reason;
+    switch (error.nativeErrorCode().toInt()) {
+    case 1044:
+    case 1045:
+    case 1698:
+    case 18456:
+    case 4002:
+        reason = u"拒绝了登录 %1（密码不对，或没有数据库的权限）"_s.arg(user);
+        break;
+    case 1049:
+    case 4060:
+    case 911:
+        reason = u"上没有这个数据库"_s;
+        break;
+    case 2002:
+    case 2003:
+    case 2005:
+    case 2006:
+    case 2013:
+        reason = u"连接不上（服务器没有运行，或地址、端口不对）"_s;
+        break;
+    default:
+        reason = u"无法使用"_s;
+        break;
+    }
+    const QString own = error.databaseText().isEmpty() ? error.driverText() : error.databaseText();
+    return u"数据库服务器 %1（数据库 %2）%3：%4"_s.arg(target.server, target.database, reason, own);
+}
+
 QString nextConnectionName()
 {
     static std::atomic<quint64> counter{0};
@@ -146,7 +181,7 @@ void DbConnection::open(const QString &connectionString, const QString &user,
     if (m_failed)
         return;
     if (!db.open(login, secret))
-        fail(db.lastError().text());
+        fail(serverFault(target, user, db.lastError()));
 }
 
 void DbConnection::close()

@@ -200,7 +200,7 @@ void TestViewerWindow::serverDown()
 
     const auto outcome = quarry::test::operate([&] { window.runLog(entryIndex(u"PTFHRZ"_s)); }, {u"BtnOk!"_s});
     QVERIFY(outcome.shown);
-    QVERIFY2(text(window, u"errorLabel"_s).contains(u"失败：Can't connect"_s), qPrintable(text(window, u"errorLabel"_s)));
+    QVERIFY2(text(window, u"errorLabel"_s).contains(u"连接不上"_s), qPrintable(text(window, u"errorLabel"_s)));
     // The cheque log's voucher list is read first: no dialog without it.
     const auto noDialog = quarry::test::operate([&] { window.runLog(entryIndex(u"ZPGLRZ"_s)); }, {u"CmdYes!"_s});
     QVERIFY(!noDialog.shown);
