@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+class QAbstractItemModel;
+
+namespace quarry::viewer {
+
+// What an export says of its rows, so that a file handed on still tells
+// where they came from.
+struct ExportHeading
+{
+    QString log;
+    QString condition;
+    QString station;
+    QString sql;
+};
+
+// The most rows a sheet of Excel holds, its title row included.
+constexpr qint64 ExcelSheetRows = 1048576;
+
+// Writes every row of rows to an Excel workbook at path: a first sheet
+// "说明" with the heading, then the rows under the model's column titles on
+// sheets of at most sheetRows rows each (the title row frozen on each).
+// Text stays text, so account numbers, cheque numbers and codes keep their
+// leading zeros and every digit; dates (and texts that are yyyy-mm-dd
+// dates) are dates; numbers are numbers unless they have more digits than
+// a spreadsheet keeps. Written in constant memory, whatever the number of
+// rows. progress(rowsWritten) is called every few thousand rows and cancels
+// with false. The file appears only once it is whole: a failed or
+// cancelled export leaves whatever was at path before. Returns the fault in
+// the operator's words, empty when written.
+QString writeXlsx(const QString &path, const QAbstractItemModel &rows, const ExportHeading &heading,
+                  const std::function<bool(qint64)> &progress = {},
+                  qint64 sheetRows = ExcelSheetRows);
+
+} // namespace quarry::viewer
