@@ -1,12 +1,16 @@
-// The Excel export read back as a spreadsheet reads it: the cells' kinds
-// and values in the sheets' XML.
+// The Excel export read back as a spreadsheet reads it (the cells' kinds
+// and values in the sheets' XML), and the printed report's pages.
 
+#include "LogReport.h"
 #include "XlsxExport.h"
 
 #include <QDate>
 #include <QDir>
 #include <QFile>
+#include <QLabel>
+#include <QPdfWriter>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QStandardItemModel>
 #include <QTemporaryDir>
 #include <QTest>
@@ -70,7 +74,7 @@ QList<QStandardItem *> row(const QVariantList &values)
 
 } // namespace
 
-class TestXlsxExport : public QObject
+class TestExports : public QObject
 {
     Q_OBJECT
 
@@ -126,7 +130,41 @@ private Q_SLOTS:
         QCOMPARE(old.readAll(), "old");
         QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList{u"log.xlsx"_s});
     }
+
+    void reportPages_data()
+    {
+        QTest::addColumn<int>("rowsPerPage");
+        QTest::addColumn<int>("rows");
+        QTest::addColumn<bool>("chart");
+        QTest::addColumn<int>("pages");
+        QTest::newRow("60 a page") << 60 << 130 << false << 3;
+        QTest::newRow("65 a page") << 65 << 130 << false << 2;
+        QTest::newRow("no rows") << 60 << 0 << false << 1;
+        QTest::newRow("a chart after the rows") << 65 << 130 << true << 3;
+    }
+    // The station's rows to a page decide the pages of the PDF.
+    void reportPages()
+    {
+        QFETCH(int, rowsPerPage);
+        QFETCH(int, rows);
+        QFETCH(bool, chart);
+        QStandardItemModel model(rows, 3);
+        QLabel picture(u"图"_s);
+        LogReport report(model, {u"业务日志"_s, u" where 1=1"_s, u"SEAL"_s, {}}, {rowsPerPage, 9});
+        if (chart)
+            report.setPicture(&picture);
+        QTemporaryDir dir;
+        const QString path = dir.filePath(u"report.pdf"_s);
+        {
+            QPdfWriter pdf(path);
+            report.paint(pdf);
+        }
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        static const QRegularExpression page(u"/Type\\s*/Page[^s]"_s);
+        QTEST(int(QString::fromLatin1(file.readAll()).count(page)), "pages");
+    }
 };
 
-QTEST_MAIN(TestXlsxExport)
-#include "tst_xlsxexport.moc"
+QTEST_MAIN(TestExports)
+#include "tst_exports.moc"
