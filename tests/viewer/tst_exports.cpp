@@ -1,7 +1,9 @@
 // The Excel export read back as a spreadsheet reads it (the cells' kinds
-// and values in the sheets' XML), and the printed report's pages.
+// and values in the sheets' XML), the printed report's pages, and copied
+// cells.
 
 #include "LogReport.h"
+#include "SelectionText.h"
 #include "XlsxExport.h"
 
 #include <QDate>
@@ -129,6 +131,35 @@ private Q_SLOTS:
         QVERIFY(old.open(QIODevice::ReadOnly));
         QCOMPARE(old.readAll(), "old");
         QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList{u"log.xlsx"_s});
+    }
+
+    void copiedCells_data()
+    {
+        QTest::addColumn<QList<QPoint>>("cells"); // (column, row), in the order chosen
+        QTest::addColumn<bool>("titles");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("a block, chosen backwards") << QList<QPoint>{{1, 1}, {0, 1}, {1, 0}, {0, 0}} << false << u"A0\tB0\nA1\tB1\n"_s;
+        QTest::newRow("with titles") << QList<QPoint>{{2, 0}} << true << u"三\nC 0\n"_s;
+        QTest::newRow("a gap stays a cell") << QList<QPoint>{{0, 0}, {2, 1}} << false << u"A0\t\n\tC 1\n"_s;
+        QTest::newRow("nothing") << QList<QPoint>{} << true << QString();
+    }
+    // Copied cells paste as a table: tabs between, lines after, a tab or
+    // break inside a value made a blank.
+    void copiedCells()
+    {
+        QFETCH(QList<QPoint>, cells);
+        QFETCH(bool, titles);
+        QStandardItemModel model(2, 3);
+        model.setHorizontalHeaderLabels({u"一"_s, u"二"_s, u"三"_s});
+        for (int r = 0; r < 2; ++r) {
+            model.setData(model.index(r, 0), u"A%1"_s.arg(r));
+            model.setData(model.index(r, 1), u"B%1"_s.arg(r));
+            model.setData(model.index(r, 2), u"C\t%1"_s.arg(r));
+        }
+        QModelIndexList chosen;
+        for (const QPoint &cell : cells)
+            chosen.append(model.index(cell.y(), cell.x()));
+        QTEST(tabSeparated(model, chosen, titles), "text");
     }
 
     void reportPages_data()
