@@ -36,11 +36,8 @@ QSqlError LogRowsModel::setQuery(const QSqlDatabase &database, const QString &se
     if (count.exec(countSelect(select)) && count.next()) {
         m_rowCount = count.value(0).toLongLong();
         m_pageRows = paging == Paging::None ? qMax<qint64>(m_rowCount, 1) : m_pageRowsWanted;
-        Page first;
         // A key the statement lacks fails here, in the page's ORDER BY.
-        m_error = readPage(0, first, &m_columns);
-        m_pages.insert(0, first);
-        m_recent.append(0);
+        m_error = readFirstPage(&m_columns);
     } else {
         m_error = count.lastError();
     }
@@ -58,15 +55,62 @@ void LogRowsModel::clear()
     endResetModel();
 }
 
+QString LogRowsModel::statement() const
+{
+    return m_database.isValid() ? orderedSelect(m_select, m_key, m_order) : QString();
+}
+
+void LogRowsModel::sort(int column, Qt::SortOrder order)
+{
+    if (!m_database.isValid() || column < 0 || column >= m_columns.count())
+        return;
+    const QString name = m_columns.fieldName(column);
+    const bool byKey = name.compare(m_key, Qt::CaseInsensitive) == 0;
+    beginResetModel();
+    m_order
+        = {byKey ? QString() : m_database.driver()->escapeIdentifier(name, QSqlDriver::FieldName),
+           order};
+    m_orderColumn = byKey ? -1 : column;
+    m_pages.clear();
+    m_recent.clear();
+    m_lastRows.clear();
+    m_error = readFirstPage();
+    endResetModel();
+    if (m_error.isValid())
+        tellFailure();
+}
+
+QSqlError LogRowsModel::readFirstPage(QSqlRecord *columns)
+{
+    Page first;
+    const QSqlError error = readPage(0, first, columns);
+    if (!error.isValid()) {
+        m_pages.insert(0, first);
+        m_recent.append(0);
+    }
+    return error;
+}
+
 void LogRowsModel::reset()
 {
     m_database = {};
     m_columns.clear();
+    m_order = {};
+    m_orderColumn = -1;
     m_rowCount = 0;
     m_pages.clear();
     m_recent.clear();
-    m_lastKeys.clear();
+    m_lastRows.clear();
     m_error = {};
+}
+
+// Not from where the fault is met: the view may be painting, and the
+// window clears the model when told.
+void LogRowsModel::tellFailure() const
+{
+    auto *self = const_cast<LogRowsModel *>(this);
+    QMetaObject::invokeMethod(
+        self, [self, error = m_error] { Q_EMIT self->readFailed(error); }, Qt::QueuedConnection);
 }
 
 int LogRowsModel::rowCount(const QModelIndex &parent) const
@@ -109,12 +153,7 @@ const LogRowsModel::Page *LogRowsModel::page(qint64 number) const
     Page rows;
     m_error = readPage(number, rows);
     if (m_error.isValid()) {
-        // Not from here: the view is painting, and the window clears the
-        // model when told.
-        auto *self = const_cast<LogRowsModel *>(this);
-        QMetaObject::invokeMethod(
-            self, [self, error = m_error] { Q_EMIT self->readFailed(error); },
-            Qt::QueuedConnection);
+        tellFailure();
         return nullptr;
     }
     if (m_pages.size() >= PagesKept)
@@ -126,13 +165,13 @@ const LogRowsModel::Page *LogRowsModel::page(qint64 number) const
 QSqlError LogRowsModel::readPage(qint64 number, Page &rows, QSqlRecord *columns) const
 {
     PageStart start;
-    if (const auto before = m_lastKeys.constFind(number - 1); before != m_lastKeys.cend())
-        start.keyAfter = *before;
+    if (const auto before = m_lastRows.constFind(number - 1); before != m_lastRows.cend())
+        start = *before;
     else
         start.offset = number * m_pageRows;
     QSqlQuery query(m_database);
     query.setForwardOnly(true);
-    if (!query.exec(pageSelect(m_select, m_key, m_paging, start, int(m_pageRows))))
+    if (!query.exec(pageSelect(m_select, m_key, m_order, m_paging, start, int(m_pageRows))))
         return query.lastError();
     QSqlRecord record = query.record();
     while (query.next()) {
@@ -145,10 +184,14 @@ QSqlError LogRowsModel::readPage(qint64 number, Page &rows, QSqlRecord *columns)
     if (query.lastError().isValid())
         return query.lastError();
     if (const int key = record.indexOf(m_key); key >= 0 && !rows.isEmpty()) {
-        QSqlField field(m_key, record.field(key).metaType());
-        field.setValue(rows.last().at(key));
-        if (!field.isNull())
-            m_lastKeys.insert(number, m_database.driver()->formatValue(field));
+        const auto literal = [&](int column) {
+            QSqlField field(record.fieldName(column), record.field(column).metaType());
+            field.setValue(rows.last().at(column));
+            return m_database.driver()->formatValue(field);
+        };
+        PageStart next{0, literal(key), m_orderColumn >= 0 ? literal(m_orderColumn) : QString()};
+        if (!rows.last().at(key).isNull())
+            m_lastRows.insert(number, next);
     }
     if (columns)
         *columns = record;

@@ -21,19 +21,32 @@ enum class Paging {
     None,        // Sybase ASE: the whole ordered result in one read
 };
 
+// The order of the rows: by the key column alone, or by a column and then
+// the key, both one way. The key (one value per row) makes the order total,
+// so that a page can start exactly after the last row of the one before.
+// Every engine sorts NULL before any value going up, after going down.
+struct RowOrder
+{
+    QString column; // as the engine names it; empty: the key alone
+    Qt::SortOrder direction = Qt::AscendingOrder;
+};
+
 // Where a page starts: after `offset` rows, or (when keyAfter is a literal
-// of the driver's) at the first row whose key follows that value. Reading
-// on from the key of the page before costs the server nothing for the rows
-// it skips; an offset makes it walk them.
+// of the driver's) after the row with that key and, in a column's order,
+// with columnAfter in the column ("NULL" for none). Reading on from the
+// last row of the page before costs the server nothing for the rows it
+// skips; an offset makes it walk them.
 struct PageStart
 {
     qint64 offset = 0;
     QString keyAfter;
+    QString columnAfter;
 };
 
-// At most `rows` rows of select in the order of its column key (one value
-// per row), from start.
-QString pageSelect(const QString &select, const QString &key, Paging paging, const PageStart &start,
-                   int rows);
+// Every row of select in the order.
+QString orderedSelect(const QString &select, const QString &key, const RowOrder &order);
+// At most `rows` rows of select in the order, from start.
+QString pageSelect(const QString &select, const QString &key, const RowOrder &order, Paging paging,
+                   const PageStart &start, int rows);
 
 } // namespace quarry::viewer

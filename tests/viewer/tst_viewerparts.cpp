@@ -206,7 +206,7 @@ void TestViewerParts::page()
     QFETCH(qint64, offset);
     QFETCH(QString, keyAfter);
     QFETCH(QString, expected);
-    QCOMPARE(pageSelect(u"SELECT * FROM YYLOG where Opcode Like '%'"_s, u"LOGID"_s, Paging(paging), {offset, keyAfter}, 500), expected);
+    QCOMPARE(pageSelect(u"SELECT * FROM YYLOG where Opcode Like '%'"_s, u"LOGID"_s, {}, Paging(paging), {offset, keyAfter, {}}, 500), expected);
 }
 
 void TestViewerParts::csv_data()
