@@ -42,4 +42,5 @@ INSERT INTO P_FIELD_VAL_DEF (FieldName, FieldValue, ValueDescr) VALUES
     ('SealPwdF', '2', '密码挂失'),
     ('PzType', '01', '转账支票'),
     ('PzType', '02', '现金支票'),
-    ('PzType', '03', '银行汇票');
+    ('PzType', '03', '银行汇票'),
+    ('PzType', '04', '银行本票');

@@ -394,11 +394,16 @@ FROM sample_rows r, HY h, vouchers
 WHERE h.HYDH = r.hydh AND vouchers.k = r.n % 4 AND r.n < 3000
 ORDER BY r.n;
 
+-- Bill recognition: each clerk passes a share of his bills of his own, from
+-- none (such a clerk drops out of the seal result statistics, which count
+-- only clerks with a passed bill) to all: clerk t (0 to 287) passes his j-th
+-- bill (0 to 13) when j % 10 < (7t + 3) % 11. Bills that do not pass are
+-- refused, refused by hand or not recognised (not counted at all).
 INSERT INTO pjsblog (LOGID, accno, CHEQUENO, pztype, money, ChequeResult, opresult, opcode, OpName, opdate, optime, wdh)
 WITH RECURSIVE
     outcomes (k, code, name) AS (
-        SELECT 0, 0, '通过' UNION ALL SELECT 1, 1, '不通过' UNION ALL SELECT 2, 4, '人工通过'
-        UNION ALL SELECT 3, 5, '人工不通过' UNION ALL SELECT 4, 0, '通过' UNION ALL SELECT 5, 2, '无法识别'),
+        SELECT 0, 0, '通过' UNION ALL SELECT 1, 4, '人工通过' UNION ALL SELECT 2, 1, '不通过'
+        UNION ALL SELECT 3, 5, '人工不通过' UNION ALL SELECT 4, 2, '无法识别'),
     vouchers (k, name) AS (SELECT 0, '转账支票' UNION ALL SELECT 1, '现金支票' UNION ALL SELECT 2, '银行汇票' UNION ALL SELECT 3, '银行本票')
 SELECT r.n + 1,
        REPLACE(REPLACE('WS', 'W', h.WDH), 'S', SUBSTR(r.serial, 1, 4)),
@@ -408,7 +413,10 @@ SELECT r.n + 1,
        h.HYDH, h.HYNAME, r.opdate, r.optime,
        CASE WHEN r.n % 3 = 0 THEN h.WDH ELSE h.WDH * 100 + r.n % 3 END
 FROM sample_rows r, HY h, outcomes, vouchers
-WHERE h.HYDH = r.hydh AND outcomes.k = r.n % 6 AND vouchers.k = (r.n % 11) % 4
+WHERE h.HYDH = r.hydh AND vouchers.k = (r.n % 11) % 4
+  AND outcomes.k = CASE WHEN ((r.n - r.n % 288) / 288) % 10 < ((r.n * 37) % 288 * 7 + 3) % 11
+                        THEN ((r.n - r.n % 288) / 288) % 2
+                        ELSE 2 + ((r.n - r.n % 288) / 288) % 3 END
 ORDER BY r.n;
 
 INSERT INTO YJREQLOG (LOGID, BranchNo, MasterNo, ACCNO, ReqType, OPDATE, OPTIME)
