@@ -14,10 +14,17 @@ namespace quarry::viewer {
 
 namespace {
 
-const QStringList KnownKeys{u"Title"_s,    u"Table"_s,    u"Key"_s,       u"Call"_s,
-                            u"Result"_s,   u"ListA"_s,    u"ListASql"_s,  u"ListB"_s,
-                            u"ListBSql"_s, u"ClerkLen"_s, u"AccLen"_s,    u"ChequeLen"_s,
-                            u"ShowWDH"_s,  u"ShowYJK"_s,  u"ShowOpCode"_s};
+const QStringList KnownKeys{u"Title"_s,      u"Table"_s,     u"Key"_s,         u"Call"_s,
+                            u"Result"_s,     u"ListA"_s,     u"ListASql"_s,    u"ListAColumn"_s,
+                            u"ListB"_s,      u"ListBSql"_s,  u"ListBColumn"_s, u"ClerkLen"_s,
+                            u"AccLen"_s,     u"ChequeLen"_s, u"ShowWDH"_s,     u"ShowYJK"_s,
+                            u"ShowOpCode"_s, u"Columns"_s,   u"Hide"_s};
+
+const QRegularExpression &identifier()
+{
+    static const QRegularExpression pattern(u"^[A-Za-z_][A-Za-z0-9_]*$"_s);
+    return pattern;
+}
 
 // QSettings reads a value with commas as a list; the catalogue means the
 // text.
@@ -61,11 +68,10 @@ public:
     // A table or column name (what), as it goes into SQL unquoted.
     QString name(const QString &key, const QString &what)
     {
-        static const QRegularExpression identifier(u"^[A-Za-z_][A-Za-z0-9_]*$"_s);
         const QString name = value(key);
         if (name.isEmpty())
             fault(key, u"missing"_s);
-        else if (!identifier.match(name).hasMatch())
+        else if (!identifier().match(name).hasMatch())
             fault(key, u"\"%1\" is not a %2 name"_s.arg(name, what));
         return name;
     }
@@ -107,7 +113,39 @@ public:
         } else if (!apps::parseCodeList(written, list.ids, list.names)) {
             fault(key, u"\"%1\" is not a code list (CODE=TEXT,...)"_s.arg(written));
         }
+        list.column = value(key + u"Column"_s);
+        if (!list.column.isEmpty() && !identifier().match(list.column).hasMatch())
+            fault(key + u"Column"_s, u"\"%1\" is not a column name"_s.arg(list.column));
         return list;
+    }
+
+    // "NAME=标题,...": titles by upper-case column name.
+    QHash<QString, QString> titles(const QString &key)
+    {
+        QHash<QString, QString> titles;
+        const QString written = value(key);
+        for (const QString &entry : written.split(u',', Qt::SkipEmptyParts)) {
+            const qsizetype equals = entry.indexOf(u'=');
+            const QString name = entry.left(equals).trimmed();
+            const QString title = entry.mid(equals + 1).trimmed();
+            if (equals < 0 || !identifier().match(name).hasMatch() || title.isEmpty()) {
+                fault(key, u"\"%1\" is not a column title (NAME=TITLE)"_s.arg(entry.trimmed()));
+                continue;
+            }
+            titles.insert(name.toUpper(), title);
+        }
+        return titles;
+    }
+
+    QStringList names(const QString &key)
+    {
+        QStringList names;
+        for (const QString &name : value(key).split(u',', Qt::SkipEmptyParts)) {
+            if (!identifier().match(name.trimmed()).hasMatch())
+                fault(key, u"\"%1\" is not a column name"_s.arg(name.trimmed()));
+            names.append(name.trimmed().toUpper());
+        }
+        return names;
     }
 
 private:
@@ -176,6 +214,8 @@ void LogCatalogue::readEntry(QSettings &settings, const QString &logType, const 
     entry.showWdh = reader.flag(u"ShowWDH"_s);
     entry.showYjk = reader.flag(u"ShowYJK"_s);
     entry.showOpCode = reader.flag(u"ShowOpCode"_s);
+    entry.columnTitles = reader.titles(u"Columns"_s);
+    entry.hiddenColumns = reader.names(u"Hide"_s);
     if (reader.faults().isEmpty())
         m_entries.append(entry);
     else

@@ -23,7 +23,11 @@ namespace quarry::viewer {
 //   Result=where             or select: the dialog hands back a whole SELECT
 //   ListA="1=自动验印,2=人工验印"   first code list written out, or
 //   ListASql=SELECT code, text FROM ...   read from the seal database
-//   ListB=..., ListBSql=...  the second code list likewise
+//   ListAColumn=OPTYPE       the column holding the first list's codes,
+//                            shown with their descriptions
+//   ListB=..., ListBSql=..., ListBColumn=...   the second code list likewise
+//   Columns="LOGID=序号,ACCNO=账号"   column titles
+//   Hide=id                  columns left out of the view, kept in exports
 //   ClerkLen=4, AccLen=17, ChequeLen=8   text-box lengths, 0 for none
 //   ShowWDH=true, ShowYJK=true, ShowOpCode=false
 //

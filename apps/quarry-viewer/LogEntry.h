@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -14,6 +15,8 @@ struct CodeListSource
     QList<qint16> ids;
     QStringList names;
     QString select; // empty for a written-out list
+    // The log table's column that holds these codes; empty for none.
+    QString column;
 };
 
 // One log the viewer offers, and how it asks CQuarry for its condition as a
@@ -41,6 +44,11 @@ struct LogEntry
     bool showWdh = false;
     bool showYjk = false;
     bool showOpCode = false;
+    // Column titles by column name in upper case; a column without one
+    // shows its name.
+    QHash<QString, QString> columnTitles;
+    // Columns left out of the view (kept in exports), names in upper case.
+    QStringList hiddenColumns;
 };
 
 } // namespace quarry::viewer

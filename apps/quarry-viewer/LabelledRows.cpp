@@ -1,0 +1,60 @@
+#include "LabelledRows.h"
+
+using namespace Qt::StringLiterals;
+
+namespace quarry::viewer {
+
+void LabelledRows::setEntry(const LogEntry &entry)
+{
+    beginResetModel();
+    m_titles = entry.columnTitles;
+    m_codes.clear();
+    for (const CodeListSource *list : {&entry.listA, &entry.listB}) {
+        if (list->column.isEmpty())
+            continue;
+        QHash<QString, QString> &codes = m_codes[list->column.toUpper()];
+        for (qsizetype i = 0; i < list->ids.size(); ++i)
+            codes.insert(QString::number(list->ids[i]), list->names.value(i));
+    }
+    endResetModel();
+}
+
+QVariant LabelledRows::data(const QModelIndex &index, int role) const
+{
+    const QVariant value = QIdentityProxyModel::data(index, role);
+    if (role != Qt::DisplayRole || m_codes.isEmpty())
+        return value;
+    const auto codes = m_codes.constFind(sourceName(index.column()).toUpper());
+    if (codes == m_codes.cend())
+        return value;
+    const QString code = value.toString().trimmed();
+    const auto description = codes->constFind(code);
+    return description == codes->cend() ? value : QVariant(code + u' ' + *description);
+}
+
+QVariant LabelledRows::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal || (role != Qt::DisplayRole && role != Qt::ToolTipRole))
+        return QIdentityProxyModel::headerData(section, orientation, role);
+    const QString name = sourceName(section);
+    if (role == Qt::ToolTipRole)
+        return name;
+    return m_titles.value(name.toUpper(), name);
+}
+
+int LabelledRows::column(const QString &name) const
+{
+    for (int c = 0; c < columnCount(); ++c) {
+        if (sourceName(c).compare(name, Qt::CaseInsensitive) == 0)
+            return c;
+    }
+    return -1;
+}
+
+QString LabelledRows::sourceName(int section) const
+{
+    return sourceModel() ? sourceModel()->headerData(section, Qt::Horizontal).toString()
+                         : QString();
+}
+
+} // namespace quarry::viewer

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "LogEntry.h"
+
+#include <QHash>
+#include <QIdentityProxyModel>
+
+namespace quarry::viewer {
+
+// A log's rows as the operator reads them: the catalogue's column titles
+// over the columns (the column's own name as the tooltip), and each code
+// of a code list's column with its description beside it ("1 增加行员").
+// A value that is no code of the list (a log that stores descriptions)
+// shows as it is.
+class LabelledRows : public QIdentityProxyModel
+{
+    Q_OBJECT
+
+public:
+    using QIdentityProxyModel::QIdentityProxyModel;
+
+    void setEntry(const LogEntry &entry);
+
+    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    QVariant headerData(int section, Qt::Orientation orientation,
+                        int role = Qt::DisplayRole) const override;
+
+    // The column whose source name is name, without regard to case; -1
+    // when there is none.
+    int column(const QString &name) const;
+
+private:
+    QString sourceName(int section) const;
+
+    QHash<QString, QString> m_titles;
+    // Column name in upper case: code as text: description.
+    QHash<QString, QHash<QString, QString>> m_codes;
+};
+
+} // namespace quarry::viewer
