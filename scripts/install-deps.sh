@@ -8,7 +8,7 @@ SUDO=""
 packages=(
     build-essential cmake ninja-build pkg-config
     qt6-base-dev qt6-base-dev-tools
-    qt6-charts-dev libqt6opengl6-dev
+    qt6-charts-dev libqt6opengl6-dev qt6-translations-l10n
     libqt6sql6-sqlite libqt6sql6-mysql libqt6sql6-odbc
     sqlite3 libsqlite3-dev libxlsxwriter-dev unzip
     mariadb-server mariadb-client

@@ -2,6 +2,7 @@
 // other languages and for scripts. See askUsage() for the syntax.
 
 #include "AskCommand.h"
+#include "QtChinese.h"
 
 #include <quarry/CQuarry.h>
 #include <quarry/QuarryError.h>
@@ -43,6 +44,7 @@ int main(int argc, char *argv[])
         return 2;
     }
     QApplication app(argc, argv);
+    quarry::apps::useChinese(app);
     try {
         quarry::CQuarry quarry;
         quarry::runAskCommand(quarry, *request.command);

@@ -7,7 +7,10 @@
 #include <QChartView>
 #include <QFontMetrics>
 #include <QHorizontalBarSeries>
+#include <QPainter>
 #include <QPixmap>
+#include <QScrollArea>
+#include <QVBoxLayout>
 #include <QValueAxis>
 
 using namespace Qt::StringLiterals;
@@ -26,18 +29,64 @@ int column(const QAbstractItemModel &model, const QString &name)
     return -1;
 }
 
+QValueAxis *rateAxis()
+{
+    auto *axis = new QValueAxis;
+    axis->setRange(0, 100);
+    axis->setLabelFormat(u"%d%%"_s);
+    return axis;
+}
+
+// The axes of a chart removed and deleted.
+void removeAxes(QChart *chart)
+{
+    const QList<QAbstractAxis *> axes = chart->axes();
+    for (QAbstractAxis *axis : axes) {
+        chart->removeAxis(axis);
+        delete axis;
+    }
+}
+
+constexpr int HeadHeight = 80;
+
 } // namespace
 
 PassRateChart::PassRateChart(QWidget *parent)
-    : QScrollArea(parent)
-    , m_view(new QChartView(this))
+    : QWidget(parent)
+    , m_head(new QChartView(this))
+    , m_scroll(new QScrollArea(this))
+    , m_bars(new QChartView(m_scroll))
 {
-    m_view->setRenderHint(QPainter::Antialiasing);
-    m_view->chart()->setTitle(u"各操作员验印通过率"_s);
-    m_view->chart()->legend()->hide();
-    setWidget(m_view);
-    setWidgetResizable(true);
-    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    m_head->setFixedHeight(HeadHeight);
+    m_head->chart()->setTitle(u"各操作员验印通过率"_s);
+    m_head->chart()->legend()->hide();
+    auto *headAxis = rateAxis();
+    headAxis->setTitleText(u"通过率"_s);
+    headAxis->setGridLineVisible(false);
+    m_head->chart()->addAxis(headAxis, Qt::AlignBottom);
+    layout->addWidget(m_head);
+
+    for (QChartView *view : {m_head, m_bars})
+        view->setRenderHint(QPainter::Antialiasing);
+    m_bars->chart()->legend()->hide();
+    m_bars->chart()->setMargins({});
+    m_scroll->setWidget(m_bars);
+    m_scroll->setWidgetResizable(true);
+    m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    layout->addWidget(m_scroll, 1);
+    connect(m_bars->chart(), &QChart::plotAreaChanged, this, &PassRateChart::alignHead);
+}
+
+// The head's axis spans the bars' plot area, at the bottom of the head.
+void PassRateChart::alignHead()
+{
+    const QRectF bars = m_bars->chart()->plotArea();
+    const QFontMetrics font(m_head->chart()->axes().constFirst()->labelsFont());
+    const qreal below = 2.5 * font.height() + 8; // the labels and the axis title
+    m_head->chart()->setPlotArea(QRectF(bars.left(), HeadHeight - below - 1, bars.width(), 1));
 }
 
 bool PassRateChart::showRates(const QAbstractItemModel &model)
@@ -67,25 +116,19 @@ bool PassRateChart::showRates(const QAbstractItemModel &model)
     series->append(bars);
     auto *axisY = new QBarCategoryAxis;
     axisY->append(operators);
-    auto *axisX = new QValueAxis;
-    axisX->setRange(0, 100);
-    axisX->setLabelFormat(u"%d%%"_s);
-    axisX->setTitleText(u"通过率"_s);
+    auto *axisX = rateAxis();
+    axisX->setLabelsVisible(false); // the head shows them
     // Two lines of the labels' text per operator (the axis elides a label
-    // that has less room), and room for the title and the value axis.
+    // that has less room).
     const int line = QFontMetrics(axisY->labelsFont()).height();
-    m_view->setMinimumHeight(int(operators.size()) * line * 2 + 120);
+    m_bars->setMinimumHeight(int(operators.size()) * line * 2 + 20);
 
-    QChart *c = m_view->chart();
+    QChart *c = m_bars->chart();
     c->removeAllSeries();
-    const QList<QAbstractAxis *> axes = c->axes();
-    for (QAbstractAxis *axis : axes) {
-        c->removeAxis(axis);
-        delete axis;
-    }
+    removeAxes(c);
     c->addSeries(series);
     c->addAxis(axisY, Qt::AlignLeft);
-    c->addAxis(axisX, Qt::AlignTop); // in sight before the list scrolls
+    c->addAxis(axisX, Qt::AlignTop);
     series->attachAxis(axisX);
     series->attachAxis(axisY);
     return true;
@@ -93,7 +136,16 @@ bool PassRateChart::showRates(const QAbstractItemModel &model)
 
 bool PassRateChart::savePng(const QString &path)
 {
-    return m_view->grab().save(path, "PNG");
+    const QPixmap head = m_head->grab();
+    const QPixmap bars = m_bars->grab();
+    QPixmap whole(qMax(head.width(), bars.width()), head.height() + bars.height());
+    whole.setDevicePixelRatio(bars.devicePixelRatio());
+    whole.fill(Qt::white);
+    QPainter painter(&whole);
+    painter.drawPixmap(0, 0, head);
+    painter.drawPixmap(QPointF(0, head.deviceIndependentSize().height()), bars);
+    painter.end();
+    return whole.save(path, "PNG");
 }
 
 } // namespace quarry::viewer

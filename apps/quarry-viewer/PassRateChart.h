@@ -1,18 +1,20 @@
 #pragma once
 
-#include <QScrollArea>
+#include <QWidget>
 
 class QAbstractItemModel;
 class QChartView;
+class QScrollArea;
 
 namespace quarry::viewer {
 
 // The pass rate of each operator in the seal result statistics as a bar
 // chart: passed * 100 / total, from the statement's opcode, total and
 // passed columns. One horizontal bar per operator, each on a line of its
-// own that keeps its name readable: with many operators the chart grows
-// taller than the pane and scrolls.
-class PassRateChart : public QScrollArea
+// own that keeps its name readable: with many operators the bars grow
+// taller than the pane and scroll, under a head that stays in view with
+// the title and the value axis, lined up with the bars.
+class PassRateChart : public QWidget
 {
     Q_OBJECT
 
@@ -24,11 +26,15 @@ public:
     bool showRates(const QAbstractItemModel &model);
     // The bars shown: operator and rate in percent.
     QList<std::pair<QString, double>> rates() const { return m_rates; }
-    // The whole chart, scrolled out of sight or not.
+    // The head and every bar, scrolled out of sight or not.
     bool savePng(const QString &path);
 
 private:
-    QChartView *m_view;
+    void alignHead();
+
+    QChartView *m_head;
+    QScrollArea *m_scroll;
+    QChartView *m_bars;
     QList<std::pair<QString, double>> m_rates;
 };
 

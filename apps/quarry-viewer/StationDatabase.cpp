@@ -1,9 +1,11 @@
 #include "StationDatabase.h"
 
 #include "platform/DbConnection.h"
+#include "platform/Paths.h"
 
 #include <quarry/CSysCfg.h>
 
+#include <QFileInfo>
 #include <QSqlError>
 #include <QSqlQuery>
 
@@ -11,25 +13,59 @@ using namespace Qt::StringLiterals;
 
 namespace quarry::viewer {
 
+namespace {
+
+const QString SealIni = u"SEAL.INI"_s;
+
+} // namespace
+
 StationDatabase::StationDatabase()
-    : m_config(std::make_unique<CSysCfg>())
-    , m_db(std::make_unique<DbConnection>())
+    : m_db(std::make_unique<DbConnection>())
 {
-    m_config->GetParameter();
+    readSettings();
 }
 
 StationDatabase::~StationDatabase() = default;
+
+void StationDatabase::readSettings()
+{
+    m_config = std::make_unique<CSysCfg>();
+    const auto read = [this](const QString &section, const QString &key, const QString &fallback) {
+        return m_config->GetINIData(section, key, fallback, SealIni);
+    };
+    m_config->BASEMODE = read(u"DATABASESET"_s, u"BASEMODE"_s, u"ACCESS"_s);
+    m_config->ODBCDRIVER = read(u"DATABASESET"_s, u"ODBCDRIVER"_s, u"FreeTDS"_s);
+    m_config->SERVER = read(u"SQLSERVER"_s, u"SERVER"_s, u"SealServer"_s);
+    m_config->SEALBASE = read(u"SQLSERVER"_s, u"SEALBASE"_s, u"SEAL"_s);
+}
 
 QString StationDatabase::open()
 {
     if (m_db->isOpen())
         return {};
+    readSettings();
+    if (const QString missing = findStation(); !missing.isEmpty())
+        return missing;
     m_config->prepareConnection(*m_db);
     m_db->open(u"Server="_s + m_config->SERVER + u";Database="_s + m_config->SEALBASE, u"BISOL"_s,
                u"KORMANTE"_s, true);
     if (!m_db->failed())
         return {};
-    return u"连接数据库 %1 失败：%2"_s.arg(describe(), m_db->errorText());
+    return u"无法打开%1：%2"_s.arg(describe(), m_db->errorText());
+}
+
+// Where the station's seal.ini was looked for, and how to point there.
+QString StationDatabase::findStation() const
+{
+    if (QFileInfo::exists(m_config->IniPath))
+        return {};
+    const QString beside = paths::componentDir();
+    const QString convert = paths::resolveIniFile(u"CONVERT.INI"_s);
+    const QString where = QFileInfo::exists(convert)
+        ? u"%1 所指的 %2 也不存在"_s.arg(convert, m_config->IniPath)
+        : u"系统配置文件夹 %1 中也没有 CONVERT.INI"_s.arg(paths::systemIniDir());
+    return u"未找到站点配置：%1 中没有 seal.ini，%2。请用环境变量 QUARRY_SYSTEM_DIR 指定含 "
+           u"CONVERT.INI 的文件夹（默认 /etc/quarry）。"_s.arg(beside, where);
 }
 
 void StationDatabase::close()
@@ -50,8 +86,10 @@ QString StationDatabase::fill(CodeListSource &list)
         return fault;
     QSqlQuery query(database());
     query.setForwardOnly(true);
-    if (!query.exec(list.select))
-        return u"读取代码表失败：%1\n%2"_s.arg(query.lastError().text(), list.select);
+    if (!query.exec(list.select)) {
+        return u"在%1上读取代码表失败：%2\n%3"_s.arg(describe(), query.lastError().text(),
+                                                     list.select);
+    }
     list.ids.clear();
     list.names.clear();
     while (query.next()) {
@@ -71,6 +109,11 @@ Paging StationDatabase::paging() const
     return Paging::LimitOffset;
 }
 
+bool StationDatabase::isEmbedded() const
+{
+    return m_config->BASEMODE.compare(u"ACCESS"_s, Qt::CaseInsensitive) == 0;
+}
+
 QString StationDatabase::iniPath() const
 {
     return m_config->IniPath;
@@ -78,12 +121,14 @@ QString StationDatabase::iniPath() const
 
 QString StationDatabase::describe() const
 {
-    const QString server = m_config->SERVER.isEmpty()
-            || m_config->BASEMODE.compare(u"ACCESS"_s, Qt::CaseInsensitive) == 0
-        ? QString()
-        : m_config->SERVER + u'/';
-    return u"%1 %2%3"_s.arg(m_config->BASEMODE.isEmpty() ? u"ACCESS"_s : m_config->BASEMODE, server,
-                            m_config->SEALBASE);
+    if (isEmbedded())
+        return u"嵌入式数据库 %1（%2）"_s.arg(m_config->SEALBASE,
+                                              QFileInfo(m_config->IniPath).absolutePath());
+    QString server = m_config->SERVER;
+    if (m_config->BASEMODE.compare(u"MYSQL"_s, Qt::CaseInsensitive) == 0 && !server.contains(u':'))
+        server += u":3306"_s;
+    return u"%1 服务器 %2 上的数据库 %3"_s.arg(m_config->BASEMODE.toUpper(), server,
+                                               m_config->SEALBASE);
 }
 
 } // namespace quarry::viewer

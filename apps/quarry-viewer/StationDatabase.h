@@ -16,8 +16,10 @@ class DbConnection;
 namespace quarry::viewer {
 
 // The seal database of the station's seal.ini (the embedded files beside it
-// or the server it names), opened as the teller data opens it. A failed
-// open is retried by the next open().
+// or the server it names), opened as the teller data opens it. Only the
+// keys that reach the database are read, so that a station whose other
+// settings need a database that is down says nothing but the one fault.
+// A failed open is retried by the next open(), which reads seal.ini anew.
 class StationDatabase
 {
 public:
@@ -26,7 +28,10 @@ public:
     StationDatabase(const StationDatabase &) = delete;
     StationDatabase &operator=(const StationDatabase &) = delete;
 
-    // "" when the database is open, else why not (with the database's text).
+    // "" when seal.ini is there, else where it was looked for.
+    QString findStation() const;
+    // "" when the database is open, else why not: which file or server, and
+    // the reason.
     QString open();
     // Drops the connection; run no query on it after this.
     void close();
@@ -38,11 +43,17 @@ public:
 
     // How the engine of seal.ini's BASEMODE takes a page of rows.
     Paging paging() const;
+    // The embedded database (BASEMODE ACCESS), where only the dialects'
+    // common SQL runs.
+    bool isEmbedded() const;
     QString iniPath() const;
-    // The dialect and the database, for the window's title.
+    // Which database, in the operator's words: the embedded file's name, or
+    // the server with its port and the database.
     QString describe() const;
 
 private:
+    void readSettings();
+
     std::unique_ptr<CSysCfg> m_config;
     std::unique_ptr<DbConnection> m_db;
 };

@@ -2,13 +2,17 @@
 
 #include "ConditionRequest.h"
 #include "CsvWriter.h"
+#include "LabelledRows.h"
 #include "LogRowsModel.h"
 #include "LogSelect.h"
 #include "PassRateChart.h"
 
+#include "support/ErrorLog.h"
+
 #include <quarry/QuarryError.h>
 
 #include <QClipboard>
+#include <QDateTime>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileDialog>
@@ -22,6 +26,7 @@
 #include <QSaveFile>
 #include <QSplitter>
 #include <QSqlError>
+#include <QStatusBar>
 #include <QTableView>
 #include <QVBoxLayout>
 
@@ -29,12 +34,42 @@ using namespace Qt::StringLiterals;
 
 namespace quarry::viewer {
 
+namespace {
+
+const QString AppTitle = u"Quarry 日志查看"_s;
+
+// The statistics dialog writes its SELECT for SQL Server and MySQL only.
+const QString StatisticsNotice
+    = u"此统计语句是为 SQL Server 和 MySQL 站点写的，嵌入式数据库运行不了；"
+      u"请在 SQL Server 或 MySQL（MariaDB）站点上查看统计，例如用 "
+      u"bash scripts/run.sh --mariadb 打开示例的 MariaDB 站点（见管理员手册）。"_s;
+
+// The statement joins each operator's total to his passed bills: one with
+// none has no row to join.
+const QString MissingOperators
+    = u"只列出区间内至少有一张票据通过的操作员：没有通过票据的操作员不在统计结果中。"_s;
+
+QLabel *messageLabel(const QString &name, const QString &style, QWidget *parent)
+{
+    auto *label = new QLabel(parent);
+    label->setObjectName(name);
+    label->setWordWrap(true);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    label->setStyleSheet(u"QLabel { %1 padding: 6px; }"_s.arg(style));
+    label->hide();
+    return label;
+}
+
+} // namespace
+
 ViewerWindow::ViewerWindow(const LogCatalogue &catalogue, QWidget *parent)
     : QMainWindow(parent)
     , m_entries(catalogue.entries())
     , m_model(new LogRowsModel(1000, this))
+    , m_rows(new LabelledRows(this))
 {
-    setWindowTitle(u"Quarry 日志查看 — %1"_s.arg(m_database.describe()));
+    m_rows->setSourceModel(m_model);
+    setWindowTitle(u"%1 — %2"_s.arg(AppTitle, m_database.describe()));
     auto *splitter = new QSplitter(Qt::Horizontal, this);
     splitter->addWidget(makeLogPane());
     splitter->addWidget(makeResultPane());
@@ -43,13 +78,17 @@ ViewerWindow::ViewerWindow(const LogCatalogue &catalogue, QWidget *parent)
     connect(m_model, &LogRowsModel::readFailed, this,
             [this](const QSqlError &error) { queryFailed(u"读取结果失败"_s, error); });
     resize(1100, 700);
-    if (!catalogue.problems().isEmpty())
-        showError(u"日志目录有误，以下条目未列出：\n"_s + catalogue.problems().join(u'\n'));
+    // Without a station the catalogue beside its seal.ini is missing too:
+    // the station is the one fault to tell.
+    if (const QString station = m_database.findStation(); !station.isEmpty())
+        fault(station);
+    else if (!catalogue.problems().isEmpty())
+        fault(u"日志目录有误，以下条目未列出：\n"_s + catalogue.problems().join(u'\n'));
 }
 
 ViewerWindow::~ViewerWindow()
 {
-    clearResult();
+    m_model->clear();
 }
 
 QWidget *ViewerWindow::makeLogPane()
@@ -78,25 +117,16 @@ QWidget *ViewerWindow::makeResultPane()
 {
     auto *pane = new QWidget(this);
     auto *layout = new QVBoxLayout(pane);
-    m_errorLabel = new QLabel(pane);
-    m_errorLabel->setObjectName(u"errorLabel"_s);
-    m_errorLabel->setWordWrap(true);
-    m_errorLabel->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    m_errorLabel->setStyleSheet(u"QLabel { color: #a40000; background: #fde8e8; padding: 6px; }"_s);
-    m_errorLabel->hide();
+    m_errorLabel = messageLabel(u"errorLabel"_s, u"color: #a40000; background: #fde8e8;"_s, pane);
     layout->addWidget(m_errorLabel);
-
-    m_sqlText = new QPlainTextEdit(pane);
-    m_sqlText->setObjectName(u"sqlText"_s);
-    m_sqlText->setReadOnly(true);
-    m_sqlText->setPlaceholderText(u"执行的 SQL"_s);
-    m_sqlText->setMaximumHeight(90);
-    layout->addWidget(m_sqlText);
+    m_noticeLabel = messageLabel(u"noticeLabel"_s, u"background: #fff6d5;"_s, pane);
+    layout->addWidget(m_noticeLabel);
 
     auto *bar = new QHBoxLayout;
-    m_statusLabel = new QLabel(u"请选择日志，点“查询…”输入条件。"_s, pane);
-    m_statusLabel->setObjectName(u"statusLabel"_s);
-    bar->addWidget(m_statusLabel, 1);
+    m_resultLabel = new QLabel(u"请选择日志，点“查询…”输入条件。"_s, pane);
+    m_resultLabel->setObjectName(u"resultLabel"_s);
+    m_resultLabel->setWordWrap(true);
+    bar->addWidget(m_resultLabel, 1);
     auto *copy = new QPushButton(u"复制 SQL"_s, pane);
     copy->setObjectName(u"copySqlButton"_s);
     auto *csv = new QPushButton(u"导出 CSV…"_s, pane);
@@ -113,10 +143,17 @@ QWidget *ViewerWindow::makeResultPane()
     connect(csv, &QPushButton::clicked, this, &ViewerWindow::chooseCsvFile);
     connect(m_exportPngButton, &QPushButton::clicked, this, &ViewerWindow::choosePngFile);
 
+    m_sqlText = new QPlainTextEdit(pane);
+    m_sqlText->setObjectName(u"sqlText"_s);
+    m_sqlText->setReadOnly(true);
+    m_sqlText->setPlaceholderText(u"执行的 SQL"_s);
+    m_sqlText->setMaximumHeight(90);
+    layout->addWidget(m_sqlText);
+
     auto *results = new QSplitter(Qt::Vertical, pane);
     m_table = new QTableView(results);
     m_table->setObjectName(u"resultTable"_s);
-    m_table->setModel(m_model);
+    m_table->setModel(m_rows);
     m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::Interactive);
     m_chart = new PassRateChart(results);
     m_chart->setObjectName(u"passRateChart"_s);
@@ -130,29 +167,49 @@ QWidget *ViewerWindow::makeResultPane()
 
 void ViewerWindow::runLog(int index)
 {
-    LogEntry entry = m_entries.value(index);
-    m_errorLabel->hide();
-    if (index < 0 || index >= m_entries.size() || !readCodeLists(entry))
+    if (index < 0 || index >= m_entries.size())
         return;
+    LogEntry entry = m_entries[index];
+    m_errorLabel->hide();
+    m_noticeLabel->hide();
+    // A database that cannot be opened is said here once, before a dialog
+    // meets it and says it in words of its own.
+    if (const QString fault = m_database.open(); !fault.isEmpty()) {
+        this->fault(fault);
+        return;
+    }
+    if (!readCodeLists(entry))
+        return;
+    statusBar()->showMessage(u"请输入%1的查询条件。"_s.arg(entry.title));
     QString condition;
     try {
         condition = askCondition(entry);
     } catch (const QuarryError &error) {
-        showError(u"查询条件组件出错（%1）：%2"_s.arg(error.source(), error.description()));
+        statusBar()->clearMessage();
+        fault(u"查询条件组件出错（%1）：%2"_s.arg(error.source(), error.description()));
         return;
     }
     if (condition.isEmpty()) {
-        m_statusLabel->setText(u"已取消：未执行查询。"_s);
+        statusBar()->showMessage(u"已取消%1的查询：下面仍是原来的结果。"_s.arg(entry.title));
         return;
     }
-    runSelect(entry, logSelect(entry, condition));
+    statusBar()->clearMessage();
+    const QString select = logSelect(entry, condition);
+    if (entry.result == LogEntry::Result::Select && m_database.isEmbedded()) {
+        clearResult(u"%1：未执行。"_s.arg(entry.title));
+        m_sqlText->setPlainText(select);
+        m_noticeLabel->setText(StatisticsNotice);
+        m_noticeLabel->show();
+        return;
+    }
+    runSelect(entry, select);
 }
 
 bool ViewerWindow::readCodeLists(LogEntry &entry)
 {
     for (CodeListSource *list : {&entry.listA, &entry.listB}) {
         if (const QString fault = m_database.fill(*list); !fault.isEmpty()) {
-            showError(fault);
+            this->fault(fault);
             return false;
         }
     }
@@ -161,27 +218,38 @@ bool ViewerWindow::readCodeLists(LogEntry &entry)
 
 void ViewerWindow::runSelect(const LogEntry &entry, const QString &select)
 {
-    clearResult();
+    clearResult(u"%1：查询未完成。"_s.arg(entry.title));
     m_sqlText->setPlainText(select);
-    if (const QString fault = m_database.open(); !fault.isEmpty()) {
-        showError(fault);
-        return;
-    }
+    m_rows->setEntry(entry);
     QElapsedTimer timer;
     timer.start();
     const QSqlError error
         = m_model->setQuery(m_database.database(), select, entry.key, m_database.paging());
     if (error.isValid()) {
-        queryFailed(u"查询失败"_s, error);
+        queryFailed(u"在%1上查询失败"_s.arg(m_database.describe()), error);
         return;
     }
-    m_statusLabel->setText(u"%1：共 %2 行，用时 %3 毫秒"_s.arg(entry.title)
-                               .arg(m_model->rowCount())
-                               .arg(timer.elapsed()));
+    showRows(entry, timer.elapsed());
+}
+
+void ViewerWindow::showRows(const LogEntry &entry, qint64 milliseconds)
+{
+    m_shownTitle = entry.title;
+    m_resultLabel->setText(u"%1（%2）　%3　共 %4 行，用时 %5 毫秒，%6 查询"_s.arg(
+        entry.title, entry.logType, m_database.describe(), QString::number(m_model->rowCount()),
+        QString::number(milliseconds), QTime::currentTime().toString(u"HH:mm:ss"_s)));
+    setWindowTitle(u"%1 — %2 — %3"_s.arg(entry.title, AppTitle, m_database.describe()));
+    for (int c = 0; c < m_rows->columnCount(); ++c) {
+        const QString name = m_model->headerData(c, Qt::Horizontal).toString().toUpper();
+        m_table->setColumnHidden(c, entry.hiddenColumns.contains(name));
+    }
+    m_table->resizeColumnsToContents();
     if (entry.result == LogEntry::Result::Select) {
         m_chart->showRates(*m_model);
         m_chart->show();
         m_exportPngButton->show();
+        m_noticeLabel->setText(MissingOperators);
+        m_noticeLabel->show();
     }
 }
 
@@ -189,43 +257,57 @@ void ViewerWindow::runSelect(const LogEntry &entry, const QString &select)
 // connects anew.
 void ViewerWindow::queryFailed(const QString &what, const QSqlError &error)
 {
-    clearResult();
+    const QString title = m_shownTitle;
+    clearResult(title.isEmpty() ? m_resultLabel->text() : u"%1：查询未完成。"_s.arg(title));
     m_database.close();
     const QString text = error.databaseText().isEmpty() ? error.text() : error.databaseText();
-    showError(u"%1：%2"_s.arg(what, text));
-    m_statusLabel->setText(u"查询未完成。"_s);
+    fault(u"%1：%2"_s.arg(what, text));
 }
 
-void ViewerWindow::showError(const QString &text)
+void ViewerWindow::fault(const QString &text)
 {
-    m_errorLabel->setText(text);
+    QString shown = text;
+    try {
+        writeErrorLog(u"quarry-viewer"_s, QuarryError::DataError,
+                      QString(text).replace(u'\n', u' '));
+    } catch (const QuarryError &error) {
+        shown += u"\n（未能写入错误日志：%1）"_s.arg(error.description());
+    }
+    m_errorLabel->setText(shown);
     m_errorLabel->show();
 }
 
 // The model lets go of the connection, which may be closed after this.
-void ViewerWindow::clearResult()
+void ViewerWindow::clearResult(const QString &label)
 {
     m_model->clear();
+    m_shownTitle.clear();
+    m_resultLabel->setText(label);
+    setWindowTitle(u"%1 — %2"_s.arg(AppTitle, m_database.describe()));
     m_chart->hide();
     m_exportPngButton->hide();
 }
 
 bool ViewerWindow::exportCsv(const QString &path)
 {
+    if (m_shownTitle.isEmpty()) {
+        fault(u"没有可导出的结果：请先查询。"_s);
+        return false;
+    }
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly)) {
-        showError(u"无法写入 %1：%2"_s.arg(path, file.errorString()));
+        fault(u"无法写入 %1：%2"_s.arg(path, file.errorString()));
         return false;
     }
     CsvWriter csv(file);
     QStringList header;
-    for (int c = 0; c < m_model->columnCount(); ++c)
-        header.append(m_model->headerData(c, Qt::Horizontal).toString());
+    for (int c = 0; c < m_rows->columnCount(); ++c)
+        header.append(m_rows->headerData(c, Qt::Horizontal).toString());
     csv.writeRow(header);
-    for (int row = 0; row < m_model->rowCount() && !m_model->lastError().isValid(); ++row) {
+    for (int row = 0; row < m_rows->rowCount() && !m_model->lastError().isValid(); ++row) {
         QStringList fields;
-        for (int c = 0; c < m_model->columnCount(); ++c)
-            fields.append(m_model->index(row, c).data().toString());
+        for (int c = 0; c < m_rows->columnCount(); ++c)
+            fields.append(m_rows->index(row, c).data().toString());
         csv.writeRow(fields);
     }
     // A page that could not be read leaves no half file behind.
@@ -234,17 +316,18 @@ bool ViewerWindow::exportCsv(const QString &path)
         return false;
     }
     if (!csv.ok() || !file.commit()) {
-        showError(u"无法写入 %1：%2"_s.arg(path, file.errorString()));
+        fault(u"无法写入 %1：%2"_s.arg(path, file.errorString()));
         return false;
     }
-    m_statusLabel->setText(u"已导出 %1 行到 %2"_s.arg(m_model->rowCount()).arg(path));
+    statusBar()->showMessage(
+        u"已导出%1的 %2 行到 %3"_s.arg(m_shownTitle).arg(m_rows->rowCount()).arg(path));
     return true;
 }
 
 bool ViewerWindow::exportChartPng(const QString &path)
 {
     if (!m_chart->savePng(path)) {
-        showError(u"无法写入 %1"_s.arg(path));
+        fault(u"无法写入 %1"_s.arg(path));
         return false;
     }
     return true;
@@ -252,7 +335,10 @@ bool ViewerWindow::exportChartPng(const QString &path)
 
 void ViewerWindow::chooseCsvFile()
 {
-    const QString path = QFileDialog::getSaveFileName(this, u"导出 CSV"_s, {}, u"CSV (*.csv)"_s);
+    const QString name
+        = u"%1-%2.csv"_s.arg(m_shownTitle,
+                             QDateTime::currentDateTime().toString(u"yyyyMMdd-HHmmss"_s));
+    const QString path = QFileDialog::getSaveFileName(this, u"导出 CSV"_s, name, u"CSV (*.csv)"_s);
     if (!path.isEmpty())
         exportCsv(path);
 }

@@ -2,6 +2,7 @@
 // conditions are asked by the component's own dialogs, as a host asks them.
 
 #include "LogCatalogue.h"
+#include "QtChinese.h"
 #include "StationDatabase.h"
 #include "ViewerWindow.h"
 
@@ -9,23 +10,69 @@
 #include <QCommandLineParser>
 #include <QDir>
 #include <QFileInfo>
+#include <QTextStream>
+
+#include <cstdio>
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+const QString Usage = u"用法：quarry-viewer [--catalogue 文件]\n"
+                      "查看本站点的日志：选中日志后由组件的对话框输入查询条件，在站点 seal.ini "
+                      "所指的验印数据库上执行并显示结果。\n\n"
+                      "选项：\n"
+                      "  --catalogue 文件   日志目录（默认为 seal.ini 旁的 logs.ini，"
+                      "格式见示例 data/sample/logs.ini 开头的说明）\n"
+                      "  -h, --help         显示本说明\n"
+                      "  -v, --version      显示版本\n\n"
+                      "站点配置：先找程序库旁的 seal.ini，否则找系统配置文件夹中 CONVERT.INI 的 "
+                      "[SYSTEM] INITCFG 所指的文件；系统配置文件夹由环境变量 QUARRY_SYSTEM_DIR "
+                      "指定，默认 /etc/quarry。\n"
+                      "示例站点：bash scripts/run.sh（嵌入式数据库）；bash scripts/run.sh "
+                      "--mariadb（临时的 MariaDB 服务器，统计图只在这样的站点上有）。\n"
+                      "验印结果统计只列出区间内至少有一张票据通过的操作员，没有通过票据的操作员"
+                      "不在结果中。\n"
+                      "出错时的记录写在 seal.ini [ERROR] ERRORFILE 文件夹中的 error.txt。\n"_s;
+
+// The arguments are read before the QApplication exists, so that --help,
+// --version and bad arguments are answered without a display too.
+QStringList commandArguments(int argc, char *argv[])
+{
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    return arguments;
+}
+
+} // namespace
+
 int main(int argc, char *argv[])
 {
+    QCommandLineParser parser;
+    const QCommandLineOption help({u"h"_s, u"help"_s});
+    const QCommandLineOption version({u"v"_s, u"version"_s});
+    const QCommandLineOption catalogueOption(u"catalogue"_s, QString(), u"file"_s);
+    parser.addOptions({help, version, catalogueOption});
+    if (!parser.parse(commandArguments(argc, argv)) || !parser.positionalArguments().isEmpty()) {
+        const QString error = parser.errorText().isEmpty()
+            ? u"多余的参数：%1"_s.arg(parser.positionalArguments().join(u' '))
+            : parser.errorText();
+        QTextStream(stderr) << u"quarry-viewer: "_s << error << u"\n\n"_s << Usage;
+        return 2;
+    }
+    if (parser.isSet(help)) {
+        QTextStream(stdout) << Usage;
+        return 0;
+    }
+    if (parser.isSet(version)) {
+        QTextStream(stdout) << u"quarry-viewer " QUARRY_VERSION "\n"_s;
+        return 0;
+    }
+
     QApplication app(argc, argv);
     QApplication::setApplicationName(u"quarry-viewer"_s);
-
-    QCommandLineParser parser;
-    parser.setApplicationDescription(
-        u"Shows the logs of the station whose seal.ini the component finds."_s);
-    parser.addHelpOption();
-    const QCommandLineOption catalogueOption(
-        u"catalogue"_s, u"The log catalogue (default: logs.ini beside seal.ini)."_s, u"file"_s);
-    parser.addOption(catalogueOption);
-    parser.process(app);
-
+    quarry::apps::useChinese(app);
     QString cataloguePath = parser.value(catalogueOption);
     if (cataloguePath.isEmpty()) {
         const quarry::viewer::StationDatabase station;
