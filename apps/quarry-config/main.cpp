@@ -105,7 +105,16 @@ int set(const quarry::CSysCfg &cfg, const QStringList &args)
     if (!quarry::IniFile::write(quarry::paths::resolveIniFile(cfg.IniPath), section, key, value,
                                 &error))
         return fail(u"[%1] %2 not written to %3: %4"_s.arg(section, key, cfg.IniPath, error));
+    tell(u"已写入 %1：[%2] %3=%4"_s.arg(cfg.IniPath, section, key, value));
     return 0;
+}
+
+// Where seal.ini was looked for, for a station that has none.
+QString missingIni(const QString &path)
+{
+    return u"没有站点配置 seal.ini：程序库旁（%1）没有，系统配置文件夹 %2 中 CONVERT.INI 所指的 "
+           u"%3 也不存在（系统配置文件夹由环境变量 QUARRY_SYSTEM_DIR 指定，默认 /etc/quarry）"_s
+               .arg(quarry::paths::componentDir(), quarry::paths::systemIniDir(), path);
 }
 
 } // namespace
@@ -158,6 +167,10 @@ int main(int argc, char *argv[])
         return dump(cfg);
     if (command == u"set"_s)
         return set(cfg, args);
+    if (!QFileInfo::exists(cfg.IniPath)) {
+        tell(missingIni(cfg.IniPath));
+        return 1;
+    }
     QTextStream(stdout) << cfg.GetINIData(args.at(1), args.at(2), args.value(3), SealIni) << '\n';
     return 0;
 }
