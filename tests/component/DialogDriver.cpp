@@ -1,6 +1,8 @@
 #include "DialogDriver.h"
 
+#include <QClipboard>
 #include <QComboBox>
+#include <QGuiApplication>
 #include <QFile>
 #include <QHash>
 #include <QLabel>
@@ -58,6 +60,16 @@ void step(QWidget *dialog, const QString &action)
         QTest::keyClick(dialog->focusWidget(), keys[action].key(), keys[action].keyboardModifiers());
     } else if (action.endsWith(u'!')) {
         QTest::mouseClick(control(dialog, action.chopped(1)), Qt::LeftButton);
+    } else if (action.endsWith(u'~') && !action.contains(u'=')) {
+        QWidget *box = control(dialog, action.chopped(1));
+        box->setFocus();
+        QTest::keyClick(box, Qt::Key_Space);
+    } else if (const qsizetype caret = action.indexOf(u'^');
+               caret > 0 && !action.left(caret).contains(u'=')) {
+        QWidget *box = control(dialog, action.left(caret));
+        box->setFocus();
+        QGuiApplication::clipboard()->setText(action.mid(caret + 1));
+        QTest::keyClick(box, Qt::Key_V, Qt::ControlModifier);
     } else if (const qsizetype hash = action.indexOf(u'#'); hash > 0) {
         QWidget *list = control(dialog, action.left(hash));
         list->setFocus();

@@ -19,9 +19,11 @@ namespace quarry::test {
 void writeSealIni(const QString &folder, const QString &mode, int queryHintMode);
 
 // One operator step in a dialog: "Name=text" types into a box from its
-// start, "=text" into the box that has the focus, "Name" puts the focus
-// there, "Name!" clicks it, "Name#n" presses Down n + 1 times in a list, and
-// Return, PadEnter, Up, Down, Esc or Pad* press that key where the focus is.
+// start, "=text" into the box that has the focus, "Name^text" pastes text
+// into a box with Ctrl+V, "Name" puts the focus there, "Name!" clicks it,
+// "Name~" presses the space bar on it (ticks a check box whatever its row
+// stretches to), "Name#n" presses Down n + 1 times in a list, and Return,
+// PadEnter, Up, Down, Esc or Pad* press that key where the focus is.
 void step(QWidget *dialog, const QString &action);
 
 // What the operator saw of a dialog.

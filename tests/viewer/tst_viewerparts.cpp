@@ -1,13 +1,17 @@
 // The viewer's parts that hold no widgets: reading the log catalogue, the
-// statement that runs for a condition, and the CSV text of an export.
+// titles and code descriptions over the rows, the CSV text of an export;
+// and the program's answers without a display.
 
 #include "CsvWriter.h"
+#include "LabelledRows.h"
 #include "LogCatalogue.h"
-#include "LogSelect.h"
+#include "QtChinese.h"
 
 #include <QBuffer>
 #include <QDir>
 #include <QFile>
+#include <QProcess>
+#include <QStandardItemModel>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -19,17 +23,28 @@ namespace {
 
 QString listText(const CodeListSource &list)
 {
+    const QString column = list.column.isEmpty() ? QString() : u" in "_s + list.column;
     if (!list.select.isEmpty())
-        return u"sql:"_s + list.select;
+        return u"sql:"_s + list.select + column;
     QStringList entries;
     for (qsizetype i = 0; i < list.ids.size(); ++i)
         entries.append(QString::number(list.ids[i]) + u'=' + list.names[i]);
-    return entries.join(u',');
+    return entries.join(u',') + column;
 }
 
-// "YYRZ 验印日志 YYLOG complex where A[..] B[..] 4/17/8 WDH YJK -".
+// "YYRZ 验印日志 YYLOG complex where A[..] B[..] 4/17/8 WDH YJK -", then
+// " ACCNO=账号" per title and " -ID" per hidden column.
 QString describe(const LogEntry &e)
 {
+    QStringList titles;
+    for (auto title = e.columnTitles.cbegin(); title != e.columnTitles.cend(); ++title)
+        titles.append(title.key() + u'=' + title.value());
+    titles.sort();
+    QString extra;
+    for (const QString &title : std::as_const(titles))
+        extra += u' ' + title;
+    for (const QString &hidden : e.hiddenColumns)
+        extra += u" -"_s + hidden;
     return u"%1 %2 %3 %4 %5 A[%6] B[%7] %8/%9/%10 %11 %12 %13"_s
         .arg(e.logType, e.title, e.table.isEmpty() ? u"-"_s : e.table,
              e.call == LogEntry::Call::Complex ? u"complex"_s : u"complex-ex"_s,
@@ -38,7 +53,8 @@ QString describe(const LogEntry &e)
         .arg(e.clerkLength)
         .arg(e.accLength)
         .arg(e.chequeLength)
-        .arg(e.showWdh ? u"WDH"_s : u"-"_s, e.showYjk ? u"YJK"_s : u"-"_s, e.showOpCode ? u"OP"_s : u"-"_s);
+        .arg(e.showWdh ? u"WDH"_s : u"-"_s, e.showYjk ? u"YJK"_s : u"-"_s, e.showOpCode ? u"OP"_s : u"-"_s)
+        + extra;
 }
 
 const QByteArray Head = "[Catalogue]\nLogs=YYRZ\n[YYRZ]\nTitle=验印日志\nKey=LOGID\n";
@@ -54,12 +70,13 @@ private Q_SLOTS:
     void catalogue();
     void sampleCatalogue();
     void missingCatalogue();
-    void select_data();
-    void select();
-    void page_data();
-    void page();
     void csv_data();
     void csv();
+    void labelled_data();
+    void labelled();
+    void qtInChinese();
+    void program_data();
+    void program();
 };
 
 void TestViewerParts::catalogue_data()
@@ -82,6 +99,10 @@ void TestViewerParts::catalogue_data()
         << QStringList{};
     QTest::newRow("whole SELECT needs no table") << Head + "Result=select\n"
         << QStringList{u"YYRZ 验印日志 - complex select A[] B[] 0/0/0 - - -"_s} << QStringList{};
+    QTest::newRow("titles, code columns, hidden columns") << Head + "Table=YYLOG\nListA=\"1=开户\"\nListAColumn=OPTYPE\n"
+        "ListBSql=SELECT 1, 'a'\nListBColumn=Result\nColumns=\"ACCNO=账号, opdate = 日期\"\nHide=id, Memo\n"
+        << QStringList{u"YYRZ 验印日志 YYLOG complex where A[1=开户 in OPTYPE] B[sql:SELECT 1, 'a' in Result] 0/0/0 - - - ACCNO=账号 OPDATE=日期 -ID -MEMO"_s}
+        << QStringList{};
     QTest::newRow("order of the list") << QByteArray("[Catalogue]\nLogs=B, A\n[A]\nTitle=a\nTable=TA\nKey=ID\n[B]\nTitle=b\nTable=TB\nKey=ID\n")
         << QStringList{u"B b TB complex where A[] B[] 0/0/0 - - -"_s, u"A a TA complex where A[] B[] 0/0/0 - - -"_s}
         << QStringList{};
@@ -106,6 +127,9 @@ void TestViewerParts::catalogue_data()
     faulty("code without text", "Title=t\nKey=LOGID\nTable=YYLOG\nListB=\"1=\"\n", u"cat.ini [YYRZ] ListB: \"1=\" is not a code list (CODE=TEXT,...)"_s);
     faulty("code beyond 16 bits", "Title=t\nKey=LOGID\nTable=YYLOG\nListA=\"40000=x\"\n", u"cat.ini [YYRZ] ListA: \"40000=x\" is not a code list (CODE=TEXT,...)"_s);
     faulty("list twice", "Title=t\nKey=LOGID\nTable=YYLOG\nListA=\"1=a\"\nListASql=SELECT 1, 'a'\n", u"cat.ini [YYRZ] ListA: give either ListA or ListASql, not both"_s);
+    faulty("title without a name", "Title=t\nKey=LOGID\nTable=YYLOG\nColumns=\"ACCNO=账号,=日期\"\n", u"cat.ini [YYRZ] Columns: \"=日期\" is not a column title (NAME=TITLE)"_s);
+    faulty("code column with SQL", "Title=t\nKey=LOGID\nTable=YYLOG\nListAColumn=OPTYPE DESC\n", u"cat.ini [YYRZ] ListAColumn: \"OPTYPE DESC\" is not a column name"_s);
+    faulty("hidden column with SQL", "Title=t\nKey=LOGID\nTable=YYLOG\nHide=id)\n", u"cat.ini [YYRZ] Hide: \"id)\" is not a column name"_s);
     faulty("list SQL not a SELECT", "Title=t\nKey=LOGID\nTable=YYLOG\nListASql=DELETE FROM HY\n", u"cat.ini [YYRZ] ListASql: not a SELECT"_s);
     QTest::newRow("listed without section") << QByteArray("[Catalogue]\nLogs=YYRZ, PJSBRZ\n[YYRZ]\nTitle=t\nTable=YYLOG\nKey=LOGID\n")
         << QStringList{u"YYRZ t YYLOG complex where A[] B[] 0/0/0 - - -"_s}
@@ -154,61 +178,6 @@ void TestViewerParts::missingCatalogue()
     QCOMPARE(catalogue.problems(), QStringList{u"logs.ini: no catalogue file at "_s + dir.filePath(u"logs.ini"_s)});
 }
 
-void TestViewerParts::select_data()
-{
-    QTest::addColumn<int>("result");
-    QTest::addColumn<QString>("condition");
-    QTest::addColumn<QString>("expected");
-
-    const int where = int(LogEntry::Result::Where);
-    const int whole = int(LogEntry::Result::Select);
-    QTest::newRow("clause appended") << where << u" where Opcode Like '%'"_s << u"SELECT * FROM YYLOG where Opcode Like '%'"_s;
-    QTest::newRow("blanks kept") << where << u" Where  ACCNO  LIKE  '1%'  "_s << u"SELECT * FROM YYLOG Where  ACCNO  LIKE  '1%'  "_s;
-    QTest::newRow("cancelled clause runs nothing") << where << QString() << QString();
-    QTest::newRow("whole SELECT as it is") << whole << u"SELECT 1 AS id FROM pjsblog"_s << u"SELECT 1 AS id FROM pjsblog"_s;
-    QTest::newRow("cancelled SELECT runs nothing") << whole << QString() << QString();
-}
-
-void TestViewerParts::select()
-{
-    QFETCH(int, result);
-    QFETCH(QString, condition);
-    QFETCH(QString, expected);
-    LogEntry entry;
-    entry.table = u"YYLOG"_s;
-    entry.result = LogEntry::Result(result);
-    QCOMPARE(logSelect(entry, condition), expected);
-}
-
-void TestViewerParts::page_data()
-{
-    QTest::addColumn<int>("paging");
-    QTest::addColumn<qint64>("offset");
-    QTest::addColumn<QString>("keyAfter");
-    QTest::addColumn<QString>("expected");
-
-    const QString from = u"SELECT * FROM (SELECT * FROM YYLOG where Opcode Like '%') paged"_s;
-    const int limit = int(Paging::LimitOffset);
-    const int fetch = int(Paging::OffsetFetch);
-    const int none = int(Paging::None);
-    QTest::newRow("first page") << limit << qint64(0) << QString() << from + u" ORDER BY LOGID LIMIT 500"_s;
-    QTest::newRow("jump") << limit << qint64(3000000000) << QString() << from + u" ORDER BY LOGID LIMIT 500 OFFSET 3000000000"_s;
-    QTest::newRow("after a key") << limit << qint64(0) << u"'O''Hara'"_s << from + u" WHERE LOGID > 'O''Hara' ORDER BY LOGID LIMIT 500"_s;
-    QTest::newRow("SQL Server first page") << fetch << qint64(0) << QString() << from + u" ORDER BY LOGID OFFSET 0 ROWS FETCH NEXT 500 ROWS ONLY"_s;
-    QTest::newRow("SQL Server jump") << fetch << qint64(1500) << QString() << from + u" ORDER BY LOGID OFFSET 1500 ROWS FETCH NEXT 500 ROWS ONLY"_s;
-    QTest::newRow("SQL Server after a key") << fetch << qint64(0) << u"42"_s << from + u" WHERE LOGID > 42 ORDER BY LOGID OFFSET 0 ROWS FETCH NEXT 500 ROWS ONLY"_s;
-    QTest::newRow("Sybase: all at once") << none << qint64(0) << QString() << from + u" ORDER BY LOGID"_s;
-}
-
-void TestViewerParts::page()
-{
-    QFETCH(int, paging);
-    QFETCH(qint64, offset);
-    QFETCH(QString, keyAfter);
-    QFETCH(QString, expected);
-    QCOMPARE(pageSelect(u"SELECT * FROM YYLOG where Opcode Like '%'"_s, u"LOGID"_s, {}, Paging(paging), {offset, keyAfter, {}}, 500), expected);
-}
-
 void TestViewerParts::csv_data()
 {
     QTest::addColumn<QList<QStringList>>("rows");
@@ -237,6 +206,86 @@ void TestViewerParts::csv()
         writer.writeRow(row);
     QVERIFY(writer.ok());
     QCOMPARE(buffer.data(), QByteArray("\xEF\xBB\xBF") + expected);
+}
+
+void TestViewerParts::labelled_data()
+{
+    QTest::addColumn<QStringList>("values"); // of the columns LOGID, OPTYPE, RESULT
+    QTest::addColumn<QString>("shown");      // header, then each value, joined by |
+
+    QTest::newRow("codes described") << QStringList{u"7"_s, u"1"_s, u"4"_s} << u"序号 LOGID OpType 结果|7|1 增加行员|4 人工通过"_s;
+    QTest::newRow("code with blanks") << QStringList{u"7"_s, u" 2 "_s, u"0"_s} << u"序号 LOGID OpType 结果|7|2 删除行员|0 通过"_s;
+    QTest::newRow("no code of the list") << QStringList{u"1"_s, u"9"_s, u"人工通过"_s} << u"序号 LOGID OpType 结果|1|9|人工通过"_s;
+    QTest::newRow("empty") << QStringList{QString(), QString(), QString()} << u"序号 LOGID OpType 结果|||"_s;
+}
+
+// Titles over the columns that have one, the name as the tooltip; codes of a
+// list's column with their description, any other value as it is.
+void TestViewerParts::labelled()
+{
+    QFETCH(QStringList, values);
+    QFETCH(QString, shown);
+    QStandardItemModel source(1, 3);
+    source.setHorizontalHeaderLabels({u"LOGID"_s, u"OpType"_s, u"Result"_s});
+    for (int c = 0; c < 3; ++c)
+        source.setItem(0, c, new QStandardItem(values[c]));
+    LogEntry entry;
+    entry.columnTitles = {{u"LOGID"_s, u"序号"_s}, {u"RESULT"_s, u"结果"_s}};
+    entry.listA = {{1, 2}, {u"增加行员"_s, u"删除行员"_s}, {}, u"OPTYPE"_s};
+    entry.listB = {{0, 4}, {u"通过"_s, u"人工通过"_s}, {}, u"result"_s};
+    LabelledRows rows;
+    rows.setSourceModel(&source);
+    rows.setEntry(entry);
+
+    QStringList header;
+    for (int c = 0; c < 3; ++c)
+        header.append(rows.headerData(c, Qt::Horizontal).toString());
+    header.insert(1, rows.headerData(0, Qt::Horizontal, Qt::ToolTipRole).toString());
+    QStringList got{header.join(u' ')};
+    for (int c = 0; c < 3; ++c)
+        got.append(rows.index(0, c).data().toString());
+    QCOMPARE(got.join(u'|'), shown);
+    QCOMPARE(rows.column(u"optype"_s), 1);
+}
+
+// Qt's own texts (buttons, file dialogs) in Chinese, from Qt's translations.
+void TestViewerParts::qtInChinese()
+{
+    QVERIFY2(apps::useChinese(*QCoreApplication::instance()), "qt6-translations-l10n is not installed");
+    QCOMPARE(QCoreApplication::translate("QPlatformTheme", "Cancel"), u"取消"_s);
+}
+
+void TestViewerParts::program_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QStringList>("said"); // on standard output or error
+
+    QTest::newRow("help") << QStringList{u"--help"_s} << 0 << QStringList{u"用法：quarry-viewer"_s, u"logs.ini"_s, u"QUARRY_SYSTEM_DIR"_s, u"bash scripts/run.sh --mariadb"_s, u"没有通过票据的操作员"_s};
+    QTest::newRow("version") << QStringList{u"-v"_s} << 0 << QStringList{u"quarry-viewer 0."_s};
+    QTest::newRow("unknown option") << QStringList{u"--station"_s} << 2 << QStringList{u"--station"_s, u"用法："_s};
+    QTest::newRow("stray argument") << QStringList{u"logs.ini"_s} << 2 << QStringList{u"多余的参数：logs.ini"_s};
+}
+
+// Answered without a display: the platform asked for has none to offer.
+void TestViewerParts::program()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(int, status);
+    QFETCH(QStringList, said);
+    QProcess viewer;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
+    environment.remove(u"DISPLAY"_s);
+    environment.remove(u"WAYLAND_DISPLAY"_s);
+    viewer.setProcessEnvironment(environment);
+    viewer.start(QStringLiteral(QUARRY_VIEWER_PROGRAM), arguments);
+    QVERIFY(viewer.waitForFinished());
+    const QString out = QString::fromUtf8(viewer.readAllStandardOutput() + viewer.readAllStandardError());
+    QCOMPARE(viewer.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(viewer.exitCode(), status);
+    for (const QString &part : std::as_const(said))
+        QVERIFY2(out.contains(part), qPrintable(out));
 }
 
 } // namespace quarry::viewer
