@@ -50,14 +50,16 @@ QStringList commandArguments(int argc, char *argv[])
 int main(int argc, char *argv[])
 {
     QCommandLineParser parser;
-    const QCommandLineOption help({u"h"_s, u"help"_s});
-    const QCommandLineOption version({u"v"_s, u"version"_s});
+    const QCommandLineOption help(QStringList{u"h"_s, u"help"_s});
+    const QCommandLineOption version(QStringList{u"v"_s, u"version"_s});
     const QCommandLineOption catalogueOption(u"catalogue"_s, QString(), u"file"_s);
     parser.addOptions({help, version, catalogueOption});
     if (!parser.parse(commandArguments(argc, argv)) || !parser.positionalArguments().isEmpty()) {
-        const QString error = parser.errorText().isEmpty()
-            ? u"多余的参数：%1"_s.arg(parser.positionalArguments().join(u' '))
-            : parser.errorText();
+        QString error = u"多余的参数：%1"_s.arg(parser.positionalArguments().join(u' '));
+        if (!parser.unknownOptionNames().isEmpty())
+            error = u"未知的选项：%1"_s.arg(parser.unknownOptionNames().join(u", "_s));
+        else if (!parser.errorText().isEmpty())
+            error = u"--catalogue 后面应是日志目录文件"_s;
         QTextStream(stderr) << u"quarry-viewer: "_s << error << u"\n\n"_s << Usage;
         return 2;
     }

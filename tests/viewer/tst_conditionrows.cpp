@@ -253,7 +253,7 @@ void TestConditionRows::rows_data()
     const QList<Case> all = cases();
     for (Engine engine : quarry::test::logEngines()) {
         for (qsizetype i = 0; i < all.size(); ++i)
-            QTest::newRow(quarry::test::engineTag(engine, all[i].tag)) << engine << int(i);
+            QTest::newRow(quarry::test::engineTag(engine, all[i].tag).constData()) << engine << int(i);
     }
 }
 
