@@ -1,5 +1,7 @@
 #include "PassRateChart.h"
 
+#include "RateScale.h"
+
 #include <QAbstractItemModel>
 #include <QBarCategoryAxis>
 #include <QBarSet>
@@ -7,6 +9,7 @@
 #include <QChartView>
 #include <QFontMetrics>
 #include <QHorizontalBarSeries>
+#include <QLabel>
 #include <QPainter>
 #include <QPixmap>
 #include <QScrollArea>
@@ -29,14 +32,6 @@ int column(const QAbstractItemModel &model, const QString &name)
     return -1;
 }
 
-QValueAxis *rateAxis()
-{
-    auto *axis = new QValueAxis;
-    axis->setRange(0, 100);
-    axis->setLabelFormat(u"%d%%"_s);
-    return axis;
-}
-
 // The axes of a chart removed and deleted.
 void removeAxes(QChart *chart)
 {
@@ -47,46 +42,32 @@ void removeAxes(QChart *chart)
     }
 }
 
-constexpr int HeadHeight = 80;
-
 } // namespace
 
 PassRateChart::PassRateChart(QWidget *parent)
     : QWidget(parent)
-    , m_head(new QChartView(this))
+    , m_head(new QWidget(this))
     , m_scroll(new QScrollArea(this))
     , m_bars(new QChartView(m_scroll))
 {
+    auto *head = new QVBoxLayout(m_head);
+    auto *title = new QLabel(u"各操作员验印通过率"_s, m_head);
+    title->setAlignment(Qt::AlignCenter);
+    head->addWidget(title);
+    head->addWidget(new RateScale(m_bars, m_head));
+    m_head->setAutoFillBackground(true);
+
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    m_head->setFixedHeight(HeadHeight);
-    m_head->chart()->setTitle(u"各操作员验印通过率"_s);
-    m_head->chart()->legend()->hide();
-    auto *headAxis = rateAxis();
-    headAxis->setTitleText(u"通过率"_s);
-    headAxis->setGridLineVisible(false);
-    m_head->chart()->addAxis(headAxis, Qt::AlignBottom);
     layout->addWidget(m_head);
-
-    for (QChartView *view : {m_head, m_bars})
-        view->setRenderHint(QPainter::Antialiasing);
+    m_bars->setRenderHint(QPainter::Antialiasing);
     m_bars->chart()->legend()->hide();
-    m_bars->chart()->setMargins({});
+    m_bars->chart()->setMargins({0, 0, 24, 0}); // room for the scale's last label
     m_scroll->setWidget(m_bars);
     m_scroll->setWidgetResizable(true);
     m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     layout->addWidget(m_scroll, 1);
-    connect(m_bars->chart(), &QChart::plotAreaChanged, this, &PassRateChart::alignHead);
-}
-
-// The head's axis spans the bars' plot area, at the bottom of the head.
-void PassRateChart::alignHead()
-{
-    const QRectF bars = m_bars->chart()->plotArea();
-    const QFontMetrics font(m_head->chart()->axes().constFirst()->labelsFont());
-    const qreal below = 2.5 * font.height() + 8; // the labels and the axis title
-    m_head->chart()->setPlotArea(QRectF(bars.left(), HeadHeight - below - 1, bars.width(), 1));
 }
 
 bool PassRateChart::showRates(const QAbstractItemModel &model)
@@ -116,8 +97,10 @@ bool PassRateChart::showRates(const QAbstractItemModel &model)
     series->append(bars);
     auto *axisY = new QBarCategoryAxis;
     axisY->append(operators);
-    auto *axisX = rateAxis();
-    axisX->setLabelsVisible(false); // the head shows them
+    auto *axisX = new QValueAxis;
+    axisX->setRange(0, 100);
+    axisX->setTickCount(6); // the lines of the head's scale
+    axisX->setLabelsVisible(false);
     // Two lines of the labels' text per operator (the axis elides a label
     // that has less room).
     const int line = QFontMetrics(axisY->labelsFont()).height();

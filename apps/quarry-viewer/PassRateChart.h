@@ -4,6 +4,7 @@
 
 class QAbstractItemModel;
 class QChartView;
+class QLabel;
 class QScrollArea;
 
 namespace quarry::viewer {
@@ -30,9 +31,7 @@ public:
     bool savePng(const QString &path);
 
 private:
-    void alignHead();
-
-    QChartView *m_head;
+    QWidget *m_head;
     QScrollArea *m_scroll;
     QChartView *m_bars;
     QList<std::pair<QString, double>> m_rates;
