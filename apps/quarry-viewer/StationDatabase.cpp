@@ -17,6 +17,18 @@ namespace {
 
 const QString SealIni = u"SEAL.INI"_s;
 
+// What the client library's English says of a server that cannot be used.
+QString serverFault(const QString &driverText)
+{
+    if (driverText.contains(u"Access denied"_s, Qt::CaseInsensitive))
+        return u"服务器拒绝了系统的登录 BISOL（密码不对或没有这个数据库的权限）"_s;
+    if (driverText.contains(u"Unknown database"_s, Qt::CaseInsensitive))
+        return u"服务器上没有这个数据库"_s;
+    if (driverText.contains(u"connect"_s, Qt::CaseInsensitive))
+        return u"连接不上服务器（服务器没有运行，或地址、端口不对）"_s;
+    return u"连接失败"_s;
+}
+
 } // namespace
 
 StationDatabase::StationDatabase()
@@ -51,7 +63,11 @@ QString StationDatabase::open()
                u"KORMANTE"_s, true);
     if (!m_db->failed())
         return {};
-    return u"无法打开%1：%2"_s.arg(describe(), m_db->errorText());
+    if (isEmbedded())
+        return u"无法打开%1：%2"_s.arg(describe(), m_db->errorText());
+    return u"无法打开%1：%2。（数据库驱动的原话：%3）"_s.arg(describe(),
+                                                             serverFault(m_db->errorText()),
+                                                             m_db->errorText());
 }
 
 // Where the station's seal.ini was looked for, and how to point there.
@@ -127,8 +143,8 @@ QString StationDatabase::describe() const
     QString server = m_config->SERVER;
     if (m_config->BASEMODE.compare(u"MYSQL"_s, Qt::CaseInsensitive) == 0 && !server.contains(u':'))
         server += u":3306"_s;
-    return u"%1 服务器 %2 上的数据库 %3"_s.arg(m_config->BASEMODE.toUpper(), server,
-                                               m_config->SEALBASE);
+    return u"服务器 %1（%2）上的数据库 %3"_s.arg(server, m_config->BASEMODE.toUpper(),
+                                                 m_config->SEALBASE);
 }
 
 } // namespace quarry::viewer
