@@ -40,8 +40,9 @@ fi
 
 # The sample station on MariaDB: the same seal.ini, catalogue and rows, with
 # BASEMODE=MYSQL and the server's address, in build/mariadb-station.
+server=$build/mariadb-run
 run_on_mariadb() {
-    local server=$build/mariadb-run station=$build/mariadb-station port db
+    local station=$build/mariadb-station port db
     "$root/scripts/mariadb-test-server.sh" start "$server"
     trap '"$root/scripts/mariadb-test-server.sh" stop "$server"' EXIT
     [ -f "$server/port" ] || { echo "No MariaDB server: install mariadb-server" >&2; exit 1; }
