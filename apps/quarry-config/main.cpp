@@ -5,6 +5,8 @@
 //   quarry-config [--ini PATH] get SECTION KEY [DEFAULT]
 //   quarry-config [--ini PATH] set SECTION KEY VALUE
 
+#include "MissingStation.h"
+
 #include "platform/IniFile.h"
 #include "platform/Paths.h"
 
@@ -109,14 +111,6 @@ int set(const quarry::CSysCfg &cfg, const QStringList &args)
     return 0;
 }
 
-// Where seal.ini was looked for, for a station that has none.
-QString missingIni(const QString &path)
-{
-    return u"没有站点配置 seal.ini：程序库旁（%1）没有，系统配置文件夹 %2 中 CONVERT.INI 所指的 "
-           u"%3 也不存在（系统配置文件夹由环境变量 QUARRY_SYSTEM_DIR 指定，默认 /etc/quarry）"_s
-               .arg(quarry::paths::componentDir(), quarry::paths::systemIniDir(), path);
-}
-
 } // namespace
 
 int main(int argc, char *argv[])
@@ -167,8 +161,8 @@ int main(int argc, char *argv[])
         return dump(cfg);
     if (command == u"set"_s)
         return set(cfg, args);
-    if (!QFileInfo::exists(cfg.IniPath)) {
-        tell(missingIni(cfg.IniPath));
+    if (const QString missing = quarry::apps::missingStation(cfg.IniPath); !missing.isEmpty()) {
+        tell(missing);
         return 1;
     }
     QTextStream(stdout) << cfg.GetINIData(args.at(1), args.at(2), args.value(3), SealIni) << '\n';

@@ -1,7 +1,7 @@
 #include "StationDatabase.h"
 
+#include "MissingStation.h"
 #include "platform/DbConnection.h"
-#include "platform/Paths.h"
 
 #include <quarry/CSysCfg.h>
 
@@ -70,18 +70,9 @@ QString StationDatabase::open()
                                                              m_db->errorText());
 }
 
-// Where the station's seal.ini was looked for, and how to point there.
 QString StationDatabase::findStation() const
 {
-    if (QFileInfo::exists(m_config->IniPath))
-        return {};
-    const QString beside = paths::componentDir();
-    const QString convert = paths::resolveIniFile(u"CONVERT.INI"_s);
-    const QString where = QFileInfo::exists(convert)
-        ? u"%1 所指的 %2 也不存在"_s.arg(convert, m_config->IniPath)
-        : u"系统配置文件夹 %1 中也没有 CONVERT.INI"_s.arg(paths::systemIniDir());
-    return u"未找到站点配置：%1 中没有 seal.ini，%2。请用环境变量 QUARRY_SYSTEM_DIR 指定含 "
-           u"CONVERT.INI 的文件夹（默认 /etc/quarry）。"_s.arg(beside, where);
+    return apps::missingStation(m_config->IniPath);
 }
 
 void StationDatabase::close()
