@@ -42,15 +42,6 @@ QVariant LabelledRows::headerData(int section, Qt::Orientation orientation, int 
     return m_titles.value(name.toUpper(), name);
 }
 
-int LabelledRows::column(const QString &name) const
-{
-    for (int c = 0; c < columnCount(); ++c) {
-        if (sourceName(c).compare(name, Qt::CaseInsensitive) == 0)
-            return c;
-    }
-    return -1;
-}
-
 QString LabelledRows::sourceName(int section) const
 {
     return sourceModel() ? sourceModel()->headerData(section, Qt::Horizontal).toString()

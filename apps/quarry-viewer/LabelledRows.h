@@ -25,10 +25,6 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation,
                         int role = Qt::DisplayRole) const override;
 
-    // The column whose source name is name, without regard to case; -1
-    // when there is none.
-    int column(const QString &name) const;
-
 private:
     QString sourceName(int section) const;
 

@@ -291,7 +291,7 @@ void ViewerWindow::clearResult(const QString &label)
 bool ViewerWindow::exportCsv(const QString &path)
 {
     if (m_shownTitle.isEmpty()) {
-        fault(u"没有可导出的结果：请先查询。"_s);
+        statusBar()->showMessage(u"没有可导出的结果：请先查询。"_s);
         return false;
     }
     QSaveFile file(path);
