@@ -17,18 +17,6 @@ namespace {
 
 const QString SealIni = u"SEAL.INI"_s;
 
-// What the client library's English says of a server that cannot be used.
-QString serverFault(const QString &driverText)
-{
-    if (driverText.contains(u"Access denied"_s, Qt::CaseInsensitive))
-        return u"服务器拒绝了系统的登录 BISOL（密码不对或没有这个数据库的权限）"_s;
-    if (driverText.contains(u"Unknown database"_s, Qt::CaseInsensitive))
-        return u"服务器上没有这个数据库"_s;
-    if (driverText.contains(u"connect"_s, Qt::CaseInsensitive))
-        return u"连接不上服务器（服务器没有运行，或地址、端口不对）"_s;
-    return u"连接失败"_s;
-}
-
 } // namespace
 
 StationDatabase::StationDatabase()
@@ -63,11 +51,9 @@ QString StationDatabase::open()
                u"KORMANTE"_s, true);
     if (!m_db->failed())
         return {};
-    if (isEmbedded())
-        return u"无法打开%1：%2"_s.arg(describe(), m_db->errorText());
-    return u"无法打开%1：%2。（数据库驱动的原话：%3）"_s.arg(describe(),
-                                                             serverFault(m_db->errorText()),
-                                                             m_db->errorText());
+    // The connection's text names the file or the server and database, and
+    // says why in Chinese.
+    return u"无法打开验印数据库：%1"_s.arg(m_db->errorText());
 }
 
 QString StationDatabase::findStation() const

@@ -244,11 +244,11 @@ void TestViewerWindow::faults_data()
     QTest::newRow("no station") << Engine::Sqlite << int(NoStation) << u"PTFHRZ"_s << u"BtnOk"_s
                                 << QStringList{u"未找到站点配置"_s, u"seal.ini"_s, u"CONVERT.INI"_s, u"QUARRY_SYSTEM_DIR"_s};
     QTest::newRow("missing file") << Engine::Sqlite << int(MissingFile) << u"YWRZ"_s << u"BtnOk"_s
-                                  << QStringList{u"无法打开嵌入式数据库 SEAL"_s, u"SEAL.db"_s};
+                                  << QStringList{u"无法打开验印数据库："_s, u"SEAL.db"_s};
     QTest::newRow("corrupt file") << Engine::Sqlite << int(CorruptFile) << u"YWRZ"_s << u"BtnOk"_s
-                                  << QStringList{u"无法打开嵌入式数据库 SEAL"_s, u"SEAL.db"_s};
+                                  << QStringList{u"无法打开验印数据库："_s, u"SEAL.db"_s};
     QTest::newRow("server down") << Engine::MariaDb << int(ServerDown) << u"ZPGLRZ"_s << u"CmdYes"_s
-                                 << QStringList{u"无法打开服务器 127.0.0.1:1（MYSQL）上的数据库 quarry_seal_"_s, u"连接不上服务器"_s, u"Can't connect"_s};
+                                 << QStringList{u"无法打开验印数据库："_s, u"127.0.0.1:1"_s, u"quarry_seal_"_s, u"连接不上"_s, u"Can't connect"_s};
     QTest::newRow("missing table") << Engine::Sqlite << int(MissingTable) << u"XXRZ"_s << u"BtnOk"_s
                                    << QStringList{u"在嵌入式数据库 SEAL"_s, u"上查询失败："_s, u"no such table: NOSUCHLOG"_s};
 }
