@@ -404,8 +404,8 @@ void TestViewerWindow::pages_data()
 }
 
 // Each row shown is the row of that number in the engine's own order; a
-// new statement resets the model, a failing one empties it, all of it as
-// Qt's model tester expects of a model.
+// sort, a new statement and a failing one (which empties the model) reset
+// it, all of it as Qt's model tester expects of a model.
 void TestViewerWindow::pages()
 {
     QFETCH(Engine, engine);
@@ -444,6 +444,8 @@ void TestViewerWindow::pages()
     QCoreApplication::processEvents();
     QCOMPARE(failed.size(), 0);
 
+    model.sort(0, Qt::DescendingOrder);
+    QCOMPARE(model.index(0, 0).data().toString(), ordered.last());
     QVERIFY(!model.setQuery(database.database(), u"SELECT * FROM PAGED WHERE N < 4"_s, u"k"_s, paging).isValid());
     QCOMPARE(model.rowCount(), 4);
     QVERIFY(model.setQuery(database.database(), u"SELECT * FROM NOSUCH"_s, u"k"_s, paging).isValid());
