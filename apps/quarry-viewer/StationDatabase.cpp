@@ -107,6 +107,17 @@ bool StationDatabase::isEmbedded() const
     return m_config->BASEMODE.compare(u"ACCESS"_s, Qt::CaseInsensitive) == 0;
 }
 
+PrintSettings StationDatabase::printSettings() const
+{
+    const auto read = [this](const QString &key, int fallback) {
+        bool ok = false;
+        const int value
+            = m_config->GetINIData(u"BANKPARAM"_s, key, QString(), SealIni).trimmed().toInt(&ok);
+        return ok && value > 0 ? value : fallback;
+    };
+    return {read(u"PRINTLINES"_s, 60), read(u"PRINTFONT"_s, 10)};
+}
+
 QString StationDatabase::iniPath() const
 {
     return m_config->IniPath;

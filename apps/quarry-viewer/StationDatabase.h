@@ -1,6 +1,7 @@
 #pragma once
 
 #include "LogEntry.h"
+#include "LogReport.h"
 #include "LogSelect.h"
 
 #include <QSqlDatabase>
@@ -47,6 +48,8 @@ public:
     // common SQL runs.
     bool isEmbedded() const;
     QString iniPath() const;
+    // seal.ini [BANKPARAM] PRINTLINES and PRINTFONT.
+    PrintSettings printSettings() const;
     // Which database, in the operator's words: the embedded file's name, or
     // the server with its port and the database.
     QString describe() const;

@@ -6,22 +6,30 @@
 #include "LogRowsModel.h"
 #include "LogSelect.h"
 #include "PassRateChart.h"
+#include "SelectionText.h"
 
 #include "support/ErrorLog.h"
 
 #include <quarry/QuarryError.h>
 
+#include <QAction>
 #include <QClipboard>
 #include <QDateTime>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QListWidget>
+#include <QPdfWriter>
 #include <QPlainTextEdit>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
+#include <QProgressDialog>
 #include <QPushButton>
 #include <QSaveFile>
 #include <QSplitter>
@@ -129,19 +137,32 @@ QWidget *ViewerWindow::makeResultPane()
     bar->addWidget(m_resultLabel, 1);
     auto *copy = new QPushButton(u"复制 SQL"_s, pane);
     copy->setObjectName(u"copySqlButton"_s);
-    auto *csv = new QPushButton(u"导出 CSV…"_s, pane);
-    csv->setObjectName(u"exportCsvButton"_s);
-    m_exportPngButton = new QPushButton(u"导出图表 PNG…"_s, pane);
-    m_exportPngButton->setObjectName(u"exportPngButton"_s);
-    m_exportPngButton->hide();
     bar->addWidget(copy);
-    bar->addWidget(csv);
-    bar->addWidget(m_exportPngButton);
-    layout->addLayout(bar);
     connect(copy, &QPushButton::clicked, this,
             [this] { QGuiApplication::clipboard()->setText(m_sqlText->toPlainText()); });
-    connect(csv, &QPushButton::clicked, this, &ViewerWindow::chooseCsvFile);
-    connect(m_exportPngButton, &QPushButton::clicked, this, &ViewerWindow::choosePngFile);
+    const auto button = [&](const QString &name, const QString &text, auto act) {
+        auto *added = new QPushButton(text, pane);
+        added->setObjectName(name);
+        bar->addWidget(added);
+        connect(added, &QPushButton::clicked, this, act);
+        return added;
+    };
+    button(u"exportCsvButton"_s, u"导出 CSV…"_s, [this] { chooseCsvFile(); });
+    button(u"exportXlsxButton"_s, u"导出 Excel…"_s, [this] {
+        if (const QString path = chooseFile(u"导出 Excel"_s, u"xlsx"_s, u"Excel (*.xlsx)"_s);
+            !path.isEmpty())
+            exportXlsx(path);
+    });
+    button(u"exportPdfButton"_s, u"导出 PDF…"_s, [this] {
+        if (const QString path = chooseFile(u"导出 PDF"_s, u"pdf"_s, u"PDF (*.pdf)"_s);
+            !path.isEmpty())
+            exportPdf(path);
+    });
+    button(u"printButton"_s, u"打印预览…"_s, [this] { printPreview(); });
+    m_exportPngButton
+        = button(u"exportPngButton"_s, u"导出图表 PNG…"_s, [this] { choosePngFile(); });
+    m_exportPngButton->hide();
+    layout->addLayout(bar);
 
     m_sqlText = new QPlainTextEdit(pane);
     m_sqlText->setObjectName(u"sqlText"_s);
@@ -155,6 +176,11 @@ QWidget *ViewerWindow::makeResultPane()
     m_table->setObjectName(u"resultTable"_s);
     m_table->setModel(m_rows);
     m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::Interactive);
+    // A click on a column's title sorts on the database (see LogRowsModel).
+    m_table->setSortingEnabled(true);
+    connect(m_table->horizontalHeader(), &QHeaderView::sortIndicatorChanged, this,
+            &ViewerWindow::showSortedStatement);
+    addCopyActions();
     m_chart = new PassRateChart(results);
     m_chart->setObjectName(u"passRateChart"_s);
     m_chart->setMinimumHeight(260);
@@ -194,6 +220,7 @@ void ViewerWindow::runLog(int index)
         return;
     }
     statusBar()->clearMessage();
+    m_condition = condition;
     const QString select = logSelect(entry, condition);
     if (entry.result == LogEntry::Result::Select && m_database.isEmbedded()) {
         clearResult(u"%1：未执行。"_s.arg(entry.title));
@@ -244,6 +271,8 @@ void ViewerWindow::showRows(const LogEntry &entry, qint64 milliseconds)
         m_table->setColumnHidden(c, entry.hiddenColumns.contains(name));
     }
     m_table->resizeColumnsToContents();
+    // New rows come in the key's order.
+    m_table->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
     if (entry.result == LogEntry::Result::Select) {
         m_chart->showRates(*m_model);
         m_chart->show();
@@ -335,19 +364,123 @@ bool ViewerWindow::exportChartPng(const QString &path)
 
 void ViewerWindow::chooseCsvFile()
 {
-    const QString name
-        = u"%1-%2.csv"_s.arg(m_shownTitle,
-                             QDateTime::currentDateTime().toString(u"yyyyMMdd-HHmmss"_s));
-    const QString path = QFileDialog::getSaveFileName(this, u"导出 CSV"_s, name, u"CSV (*.csv)"_s);
-    if (!path.isEmpty())
+    if (const QString path = chooseFile(u"导出 CSV"_s, u"csv"_s, u"CSV (*.csv)"_s); !path.isEmpty())
         exportCsv(path);
 }
 
 void ViewerWindow::choosePngFile()
 {
-    const QString path = QFileDialog::getSaveFileName(this, u"导出图表"_s, {}, u"PNG (*.png)"_s);
-    if (!path.isEmpty())
-        exportChartPng(path);
+    const QString path = chooseFile(u"导出图表"_s, u"png"_s, u"PNG (*.png)"_s);
+    if (!path.isEmpty() && exportChartPng(path))
+        statusBar()->showMessage(u"已把图表写到 %1"_s.arg(path));
+}
+
+QString ViewerWindow::chooseFile(const QString &caption, const QString &suffix,
+                                 const QString &filter)
+{
+    if (!hasRows())
+        return {};
+    const QString name
+        = u"%1-%2.%3"_s.arg(m_shownTitle,
+                            QDateTime::currentDateTime().toString(u"yyyyMMdd-HHmmss"_s), suffix);
+    QString path
+        = QFileDialog::getSaveFileName(this, caption, QDir(m_lastFolder).filePath(name), filter);
+    if (path.isEmpty())
+        return {};
+    if (QFileInfo(path).suffix().isEmpty())
+        path += u'.' + suffix;
+    m_lastFolder = QFileInfo(path).absolutePath();
+    return path;
+}
+
+bool ViewerWindow::hasRows()
+{
+    if (!m_shownTitle.isEmpty())
+        return true;
+    statusBar()->showMessage(u"没有可导出的结果：请先查询。"_s);
+    return false;
+}
+
+ExportHeading ViewerWindow::heading() const
+{
+    return {m_shownTitle, m_condition, m_database.describe(), m_sqlText->toPlainText()};
+}
+
+LogReport ViewerWindow::report() const
+{
+    LogReport report(*m_rows, heading(), m_database.printSettings());
+    if (m_chart->isVisible())
+        report.setPicture(m_chart);
+    return report;
+}
+
+bool ViewerWindow::exportXlsx(const QString &path)
+{
+    if (!hasRows())
+        return false;
+    QProgressDialog progress(u"正在导出 %1 行…"_s.arg(m_rows->rowCount()), u"取消"_s, 0,
+                             m_rows->rowCount(), this);
+    progress.setWindowModality(Qt::WindowModal);
+    progress.setMinimumDuration(500);
+    const QString failed = writeXlsx(path, *m_rows, heading(), [&progress](qint64 rows) {
+        progress.setValue(int(rows));
+        return !progress.wasCanceled();
+    });
+    if (!failed.isEmpty()) {
+        statusBar()->showMessage(failed);
+        return false;
+    }
+    statusBar()->showMessage(
+        u"已导出%1的 %2 行到 %3"_s.arg(m_shownTitle).arg(m_rows->rowCount()).arg(path));
+    return true;
+}
+
+bool ViewerWindow::exportPdf(const QString &path)
+{
+    if (!hasRows())
+        return false;
+    QPdfWriter pdf(path);
+    pdf.setTitle(m_shownTitle);
+    report().paint(pdf);
+    statusBar()->showMessage(u"已把%1的报表写到 %2"_s.arg(m_shownTitle, path));
+    return true;
+}
+
+void ViewerWindow::printPreview()
+{
+    if (!hasRows())
+        return;
+    QPrinter printer;
+    QPrintPreviewDialog preview(&printer, this);
+    preview.setWindowTitle(u"打印预览 — %1"_s.arg(m_shownTitle));
+    connect(&preview, &QPrintPreviewDialog::paintRequested, this,
+            [this](QPrinter *device) { report().paint(*device); });
+    preview.exec();
+}
+
+// Ctrl+C and the table's menu copy the selected cells as a table.
+void ViewerWindow::addCopyActions()
+{
+    const auto add = [this](const QString &text, bool titles) {
+        auto *action = new QAction(text, m_table);
+        m_table->addAction(action);
+        connect(action, &QAction::triggered, this, [this, titles] {
+            const QModelIndexList cells = m_table->selectionModel()->selectedIndexes();
+            QGuiApplication::clipboard()->setText(tabSeparated(*m_rows, cells, titles));
+        });
+        return action;
+    };
+    QAction *copy = add(u"复制"_s, false);
+    copy->setShortcut(QKeySequence::Copy);
+    copy->setShortcutContext(Qt::WidgetShortcut);
+    add(u"复制（含标题）"_s, true);
+    m_table->setContextMenuPolicy(Qt::ActionsContextMenu);
+}
+
+void ViewerWindow::showSortedStatement()
+{
+    if (!m_shownTitle.isEmpty() && m_table->horizontalHeader()->sortIndicatorSection() >= 0)
+        m_sqlText->setPlainText(m_model->statement());
 }
 
 } // namespace quarry::viewer

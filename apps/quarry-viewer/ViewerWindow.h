@@ -2,6 +2,7 @@
 
 #include "LogCatalogue.h"
 #include "StationDatabase.h"
+#include "XlsxExport.h"
 
 #include <QMainWindow>
 
@@ -43,6 +44,9 @@ public:
     // Every row on screen as CSV, as the table labels it, hidden columns
     // included.
     bool exportCsv(const QString &path);
+    // The rows on screen as an Excel workbook, and as the printed report.
+    bool exportXlsx(const QString &path);
+    bool exportPdf(const QString &path);
     bool exportChartPng(const QString &path);
 
 private:
@@ -56,12 +60,24 @@ private:
     void clearResult(const QString &label);
     void chooseCsvFile();
     void choosePngFile();
+    // A file to write, in the folder of the last one; suffix is added to a
+    // name without one.
+    QString chooseFile(const QString &caption, const QString &suffix, const QString &filter);
+    // False, after saying so, when no rows are shown.
+    bool hasRows();
+    ExportHeading heading() const;
+    LogReport report() const;
+    void printPreview();
+    void addCopyActions();
+    void showSortedStatement();
 
     QList<LogEntry> m_entries;
     StationDatabase m_database;
     LogRowsModel *m_model;
     LabelledRows *m_rows;
     QString m_shownTitle; // the log of the rows on screen, "" when none
+    QString m_condition;  // and its condition
+    QString m_lastFolder; // of the last file written
     QListWidget *m_logList = nullptr;
     QLabel *m_errorLabel = nullptr;
     QLabel *m_noticeLabel = nullptr;

@@ -16,6 +16,9 @@
 #include "ViewerWindow.h"
 
 #include <QAbstractItemModelTester>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QRegularExpression>
 #include <QDir>
 #include <QFile>
 #include <QHeaderView>
@@ -104,6 +107,7 @@ private Q_SLOTS:
     void query_data();
     void query();
     void cancelKeepsLabels();
+    void tools();
     void faults_data();
     void faults();
     void statistics_data();
@@ -199,6 +203,43 @@ void TestViewerWindow::cancelKeepsLabels()
     QCOMPARE(lines[0], u"序号,操作柜员,操作柜员姓名,复核柜员,复核柜员姓名,操作类型,所涉柜员,说明,日期,时间,网点号"_s);
     const Row first = quarry::test::sealRows(station, u"SELECT OPTYPE, Memo FROM HYLog WHERE Opcode = '0011' ORDER BY LOGID"_s).value(0);
     QCOMPARE(lines[1].split(u',').at(5), first[u"optype"_s] + u' ' + first[u"memo"_s]); // "1 增加行员"
+}
+
+// What an auditor reaches for: a column's title sorts on the database (the
+// SQL shown says so), Ctrl+C copies the selected cells as a table, and the
+// rows go to Excel and to a report of the station's rows per page.
+void TestViewerWindow::tools()
+{
+    QUARRY_SAMPLE_STATION(station, Engine::Sqlite, NoHint + "[BANKPARAM]\nPRINTLINES=2\n");
+    ViewerWindow window(sampleCatalogue());
+    window.show();
+    run(window, u"HYRZ"_s, {u"TxtHy=0011"_s, u"BtnOk!"_s});
+    QTableView *view = table(window);
+    const int rows = view->model()->rowCount();
+    QVERIFY(rows > 2);
+
+    view->sortByColumn(5, Qt::DescendingOrder); // 操作类型, OPTYPE
+    QVERIFY2(sql(window).endsWith(u" DESC, LOGID DESC"_s), qPrintable(sql(window)));
+    const QString last = quarry::test::sealRows(station, u"SELECT LOGID FROM HYLog WHERE Opcode = '0011' ORDER BY OPTYPE DESC, LOGID DESC"_s).value(0).value(u"logid"_s);
+    QCOMPARE(view->model()->index(0, 0).data().toString(), last);
+
+    const QAbstractItemModel &model = *view->model();
+    view->selectionModel()->select(QItemSelection(model.index(0, 0), model.index(1, 1)), QItemSelectionModel::Select);
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    view->setFocus();
+    QTest::keyClick(view, Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(QGuiApplication::clipboard()->text(), u"%1\t%2\n%3\t%4\n"_s.arg(model.index(0, 0).data().toString(), model.index(0, 1).data().toString(),
+                                                                                model.index(1, 0).data().toString(), model.index(1, 1).data().toString()));
+
+    QTemporaryDir dir;
+    QVERIFY(window.exportXlsx(dir.filePath(u"hy.xlsx"_s)));
+    QVERIFY(QFile::exists(dir.filePath(u"hy.xlsx"_s)));
+    QVERIFY(window.exportPdf(dir.filePath(u"hy.pdf"_s)));
+    QFile pdf(dir.filePath(u"hy.pdf"_s));
+    QVERIFY(pdf.open(QIODevice::ReadOnly));
+    static const QRegularExpression page(u"/Type\\s*/Page[^s]"_s);
+    QCOMPARE(QString::fromLatin1(pdf.readAll()).count(page), (rows + 1) / 2);
 }
 
 namespace {
