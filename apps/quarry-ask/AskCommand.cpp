@@ -68,8 +68,9 @@ AskRequest parseAskArguments(const QStringList &arguments)
     const QCommandLineOption showWdh(u"show-wdh"_s, {});
     const QCommandLineOption showYjk(u"show-yjk"_s, {});
     const QCommandLineOption showOpCode(u"show-opcode"_s, {});
+    const QCommandLineOption parent(u"parent"_s, {}, u"winid"_s);
     parser.addOptions(
-        {help, listA, listB, clerkLen, accLen, chequeLen, showWdh, showYjk, showOpCode});
+        {help, listA, listB, clerkLen, accLen, chequeLen, showWdh, showYjk, showOpCode, parent});
     if (!parser.parse(QStringList{u"quarry-ask"_s} + arguments))
         return failure(parser.errorText());
     if (parser.isSet(help)) {
@@ -126,6 +127,12 @@ AskRequest parseAskArguments(const QStringList &arguments)
     command.showWdh = parser.isSet(showWdh);
     command.showYjk = parser.isSet(showYjk);
     command.showOpCode = parser.isSet(showOpCode);
+    if (parser.isSet(parent)) {
+        bool ok = false;
+        command.parentWindow = parser.value(parent).toULongLong(&ok, 0);
+        if (!ok || command.parentWindow == 0)
+            return failure(u"not a window id: --parent "_s + parser.value(parent));
+    }
 
     AskRequest request;
     request.command = command;
@@ -145,6 +152,10 @@ QString askUsage()
   quarry-ask complex-ex LOGTYPE the seal-request log (YJREQLOG)
 
 LEN is the text box's length limit, 0 for none.
+
+Options of every operation:
+  --parent WINID    the host's X11 window (decimal or 0x hex): the dialog
+                    opens over it and stays above it
 
 Options of complex:
   --list-a LIST     first code list, e.g. "1=自动验印,2=人工验印"

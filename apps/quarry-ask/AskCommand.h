@@ -22,6 +22,7 @@ struct AskCommand
     QStringList namesA, namesB;
     qint32 clerkLength = 0, accLength = 0, chequeLength = 0;
     bool showWdh = false, showYjk = false, showOpCode = false;
+    quint64 parentWindow = 0; // X11 window id of the host, 0 for none
 };
 
 // What the command line asks for: a command, the help text, or an error

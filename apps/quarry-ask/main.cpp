@@ -2,6 +2,7 @@
 // other languages and for scripts. See askUsage() for the syntax.
 
 #include "AskCommand.h"
+#include "OwnerlessDialogs.h"
 #include "QtChinese.h"
 
 #include <quarry/CQuarry.h>
@@ -10,8 +11,10 @@
 #include <QApplication>
 #include <QStringList>
 #include <QTextStream>
+#include <QWindow>
 
 #include <cstdio>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -45,6 +48,11 @@ int main(int argc, char *argv[])
     }
     QApplication app(argc, argv);
     quarry::apps::useChinese(app);
+    const std::unique_ptr<QWindow> host(request.command->parentWindow
+                                            ? QWindow::fromWinId(request.command->parentWindow)
+                                            : nullptr);
+    quarry::apps::OwnerlessDialogs dialogs;
+    dialogs.setHostWindow(host.get());
     try {
         quarry::CQuarry quarry;
         quarry::runAskCommand(quarry, *request.command);

@@ -25,6 +25,7 @@ private Q_SLOTS:
         QTest::newRow("clerk") << QStringList{u"clerk"_s, u"6"_s} << u"clerk 6"_s;
         QTest::newRow("complex, log type as given") << QStringList{u"complex"_s, u"ywrz"_s, u"--list-a"_s, u"1=自动验印"_s, u"--show-wdh"_s} << u"complex 0 ywrz"_s;
         QTest::newRow("complex-ex") << QStringList{u"complex-ex"_s, u"YJREQLOG"_s} << u"complex-ex 0 YJREQLOG"_s;
+        QTest::newRow("over the host's window") << QStringList{u"date"_s, u"--parent"_s, u"0x2a"_s} << u"date 0 parent 42"_s;
     }
 
     void arguments()
@@ -34,7 +35,8 @@ private Q_SLOTS:
 
         const AskRequest request = parseAskArguments(arguments);
         const AskCommand &c = request.command.value(); // throws, failing the row, when refused
-        QTEST(u"%1 %2 %3"_s.arg(names[int(c.operation)]).arg(c.length).arg(c.logType).trimmed(), "expected");
+        const QString parent = c.parentWindow ? u" parent %1"_s.arg(c.parentWindow) : QString();
+        QTEST(u"%1 %2 %3"_s.arg(names[int(c.operation)]).arg(c.length).arg(c.logType).trimmed() + parent, "expected");
     }
 
     void program_data()
@@ -46,6 +48,7 @@ private Q_SLOTS:
         QTest::newRow("help") << QStringList{u"acc"_s, u"-h"_s} << 0 << u"Usage:"_s;
         QTest::newRow("nothing to ask") << QStringList{u"complex"_s, u"YZXCLRZ"_s} << 1 << QString();
         QTest::newRow("length not a number") << QStringList{u"acc"_s, u"x"_s} << 2 << u"not a length: x"_s;
+        QTest::newRow("window id not a number") << QStringList{u"date"_s, u"--parent"_s, u"x"_s} << 2 << u"not a window id: --parent x"_s;
         // The cheque management log shows the second description in its list.
         QTest::newRow("component error") << QStringList{u"complex"_s, u"ZPGLRZ"_s, u"--list-a"_s, u"1=转账支票"_s} << 3 << u"Quarry: 下标越界"_s;
     }
