@@ -1,0 +1,257 @@
+// quarry-service on a private session bus (the test runs under
+// dbus-run-session): the service is served from this process, so that its
+// dialogs can be driven here, and called by a second connection through the
+// bus daemon, and by the host guide's Python example.
+
+#include "DialogDriver.h"
+#include "QuarryService.h"
+
+#include <QDBusMetaType>
+#include <QDBusPendingCall>
+#include <QDialog>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QWindow>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using quarry::test::operate;
+using quarry::test::Outcome;
+
+namespace quarry {
+
+namespace {
+
+constexpr auto Idle = 400ms;
+
+const QString Service = u"org.quarry.Quarry1"_s;
+
+QDBusMessage call(const QDBusConnection &connection, const QString &member,
+                  const QVariantList &arguments, const QString &path = u"/org/quarry/Quarry1"_s,
+                  const QString &interface = Service)
+{
+    QDBusMessage message = QDBusMessage::createMethodCall(Service, path, interface, member);
+    message.setArguments(arguments);
+    // Never a blocking call: the service answers from this thread.
+    QDBusPendingCall pending = connection.asyncCall(message);
+    if (!QTest::qWaitFor([&] { return pending.isFinished(); }, 10000))
+        qFatal("No answer to %s", qPrintable(member));
+    return pending.reply();
+}
+
+// A CQuarry member's arguments with the bus's parent_window before and the
+// options after them.
+QVariantList busArguments(const QVariantList &component, const QString &parent = {})
+{
+    return QVariantList{parent} + component + QVariantList{QVariantMap()};
+}
+
+QString outcomeText(const QDBusMessage &response)
+{
+    QStringList results;
+    const QVariantMap map = qdbus_cast<QVariantMap>(response.arguments().at(1));
+    for (auto it = map.cbegin(); it != map.cend(); ++it)
+        results.append(it.key() + u'=' + it.value().toString());
+    return QString::number(response.arguments().at(0).toUInt()) + u' ' + results.join(u"; "_s);
+}
+
+QVariant codes(QList<qint16> list)
+{
+    return QVariant::fromValue(list);
+}
+
+} // namespace
+
+class TestQuarryService : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_station;
+    std::unique_ptr<service::QuarryService> m_service;
+    QDBusConnection m_client = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"client"_s);
+    QList<QDBusMessage> m_responses;
+
+    // The member's dialog, driven by steps, and the Response the client got.
+    QString ask(const QString &member, const QVariantList &arguments, const QStringList &steps,
+                Outcome *seen = nullptr, const QString &parent = {},
+                const std::function<void(QWidget *)> &inspect = {})
+    {
+        QString path, outcome = u"no response"_s;
+        const Outcome driven = operate([&] {
+            const QDBusMessage reply = call(m_client, member, busArguments(arguments, parent));
+            if (reply.type() == QDBusMessage::ErrorMessage) {
+                outcome = reply.errorMessage();
+                return;
+            }
+            path = reply.arguments().at(0).value<QDBusObjectPath>().path();
+            QVERIFY(QTest::qWaitFor([&] { return responseTo(path).has_value(); }, 20000));
+        }, steps, QMessageBox::Ok, inspect);
+        if (seen)
+            *seen = driven;
+        const std::optional<QDBusMessage> response = responseTo(path);
+        return response ? outcomeText(*response) : outcome;
+    }
+
+    std::optional<QDBusMessage> responseTo(const QString &path) const
+    {
+        for (const QDBusMessage &response : m_responses)
+            if (response.path() == path)
+                return response;
+        return std::nullopt;
+    }
+
+public Q_SLOTS:
+    void takeResponse(const QDBusMessage &response) { m_responses.append(response); }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY(m_station.isValid());
+        test::writeSealIni(m_station.path(), QString(), 0);
+        m_service = std::make_unique<service::QuarryService>(QDBusConnection::sessionBus(), Idle);
+        QVERIFY(m_service->start());
+        // QtDBus delivers signals by the slot's name only.
+        QVERIFY(m_client.connect(QString(), QString(), u"org.quarry.Quarry1.Request"_s,
+                                 u"Response"_s, this, SLOT(takeResponse(QDBusMessage))));
+    }
+
+    // In order: one caller, so one CQuarry, whose SQLStr the rows share;
+    // refused() reads it.
+    void qtClient_data()
+    {
+        QTest::addColumn<QString>("member");
+        QTest::addColumn<QVariantList>("arguments");
+        QTest::addColumn<QStringList>("steps");
+        QTest::addColumn<QString>("dialog"); // "" when none is shown
+        QTest::addColumn<QString>("response");
+
+        const QVariantList zpgl{u"ZPGLRZ"_s, codes({1}), QStringList{u"转账支票"_s}, codes({}), QStringList(), 1, 0, 0, 0, 0, false, false, false};
+        QVariantList nothing = zpgl;
+        nothing[0] = u"YZXCLRZ"_s;
+
+        QTest::newRow("cancel") << u"showDate"_s << QVariantList() << QStringList{u"Esc"_s} << u"FrmDate"_s << u"1 "_s;
+        // The cheque management log shows the second description in its list.
+        QTest::newRow("error") << u"showComplex"_s << zpgl << QStringList() << QString() << u"2 error_description=下标越界：代码表有 1 个说明，没有第 2 个; error_number=9; error_source=Quarry"_s;
+        QTest::newRow("unused variants") << u"showComplexEx"_s << QVariantList{u"yjreqlog"_s, QVariant::fromValue(QDBusVariant(1)), QVariant::fromValue(QDBusVariant(u"x"_s)), QVariant::fromValue(QDBusVariant(true))} << QStringList{u"cmdCancel!"_s} << u"frmYjReqLog"_s << u"1 "_s;
+        QTest::newRow("condition") << u"ShowYJK"_s << QVariantList{0} << QStringList{u"txtYJK=12*"_s, u"Return"_s} << u"FrmYJK"_s << u"0 condition= Where YJKNUMBER like '12%'"_s;
+        QTest::newRow("nothing to ask: SQLStr unchanged, no condition") << u"showComplex"_s << nothing << QStringList() << QString() << u"1 "_s;
+    }
+
+    void qtClient()
+    {
+        QFETCH(QString, member);
+        QFETCH(QVariantList, arguments);
+        QFETCH(QStringList, steps);
+
+        Outcome seen;
+        QTEST(ask(member, arguments, steps, &seen), "response");
+        QTEST(seen.dialog, "dialog");
+    }
+
+    void pythonClient_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QStringList>("steps");
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QString>("output"); // a part of what it writes
+
+        QTest::newRow("condition") << QStringList{u"YYRZ"_s} << QStringList{u"TxtAccNo=62*"_s, u"BtnOk!"_s} << 0 << u"And ACCNO  LIKE  '62%' And"_s;
+        QTest::newRow("cancel") << QStringList{u"YYRZ"_s} << QStringList{u"BtnCancel!"_s} << 1 << QString();
+        QTest::newRow("error") << QStringList{u"ZPGLRZ"_s, u"1=转账支票"_s} << QStringList() << 3 << u"Quarry: 下标越界"_s;
+    }
+
+    void pythonClient()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QStringList, steps);
+        QFETCH(int, status);
+        QFETCH(QString, output);
+
+        QProcess python;
+        operate([&] {
+            python.start(QStringLiteral(QUARRY_PYTHON_EXAMPLE), arguments);
+            QSignalSpy(&python, &QProcess::finished).wait(20000);
+        }, steps);
+        const QString written = QString::fromUtf8(python.readAllStandardOutput() + python.readAllStandardError());
+        QVERIFY2(python.exitCode() == status && written.contains(output), qPrintable(u"%1: %2"_s.arg(python.exitCode()).arg(written)));
+    }
+
+    void refused_data()
+    {
+        QTest::addColumn<QString>("member");
+        QTest::addColumn<QVariantList>("arguments");
+        QTest::addColumn<QString>("error");
+
+        const QString invalid = u"org.freedesktop.DBus.Error.InvalidArgs: "_s;
+        QTest::newRow("wrong type") << u"showClerk"_s << busArguments({u"6"_s}) << invalid + u"showClerk takes (s parent_window, i lClerkLen, a{sv} options), not (ssa{sv})"_s;
+        QTest::newRow("arrays of different lengths") << u"showComplex"_s << busArguments({u"YYRZ"_s, codes({1, 2}), QStringList{u"自动验印"_s, u"人工验印"_s}, codes({0}), QStringList{u"通过"_s, u"不通过"_s}, 2, 2, 0, 0, 0, true, true, false}) << invalid + u"showComplex: arrTmpIdB has 1 codes but arrTmpDesB has 2 descriptions"_s;
+        QTest::newRow("parent window") << u"showDate"_s << busArguments({}, u"x11:window"_s) << invalid + u"showDate: parent_window \"x11:window\" is not x11:XID"_s;
+        QTest::newRow("handle token") << u"showDate"_s << QVariantList{QString(), QVariantMap{{u"handle_token"_s, u"a/b"_s}}} << invalid + u"showDate: handle_token \"a/b\" is not [A-Za-z0-9_]+"_s;
+        QTest::newRow("unknown method") << u"showLog"_s << busArguments({}) << u"org.freedesktop.DBus.Error.UnknownMethod: org.quarry.Quarry1 has no method showLog"_s;
+    }
+
+    void refused()
+    {
+        QFETCH(QString, member);
+        QFETCH(QVariantList, arguments);
+
+        const QDBusMessage reply = call(m_client, member, arguments);
+        QTEST(reply.errorName() + u": "_s + reply.errorMessage(), "error");
+        // And the service goes on, with the caller's last condition.
+        QCOMPARE(call(m_client, u"SQLStr"_s, {}).arguments().value(0).toString(), u" Where YJKNUMBER like '12%'"_s);
+    }
+
+    // A caller's second call while its dialog is open is refused; another
+    // caller's is taken, and its dialog opens when the first one closes.
+    // Close ends the dialog without a Response, and the service idles only
+    // when no request is open.
+    void requestsOfTwoCallers()
+    {
+        QDBusConnection other = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"other"_s);
+        QVERIFY(other.connect(QString(), QString(), u"org.quarry.Quarry1.Request"_s, u"Response"_s, this, SLOT(takeResponse(QDBusMessage))));
+        QSignalSpy idle(m_service.get(), &service::QuarryService::idle);
+        // The path is known before the call, from the handle token.
+        const QString firstPath = u"/org/quarry/Quarry1/request/"_s + m_client.baseService().mid(1).replace(u'.', u'_') + u"/first"_s;
+        QString busy, otherPath, otherDialog;
+        std::unique_ptr<test::ModalWatch> otherWatch;
+        operate([&] {
+            call(m_client, u"showDate"_s, {QString(), QVariantMap{{u"handle_token"_s, u"first"_s}}});
+            QVERIFY(QTest::qWaitFor([&] { return responseTo(otherPath).has_value(); }, 20000));
+        }, {}, QMessageBox::Ok, [&](QWidget *dialog) {
+            busy = call(m_client, u"showAcc"_s, busArguments({0})).errorName();
+            otherPath = call(other, u"showClerk"_s, busArguments({0})).arguments().value(0).value<QDBusObjectPath>().path();
+            QTest::qWait(int(2 * Idle.count()));
+            QCOMPARE(call(m_client, u"Close"_s, {}, firstPath, u"org.quarry.Quarry1.Request"_s).type(), QDBusMessage::ReplyMessage);
+            QVERIFY(!dialog->isVisible());
+            otherWatch = std::make_unique<test::ModalWatch>(nullptr, [&](QWidget *next) { otherDialog = next->objectName(); });
+        });
+        QCOMPARE(busy, u"org.quarry.Quarry1.Error.Busy"_s);
+        QCOMPARE(otherDialog, u"frmClerk"_s);
+        QCOMPARE(outcomeText(responseTo(otherPath).value()), u"1 "_s);
+        QVERIFY(!responseTo(firstPath));
+        QCOMPARE(idle.count(), 0);
+        QVERIFY(idle.wait());
+    }
+
+    void transientForTheHostWindow()
+    {
+        if (QGuiApplication::platformName() != u"xcb"_s)
+            QSKIP("X11 only: tst_quarryservice_x11 runs this on Xvfb");
+        QWidget host;
+        host.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&host));
+        WId transientFor = 0;
+        ask(u"showDate"_s, {}, {u"Esc"_s}, nullptr, u"x11:%1"_s.arg(host.winId(), 0, 16), [&](QWidget *dialog) {
+            const QWindow *parent = dialog->windowHandle()->transientParent();
+            transientFor = parent ? parent->winId() : 0;
+        });
+        QCOMPARE(transientFor, host.winId());
+    }
+};
+
+} // namespace quarry
+
+QTEST_MAIN(quarry::TestQuarryService)
+#include "tst_quarryservice.moc"
