@@ -35,16 +35,16 @@ ServiceContract::ServiceContract()
     qint64 interfaceStart = 0;
     Method *method = nullptr;
     while (!xml.atEnd()) {
-        const qint64 tokenStart = xml.characterOffset();
         xml.readNext();
         const auto name = xml.name();
         const QXmlStreamAttributes attributes = xml.attributes();
         if (xml.isStartElement() && name == "interface"_L1) {
             interface = attributes.value("name"_L1).toString();
-            interfaceStart = tokenStart;
+            // The reader is past the element's "<" by now.
+            interfaceStart = text.lastIndexOf(u"<interface"_s, xml.characterOffset());
         } else if (xml.isEndElement() && name == "interface"_L1) {
             m_xml.insert(interface,
-                         text.mid(interfaceStart, xml.characterOffset() - interfaceStart));
+                         text.mid(interfaceStart, xml.characterOffset() - interfaceStart) + u'\n');
         } else if (xml.isStartElement() && name == "method"_L1) {
             method = &m_methods[interface][attributes.value("name"_L1).toString()];
         } else if (xml.isEndElement() && name == "method"_L1) {

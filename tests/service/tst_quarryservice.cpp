@@ -9,11 +9,13 @@
 #include <QDBusMetaType>
 #include <QDBusPendingCall>
 #include <QDialog>
+#include <QFile>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QWindow>
+#include <QXmlStreamReader>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -201,6 +203,21 @@ private Q_SLOTS:
         QTEST(reply.errorName() + u": "_s + reply.errorMessage(), "error");
         // And the service goes on, with the caller's last condition.
         QCOMPARE(call(m_client, u"SQLStr"_s, {}).arguments().value(0).toString(), u" Where YJKNUMBER like '12%'"_s);
+    }
+
+    // What the service says it offers is the interface file, word for word.
+    void introspection()
+    {
+        const QString served = call(m_client, u"Introspect"_s, {}, u"/org/quarry/Quarry1"_s, u"org.freedesktop.DBus.Introspectable"_s).arguments().value(0).toString();
+        QXmlStreamReader xml(served);
+        while (!xml.atEnd())
+            xml.readNext();
+        QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
+        const qsizetype start = served.indexOf(u"<interface name=\"org.quarry.Quarry1\">"_s);
+        const QString interface = served.mid(start, served.indexOf(u"</interface>"_s, start) - start);
+        QFile contract(QStringLiteral(QUARRY_SERVICE_CONTRACT));
+        QVERIFY(start >= 0 && contract.open(QIODevice::ReadOnly));
+        QVERIFY(QString::fromUtf8(contract.readAll()).contains(interface));
     }
 
     // A caller's second call while its dialog is open is refused; another
