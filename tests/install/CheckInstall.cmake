@@ -3,7 +3,7 @@
 # builds a small host against them twice, with the CMake package and with
 # pkg-config, as a host developer on another machine would; then runs both.
 # The host guide's examples are built and run there too, as far as they go
-# without an operator.
+# without an operator, and the bus activates the packaged service by name.
 file(REMOVE_RECURSE "${WORK_DIR}")
 set(root "${WORK_DIR}/root")
 
@@ -63,5 +63,33 @@ execute_process(COMMAND bash "${EXAMPLES_DIR}/ask-seal-verifications.sh" none.db
     OUTPUT_VARIABLE out RESULT_VARIABLE result)
 if(NOT result EQUAL 0 OR NOT out MATCHES "nothing asked for")
     message(FATAL_ERROR "The shell example failed (${result}): ${out}")
+endif()
+
+# The service, started by the bus by its name from the file quarry-tools
+# installs, on a bus of the test's own, and the host guide's Python example
+# as its client. The packaged file names the program where the package puts
+# it; here that place is under the unpacked root.
+set(service_file "${root}/usr/share/dbus-1/services/org.quarry.Quarry1.service")
+file(STRINGS "${service_file}" exec REGEX "^Exec=")
+if(NOT exec STREQUAL "Exec=/usr/bin/quarry-service")
+    message(FATAL_ERROR "The packaged ${service_file} starts ${exec}")
+endif()
+file(READ "${service_file}" service)
+string(REPLACE "Exec=/usr/" "Exec=${root}/usr/" service "${service}")
+file(WRITE "${WORK_DIR}/services/org.quarry.Quarry1.service" "${service}")
+file(WRITE "${WORK_DIR}/session.conf" "<busconfig>
+  <type>session</type>
+  <listen>unix:tmpdir=${WORK_DIR}</listen>
+  <servicedir>${WORK_DIR}/services</servicedir>
+  <policy context=\"default\"><allow send_destination=\"*\"/><allow own=\"*\"/></policy>
+</busconfig>
+")
+# To files: the service would hold a pipe open until it ended.
+execute_process(COMMAND dbus-run-session "--config-file=${WORK_DIR}/session.conf" --
+        "${EXAMPLES_DIR}/ask-over-bus.py" YZXCLRZ
+    OUTPUT_FILE "${WORK_DIR}/bus.out" ERROR_FILE "${WORK_DIR}/bus.err" RESULT_VARIABLE result)
+if(NOT result EQUAL 1)
+    file(READ "${WORK_DIR}/bus.err" err)
+    message(FATAL_ERROR "The Python example did not end as cancelled: ${result}\n${err}")
 endif()
 file(REMOVE_RECURSE "${WORK_DIR}")
