@@ -16,7 +16,7 @@ packages=(
     clang libclang-rt-14-dev
     doxygen clang-format
     fonts-noto-cjk xvfb xauth
-    dbus-daemon python3-gi gir1.2-glib-2.0
+    dbus-daemon python3-gi gir1.2-glib-2.0 libxcb1-dev
 )
 
 $SUDO apt-get update

@@ -10,7 +10,8 @@ namespace quarry::apps {
 
 // Watches the dialogs that CQuarry opens: top-level dialogs with no owner
 // widget. Each is made transient for the host's window, when one is set, as
-// it is shown, so that the window manager keeps it over the host's window.
+// it is shown, so that the window manager keeps it over the host's window;
+// on X11 it opens centred over that window.
 // Message boxes over such a dialog have the dialog as their owner and are
 // left alone.
 class OwnerlessDialogs : public QObject
