@@ -2,6 +2,7 @@
 // any language (org.quarry.Quarry1.xml). The bus starts it on the first
 // call; it ends after a minute without requests.
 
+#include "QtChinese.h"
 #include "QuarryService.h"
 
 #include <QApplication>
@@ -14,6 +15,7 @@ using namespace std::chrono_literals;
 int main(int argc, char *argv[])
 {
     QApplication app(argc, argv);
+    quarry::apps::useChinese(app);
     // The host may end; the service goes on until it is idle.
     app.setQuitOnLastWindowClosed(false);
 
