@@ -37,6 +37,9 @@ frmHYLog::frmHYLog()
     Label3
         = addLabel(u"Label3"_s,
                    u" 1:增加行员 2：删除行员 3：变更行员权限 4：增加组 5：删除组 6：变更组权限"_s);
+    // Chinese text wraps between any two characters: a legend would break
+    // inside a description. The dialog is as wide as the legend instead.
+    Label3->setWordWrap(false);
     addDateRange();
     addBranch(u" 网点号:"_s, BranchBoxes::SubBranches::Offered);
     addButtons(u"BtnOk"_s, u"确定"_s, u"BtnCancel"_s, u"取消"_s, [this] { BtnOk_Click(); });

@@ -31,6 +31,7 @@ frmSJLog::frmSJLog()
     TxtApp = addTextBox(u"TxtApp"_s, u"模块名称:"_s, Typing::AsTyped);
     AppShow = addLabel(u"AppShow"_s, QString());
     Label5 = addLabel(u"Label5"_s, QString());
+    Label5->setWordWrap(false); // as frmHYLog's legend
     addDateRange();
     addBranch(u" 网点号:"_s, BranchBoxes::SubBranches::None);
     addButtons(u"BtnOk"_s, u"确定"_s, u"BtnCancel"_s, u"取消"_s, [this] { BtnOk_Click(); });

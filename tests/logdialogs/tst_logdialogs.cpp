@@ -5,6 +5,7 @@
 #include "DialogDriver.h"
 #include "SampleStation.h"
 
+#include "logdialogs/frmHYLog.h"
 #include "platform/SystemMessage.h"
 
 #include <quarry/CQuarry.h>
@@ -290,6 +291,22 @@ private Q_SLOTS:
         // Chinese buttons, though this program loads no translation.
         for (const QString &text : outcome.box.buttonTexts)
             QVERIFY2(QStringList({u"确定"_s, u"是(&Y)"_s, u"否(&N)"_s}).contains(text), qPrintable(text));
+    }
+
+    // A long legend stays on one line: Chinese wraps between any two
+    // characters, so a wrapped legend breaks inside a description.
+    void legendOnOneLine()
+    {
+        useConfig(QString());
+        frmHYLog dialog;
+        dialog.setOpId({1, 2, 3, 4, 5, 6});
+        dialog.setOpType({u"增加行员"_s, u"删除行员"_s, u"变更行员权限"_s, u"增加组"_s, u"删除组"_s, u"变更组权限"_s});
+        dialog.lOpCount = 6;
+        dialog.showOpDes();
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        const auto *legend = dialog.findChild<QLabel *>(u"Label3"_s);
+        QVERIFY(legend->height() < 2 * legend->fontMetrics().lineSpacing());
     }
 
     // The configuration's messages have Chinese buttons too.
