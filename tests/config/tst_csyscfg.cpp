@@ -2,11 +2,10 @@
 
 #include <quarry/CSysCfg.h>
 
-#include "platform/Paths.h"
-
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QProcess>
 #include <QScopeGuard>
@@ -29,6 +28,13 @@ const QString NoDatabase = u"\n[SBMK]\nDoubleSealQuota=0\n"_s;
 // The station's seal.ini in the program tests.
 const QString SealIniText = u"[USER]\nMODE=Nelos\nSubMode=信贷建库机\n"_s + NoDatabase;
 
+void writeFile(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(bytes);
+}
+
 // A station folder, which is also the system INI folder of the test. It answers
 // the message boxes shown while it exists at once, keeping what the last one said,
 // so that a failing read never blocks a test.
@@ -50,12 +56,7 @@ public:
     QString path(const QString &name) const { return m_dir.filePath(name); }
     QString folder() const { return m_dir.path(); }
 
-    void write(const QString &name, const QByteArray &bytes) const
-    {
-        QFile file(path(name));
-        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        file.write(bytes);
-    }
+    void write(const QString &name, const QByteArray &bytes) const { writeFile(path(name), bytes); }
     void write(const QString &name, const QString &text) const { write(name, text.toUtf8()); }
 
     // seal.ini with the text (and no database quota unless the text has an
@@ -132,29 +133,13 @@ class TestCSysCfg : public QObject
 {
     Q_OBJECT
 
-private slots:
-    // INITCFG of CONVERT.INI names seal.ini in the system folder, but a seal.ini beside the
-    // library wins.
-    void locating()
-    {
-        const QString beside = QDir(quarry::paths::componentDir()).filePath(u"seal.ini"_s);
-        if (QFile::exists(beside))
-            QSKIP("a seal.ini is installed beside the library");
-        Station station;
-        station.write(u"CONVERT.INI"_s, u"[system]\ninitcfg=BRANCH.INI\n"_s);
-        station.write(u"Branch.ini"_s, u"[USER]\nMODE=Nelos\n"_s + NoDatabase);
-        CSysCfg fromConvertIni;
-        QCOMPARE(fromConvertIni.IniPath, station.path(u"Branch.ini"_s));
-        QVERIFY(fromConvertIni.GetParameter());
-        QCOMPARE(fromConvertIni.ProfileCode, qint16(22));
+    QTemporaryDir m_library; // a copy of the library, which the program loads
 
-        QFile file(beside);
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("[USER]\nMODE=Refol\n") > 0);
-        file.close();
-        const auto removeBeside = qScopeGuard([&beside] { QFile::remove(beside); });
-        CSysCfg cfg;
-        QCOMPARE(cfg.IniPath, beside);
-        QCOMPARE(cfg.GetINIData(u"USER"_s, u"MODE"_s, QString(), SealIni), u"Refol"_s);
+private slots:
+    void initTestCase()
+    {
+        const QString library = QStringLiteral(QUARRY_LIBRARY);
+        QVERIFY(QFile::copy(library, m_library.filePath(QFileInfo(library).fileName())));
     }
 
     void values_data()
@@ -308,6 +293,7 @@ private slots:
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QByteArray>("convertIni"); // CONVERT.INI in the system folder, none when empty
+        QTest::addColumn<QByteArray>("beside");     // seal.ini beside the library, none when empty
         QTest::addColumn<bool>("succeeds");
         QTest::addColumn<QString>("output");  // in standard output or standard error
         QTest::addColumn<QString>("changed"); // the one station file the program changes
@@ -316,10 +302,15 @@ private slots:
         const auto row = [](const char *tag, const QStringList &arguments, bool succeeds,
                             const QString &output, const QString &changed = {},
                             const QByteArray &after = {}) {
-            QTest::newRow(tag) << arguments << QByteArray() << succeeds << output << changed << after;
+            QTest::newRow(tag) << arguments << QByteArray() << QByteArray() << succeeds << output << changed << after;
         };
         row("dump", {u"dump"_s}, true, u"[DATABASESET] BASEMODE = ACCESS  (default)\n"_s);
         row("get", {u"get"_s, u"USER"_s, u"SubMode"_s}, true, u"信贷建库机\n"_s);
+        // CONVERT.INI names the station's seal.ini (found without regard to case), but one beside
+        // the library wins.
+        const QByteArray convertIni = "[system]\ninitcfg=BAD.INI\n";
+        QTest::newRow("named by CONVERT.INI") << QStringList{u"get"_s, u"BANKPARAM"_s, u"TOTALACCTYPE"_s} << convertIni << QByteArray() << true << u"x\n"_s << QString() << QByteArray();
+        QTest::newRow("beside the library") << QStringList{u"get"_s, u"USER"_s, u"MODE"_s} << convertIni << QByteArray("[USER]\nMODE=Refol\n") << true << u"Refol\n"_s << QString() << QByteArray();
         row("set", {u"set"_s, u"USER"_s, u"MODE"_s, u"Refol"_s}, true, QString(), u"SEAL.INI"_s, SealIniText.toUtf8().replace("Nelos", "Refol"));
         row("get without key", {u"get"_s, u"USER"_s}, false, u"get USER"_s);
         row("failed read", {u"--ini"_s, u"bad.ini"_s, u"dump"_s}, false, u"系统提示: 初始化系统参数错误！"_s);
@@ -327,13 +318,14 @@ private slots:
         // A value that would not read back as written is not written, and the tool says why.
         row("set with a blank", {u"set"_s, u"USER"_s, u"MODE"_s, u"Refol "_s}, false, u"ends with a blank or tab"_s);
         row("directory given", {u"--ini"_s, u"folder"_s, u"dump"_s}, false, u"folder is a directory"_s);
-        QTest::newRow("unreadable seal.ini") << QStringList{u"get"_s, u"USER"_s, u"MODE"_s} << QByteArray("[SYSTEM]\nINITCFG=folder\n") << false << u"cannot read "_s << QString() << QByteArray();
+        QTest::newRow("unreadable seal.ini") << QStringList{u"get"_s, u"USER"_s, u"MODE"_s} << QByteArray("[SYSTEM]\nINITCFG=folder\n") << QByteArray() << false << u"cannot read "_s << QString() << QByteArray();
     }
 
     void program()
     {
         QFETCH(QStringList, arguments);
         QFETCH(QByteArray, convertIni);
+        QFETCH(QByteArray, beside);
         QFETCH(QString, output);
         QFETCH(QString, changed);
         QFETCH(QByteArray, after);
@@ -348,9 +340,17 @@ private slots:
         if (!convertIni.isEmpty())
             station.write(u"CONVERT.INI"_s, convertIni);
         QVERIFY(QDir(station.folder()).mkdir(u"folder"_s));
+        // Beside the copy: whatever lies beside the built library makes no difference.
+        const QString besideFile = m_library.filePath(u"seal.ini"_s);
+        const auto removeBeside = qScopeGuard([&besideFile] { QFile::remove(besideFile); });
+        if (!beside.isEmpty())
+            writeFile(besideFile, beside);
 
         QProcess program;
         program.setWorkingDirectory(station.folder());
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"LD_LIBRARY_PATH"_s, m_library.path());
+        program.setProcessEnvironment(environment);
         program.start(QStringLiteral(QUARRY_CONFIG_PROGRAM), arguments);
         QVERIFY(program.waitForFinished());
         QTEST(program.exitCode() == 0, "succeeds");
