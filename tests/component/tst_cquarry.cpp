@@ -73,25 +73,20 @@ private Q_SLOTS:
 
         const QString ask = u"未输入任何查询条件，查询可能需要很长时间，是否继续？"_s;
         const QString refuse = u"请输入查询条件!"_s;
-        const QString all = u" Where OpDate Between '1980-01-01' And '3000-01-01'"_s;
-        const auto Yes = QMessageBox::Yes, No = QMessageBox::No, Ok = QMessageBox::Ok;
-        const QString Enter = u"Return"_s, Pad = u"PadEnter"_s, Esc = u"Esc"_s, Times = u"Pad*"_s;
+        const auto Yes = QMessageBox::Yes, Ok = QMessageBox::Ok;
+        const QString Enter = u"Return"_s, Pad = u"PadEnter"_s, Times = u"Pad*"_s;
         const QString none, plain; // no message; the default profile
 
         QTest::newRow("yjk: length") << u"yjk"_s << plain << 0 << 6 << u"12345678"_s << Pad << Ok << none << u" Where YJKNUMBER like '123456'"_s;
         QTest::newRow("clerk: profile 39 adds the name") << u"clerk"_s << u"Hilur"_s << 0 << 4 << u"00?12"_s << Pad << Ok << none << u" Where OpCode like  '00_1' or  OpName like '00_1'"_s;
         QTest::newRow("cheque: the account length") << u"cheque"_s << u"Bunar"_s << 0 << 3 << u"1234"_s << Enter << Ok << none << u" Where ChequeSeriesNo like  '123%'"_s;
-        QTest::newRow("yjk: Esc") << u"yjk"_s << plain << 0 << 0 << u"1"_s << Esc << Ok << none << QString();
         QTest::newRow("cheque: keypad multiply") << u"cheque"_s << u"Bunar"_s << 0 << 0 << u"1"_s << Times << Ok << none << QString();
-        QTest::newRow("date: Esc") << u"date"_s << plain << 0 << 0 << u"2009"_s << Esc << Ok << none << QString();
         QTest::newRow("date: Cancel") << u"date"_s << plain << 0 << 0 << u"2009"_s << u"cmdCancel!"_s << Ok << none << QString();
         QTest::newRow("branch: empty, never asks") << u"branch"_s << u"Tecis"_s << 2 << 0 << none << Enter << Ok << none << u" where  ( WDH LIKE '%' or  WDH LIKE '%')"_s;
         QTest::newRow("acc: empty, profile 54") << u"acc"_s << u"Tecis"_s << 2 << 0 << u" "_s << Enter << Ok << refuse << QString();
-        QTest::newRow("acc: empty, hint 2, No") << u"acc"_s << plain << 2 << 0 << none << Enter << No << ask << QString();
         QTest::newRow("acc: empty, hint 1") << u"acc"_s << plain << 1 << 0 << none << Enter << Ok << none << u" Where AccNo like '%'"_s;
         QTest::newRow("clerk: empty, hint 2, Yes") << u"clerk"_s << plain << 2 << 0 << none << Enter << Yes << ask << u" Where OpCode like  '%'"_s;
         QTest::newRow("date: empty, profile 54") << u"date"_s << u"Tecis"_s << 0 << 0 << none << u"cmdOK!"_s << Ok << refuse << QString();
-        QTest::newRow("date: empty, hint 2, Yes") << u"date"_s << plain << 2 << 0 << none << u"cmdOK!"_s << Yes << ask << all;
     }
 
     void singleConditionDialogs()
@@ -141,9 +136,7 @@ private Q_SLOTS:
         QTest::newRow("end only") << none << u"20091231"_s << blank << u" Where OpDate Between '1980-01-01' And '2009-12-31'"_s << none << none;
         QTest::newRow("start partly typed is a date") << u"2009-1-5"_s << none << u"2009-01-05"_s << u" Where OpDate Between '2009-01-05' And '3000-01-01'"_s << none << none;
         QTest::newRow("start month only") << u"2009-1"_s << none << u"2009-1 -  "_s << none << startWrong << u"MaskBoxKs"_s;
-        QTest::newRow("start month 13") << u"20091301"_s << none << u"2009-13-01"_s << none << startWrong << u"MaskBoxKs"_s;
         QTest::newRow("end 29 February 2009") << none << u"20090229"_s << blank << none << endWrong << u"MaskBoxJs"_s;
-        QTest::newRow("end before start") << u"20090301"_s << u"20090228"_s << u"2009-03-01"_s << none << endBefore << u"MaskBoxJs"_s;
         QTest::newRow("end before default start") << none << u"19791231"_s << blank << none << endBefore << u"MaskBoxJs"_s;
     }
 
