@@ -170,7 +170,6 @@ private slots:
         ok("default", QString(), u"ODBCDRIVER"_s, u"FreeTDS"_s);
         ok("empty value is the default", u"[BANKPARAM]\nDEPARTID=\n"_s, u"DEPARTID"_s, u"1"_s);
         ok("WDHMAXLEN follows WDHLEN", u"[BANKPARAM]\nWDHLEN=8\n"_s, u"WDHMAXLEN"_s, u"8"_s);
-        ok("cut to 255", u"[BANKPARAM]\nSHDH="_s + QString(300, u'x'), u"SHDH"_s, QString(255, u'x'));
         ok("IFQUERYCENTRE read twice", u"[XTCHX]\nIFQUERYCENTRE=1\n"_s, u"IFQUERYCENTRE2"_s, u"1"_s);
         ok("GSHOST follows HOST", u"[NETPARAM]\nHOST=10.0.0.9\n"_s, u"GSHOST"_s, u"10.0.0.9"_s);
         ok("yjk print on", u"[sbmk]\nIfPrintYjkNo=1\nDoubleSealQuota=0"_s, u"PrintYjkNoFontSize"_s, u"12"_s);
