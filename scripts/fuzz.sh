@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # Builds the fuzz targets of tests/fuzz with clang and runs each for a short
-# time ($QUARRY_FUZZ_SECONDS, default 30) from its seed inputs. New inputs go
-# to a scratch folder, so the seeds in the repository stay as they are. A
-# target that finds a failing input prints it and fails the run. Without
-# clang there is nothing to run.
+# time ($QUARRY_FUZZ_SECONDS, default 30) from its seed inputs, as many at
+# once as there are cores. New inputs go to a scratch folder, so the seeds in
+# the repository stay as they are. A target that finds a failing input prints
+# it and fails the run. Without clang there is nothing to run.
 set -euo pipefail
 
 root=$(cd "$(dirname "$0")/.." && pwd)
@@ -22,21 +22,29 @@ for seeds in "$root"/tests/fuzz/corpus/*/; do
 done
 cmake --build "$build" --parallel --target "${targets[@]}"
 
-passed=0
-failed=0
-for target in "${targets[@]}"; do
+# One target for each core at a time; each fuzzes on one.
+run() {
+    local target=$1 scratch log=$build/$1.log
     scratch=$(mktemp -d)
-    log=$build/$target.log
     if (cd "$build" && "$build/tests/fuzz/$target" -max_total_time="$seconds" "$scratch" \
             "$root/tests/fuzz/corpus/$target") >"$log" 2>&1; then
-        passed=$((passed + 1))
         echo "fuzz: $target: $(grep -Eo 'Done [0-9]+ runs in [0-9]+ second' "$log" | tail -n 1)s"
     else
-        failed=$((failed + 1))
         echo "fuzz: $target FAILED; the input is in $build (crash-*), the log ends:"
         tail -n 40 "$log"
+        touch "$build/$target.failed"
     fi
     rm -rf "$scratch"
+}
+
+rm -f "$build"/*.failed
+for target in "${targets[@]}"; do
+    while [ "$(jobs -rp | wc -l)" -ge "$(nproc)" ]; do
+        wait -n
+    done
+    run "$target" &
 done
-echo "fuzz: $passed passed, $failed failed"
+wait
+failed=$(find "$build" -maxdepth 1 -name '*.failed' | wc -l)
+echo "fuzz: $((${#targets[@]} - failed)) passed, $failed failed"
 [ "$failed" -eq 0 ]

@@ -5,18 +5,43 @@
 # UndefinedBehaviorSanitizer (any report fails it), and short runs of the
 # fuzz targets. The database tests start their own MariaDB server on
 # 127.0.0.1.
+#   scripts/test.sh           all of it, as CI runs it
+#   scripts/test.sh --quick   the release build and its suite only
 set -euo pipefail
 
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=${QUARRY_BUILD_DIR:-$root/build}
+jobs=$(nproc)
+
+quick=false
+case "${1:-}" in
+    --quick) quick=true ;;
+    "") ;;
+    *)
+        echo "usage: $0 [--quick]" >&2
+        exit 2
+        ;;
+esac
+
+# The test programs each use their own databases and folders, so they run
+# side by side.
+suite() {
+    ctest --test-dir "$1" --output-on-failure --parallel "$jobs" --timeout "$2"
+}
+
+if $quick; then
+    "$root/scripts/build.sh"
+    suite "$build" 600
+    exit 0
+fi
 
 "$root/scripts/install-deps.sh"
 "$root/scripts/check-format.sh"
 "$root/scripts/build.sh"
 cmake --build "$build" --target docs
-ctest --test-dir "$build" --output-on-failure --timeout 600
+suite "$build" 600
 
 QUARRY_PRESET=sanitize QUARRY_BUILD_DIR=$build-sanitize "$root/scripts/build.sh"
-ctest --test-dir "$build-sanitize" --output-on-failure --timeout 900
+suite "$build-sanitize" 900
 
 QUARRY_FUZZ_BUILD_DIR=$build-fuzz "$root/scripts/fuzz.sh"
