@@ -310,13 +310,14 @@ private slots:
         const QByteArray convertIni = "[system]\ninitcfg=BAD.INI\n";
         QTest::newRow("named by CONVERT.INI") << QStringList{u"get"_s, u"BANKPARAM"_s, u"TOTALACCTYPE"_s} << convertIni << QByteArray() << true << u"x\n"_s << QString() << QByteArray();
         QTest::newRow("beside the library") << QStringList{u"get"_s, u"USER"_s, u"MODE"_s} << convertIni << QByteArray("[USER]\nMODE=Refol\n") << true << u"Refol\n"_s << QString() << QByteArray();
-        row("set", {u"set"_s, u"USER"_s, u"MODE"_s, u"Refol"_s}, true, QString(), u"SEAL.INI"_s, SealIniText.toUtf8().replace("Nelos", "Refol"));
+        row("set says where", {u"set"_s, u"USER"_s, u"MODE"_s, u"Refol"_s}, true, u"SEAL.INI：[USER] MODE=Refol"_s, u"SEAL.INI"_s, SealIniText.toUtf8().replace("Nelos", "Refol"));
         row("get without key", {u"get"_s, u"USER"_s}, false, u"get USER"_s);
         row("failed read", {u"--ini"_s, u"bad.ini"_s, u"dump"_s}, false, u"系统提示: 初始化系统参数错误！"_s);
         row("dump writes the pattern count back", {u"--ini"_s, u"zero.ini"_s, u"dump"_s}, true, u"TOTALACCNO was 0; reading it wrote TOTALACCNO=1"_s, u"zero.ini"_s, "[BANKPARAM]\nTOTALACCNO=1\n[SBMK]\nDoubleSealQuota=0\n");
         // A value that would not read back as written is not written, and the tool says why.
         row("set with a blank", {u"set"_s, u"USER"_s, u"MODE"_s, u"Refol "_s}, false, u"ends with a blank or tab"_s);
         row("directory given", {u"--ini"_s, u"folder"_s, u"dump"_s}, false, u"folder is a directory"_s);
+        QTest::newRow("no station") << QStringList{u"get"_s, u"USER"_s, u"MODE"_s} << QByteArray("[SYSTEM]\nINITCFG=MISSING.INI\n") << QByteArray() << false << u"MISSING.INI"_s << QString() << QByteArray();
         QTest::newRow("unreadable seal.ini") << QStringList{u"get"_s, u"USER"_s, u"MODE"_s} << QByteArray("[SYSTEM]\nINITCFG=folder\n") << QByteArray() << false << u"cannot read "_s << QString() << QByteArray();
     }
 
