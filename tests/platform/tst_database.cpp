@@ -144,6 +144,27 @@ private slots:
                                                                      *m_connection)); // opened read-only
     }
 
+    // A file that another program holds locked is said so once the wait
+    // for it is over.
+    void lockedFile_data()
+    {
+        QTest::addColumn<Engine>("engine");
+        QTest::newRow("sqlite") << Engine::Sqlite;
+    }
+    void lockedFile()
+    {
+        {
+            QSqlDatabase locker = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"locker"_s);
+            locker.setDatabaseName(m_folder->filePath(u"TEST.db"_s));
+            QVERIFY(locker.open() && QSqlQuery(locker).exec(u"BEGIN EXCLUSIVE"_s));
+            m_connection->open(m_database->connectionString(), User, Password, true);
+            QVERIFY2(m_connection->failed() && m_connection->errorText().contains(u"TEST.db 数据库被其他程序锁定"_s),
+                     qPrintable(m_connection->errorText()));
+            locker.close();
+        }
+        QSqlDatabase::removeDatabase(u"locker"_s);
+    }
+
     void concatAsOnMySql_data()
     {
         QTest::addColumn<Engine>("engine");
