@@ -2,6 +2,7 @@
 // other languages and for scripts. See askUsage() for the syntax.
 
 #include "AskCommand.h"
+#include "CommandArguments.h"
 #include "OwnerlessDialogs.h"
 #include "QtChinese.h"
 
@@ -18,26 +19,13 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-// The arguments are read before the QApplication exists, so that --help and
-// bad arguments get their answer on a machine without a display too.
-QStringList commandArguments(int argc, char *argv[])
-{
-    QStringList arguments;
-    for (int i = 1; i < argc; ++i)
-        arguments.append(QString::fromLocal8Bit(argv[i]));
-    return arguments;
-}
-
-} // namespace
-
 int main(int argc, char *argv[])
 {
     QTextStream out(stdout);
     QTextStream err(stderr);
 
-    const quarry::AskRequest request = quarry::parseAskArguments(commandArguments(argc, argv));
+    const quarry::AskRequest request
+        = quarry::parseAskArguments(quarry::apps::commandArguments(argc, argv).mid(1));
     if (request.help) {
         out << quarry::askUsage();
         return 0;

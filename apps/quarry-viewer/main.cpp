@@ -1,6 +1,7 @@
 // quarry-viewer: the logs of the station for the people who read them. The
 // conditions are asked by the component's own dialogs, as a host asks them.
 
+#include "CommandArguments.h"
 #include "LogCatalogue.h"
 #include "QtChinese.h"
 #include "StationDatabase.h"
@@ -35,16 +36,6 @@ const QString Usage = u"用法：quarry-viewer [--catalogue 文件]\n"
                       "不在结果中。\n"
                       "出错时的记录写在 seal.ini [ERROR] ERRORFILE 文件夹中的 error.txt。\n"_s;
 
-// The arguments are read before the QApplication exists, so that --help,
-// --version and bad arguments are answered without a display too.
-QStringList commandArguments(int argc, char *argv[])
-{
-    QStringList arguments;
-    for (int i = 0; i < argc; ++i)
-        arguments.append(QString::fromLocal8Bit(argv[i]));
-    return arguments;
-}
-
 } // namespace
 
 int main(int argc, char *argv[])
@@ -54,7 +45,8 @@ int main(int argc, char *argv[])
     const QCommandLineOption version(QStringList{u"v"_s, u"version"_s});
     const QCommandLineOption catalogueOption(u"catalogue"_s, QString(), u"file"_s);
     parser.addOptions({help, version, catalogueOption});
-    if (!parser.parse(commandArguments(argc, argv)) || !parser.positionalArguments().isEmpty()) {
+    if (!parser.parse(quarry::apps::commandArguments(argc, argv))
+        || !parser.positionalArguments().isEmpty()) {
         QString error = u"多余的参数：%1"_s.arg(parser.positionalArguments().join(u' '));
         if (!parser.unknownOptionNames().isEmpty())
             error = u"未知的选项：%1"_s.arg(parser.unknownOptionNames().join(u", "_s));
