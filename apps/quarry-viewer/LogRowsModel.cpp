@@ -1,5 +1,8 @@
 #include "LogRowsModel.h"
 
+#include "StationDatabase.h"
+
+#include <QScopedValueRollback>
 #include <QSqlDriver>
 #include <QSqlField>
 #include <QSqlQuery>
@@ -11,8 +14,14 @@ namespace quarry::viewer {
 namespace {
 
 // Enough to fill a tall window several times over, few enough to keep a
-// million-row log small in memory.
+// log of millions of rows small in memory.
 constexpr int PagesKept = 8;
+
+// The rows a view can be told of.
+int viewRows(qint64 rows)
+{
+    return int(qMin<qint64>(rows, std::numeric_limits<int>::max()));
+}
 
 } // namespace
 
@@ -20,88 +29,132 @@ LogRowsModel::LogRowsModel(int pageRows, QObject *parent)
     : QAbstractTableModel(parent)
     , m_pageRowsWanted(qMax(pageRows, 1))
 {
+    connect(&m_background, &BackgroundQuery::finished, this, &LogRowsModel::backgroundFinished);
 }
 
-QSqlError LogRowsModel::setQuery(const QSqlDatabase &database, const QString &select,
-                                 const QString &key, Paging paging)
+void LogRowsModel::setQuery(const StationDatabase &station, const QString &select,
+                            const QString &key)
 {
-    beginResetModel();
-    reset();
-    m_database = database;
-    m_select = select;
-    m_key = key;
-    m_paging = paging;
-    QSqlQuery count(database);
-    count.setForwardOnly(true);
-    if (count.exec(countSelect(select)) && count.next()) {
-        m_rowCount = count.value(0).toLongLong();
-        m_pageRows = paging == Paging::None ? qMax<qint64>(m_rowCount, 1) : m_pageRowsWanted;
-        // A key the statement lacks fails here, in the page's ORDER BY.
-        m_error = readFirstPage(&m_columns);
-    } else {
-        m_error = count.lastError();
-    }
-    const QSqlError error = m_error;
-    if (error.isValid())
-        reset();
-    endResetModel();
-    return error;
+    m_background.setOpener(station.opener());
+    readFirstPage({station.database(), select, key, station.paging(), {}, -1}, false);
+}
+
+void LogRowsModel::readFirstPage(const Statement &statement, bool reordered)
+{
+    m_asked = statement;
+    m_reordering = reordered;
+    m_reading = Reading::FirstPage;
+    m_background.run(pageSelect(statement.select, statement.key, statement.order, statement.paging,
+                                {}, m_pageRowsWanted),
+                     statement.paging == Paging::None ? -1 : m_pageRowsWanted);
+}
+
+QString LogRowsModel::cancel()
+{
+    return isBusy() ? m_background.cancel() : QString();
 }
 
 void LogRowsModel::clear()
 {
+    const QScopedValueRollback changing(m_changing, true);
     beginResetModel();
-    reset();
+    // What the background still tells is not listened to.
+    m_reading = Reading::Nothing;
+    m_background.cancel();
+    m_asked = {};
+    m_shown = {};
+    m_columns.clear();
+    m_rowCount = 0;
+    m_counted = false;
+    m_pages.clear();
+    m_recent.clear();
+    m_lastRows.clear();
+    m_error = {};
     endResetModel();
 }
 
 QString LogRowsModel::statement() const
 {
-    return m_database.isValid() ? orderedSelect(m_select, m_key, m_order) : QString();
+    return m_shown.database.isValid() ? orderedSelect(m_shown.select, m_shown.key, m_shown.order)
+                                      : QString();
 }
 
 void LogRowsModel::sort(int column, Qt::SortOrder order)
 {
-    if (!m_database.isValid() || column < 0 || column >= m_columns.count())
+    // A new statement on its way is not given up for the order of the old.
+    if (m_reading == Reading::FirstPage || !m_shown.database.isValid() || column < 0
+        || column >= m_columns.count())
         return;
+    Statement sorted = m_shown;
     const QString name = m_columns.fieldName(column);
-    const bool byKey = name.compare(m_key, Qt::CaseInsensitive) == 0;
-    beginResetModel();
-    m_order
-        = {byKey ? QString() : m_database.driver()->escapeIdentifier(name, QSqlDriver::FieldName),
-           order};
-    m_orderColumn = byKey ? -1 : column;
-    m_pages.clear();
-    m_recent.clear();
-    m_lastRows.clear();
-    m_error = readFirstPage();
-    endResetModel();
-    if (m_error.isValid())
-        tellFailure();
+    const bool byKey = name.compare(m_shown.key, Qt::CaseInsensitive) == 0;
+    sorted.order = {byKey ? QString()
+                          : sorted.database.driver()->escapeIdentifier(name, QSqlDriver::FieldName),
+                    order};
+    sorted.orderColumn = byKey ? -1 : column;
+    readFirstPage(sorted, true);
 }
 
-QSqlError LogRowsModel::readFirstPage(QSqlRecord *columns)
+void LogRowsModel::backgroundFinished(const QueryResult &result)
 {
-    Page first;
-    const QSqlError error = readPage(0, first, columns);
-    if (!error.isValid()) {
-        m_pages.insert(0, first);
+    const Reading reading = std::exchange(m_reading, Reading::Nothing);
+    if (reading == Reading::Nothing)
+        return;
+    if (result.cancelled)
+        Q_EMIT cancelled();
+    else if (result.error.isValid())
+        Q_EMIT failed(result.error);
+    else if (reading == Reading::FirstPage)
+        showFirstPage(result);
+    else
+        showCount(result.rows.value(0).value(0).toLongLong());
+}
+
+void LogRowsModel::showFirstPage(const QueryResult &result)
+{
+    {
+        const QScopedValueRollback changing(m_changing, true);
+        beginResetModel();
+        m_shown = m_asked;
+        m_columns = result.columns;
+        m_pages.clear();
+        m_recent.clear();
+        m_lastRows.clear();
+        m_error = {};
+        const qint64 read = result.rows.size();
+        const bool whole = m_shown.paging == Paging::None;
+        // Another order of the same rows keeps their count.
+        if (whole || !m_reordering || !m_counted) {
+            m_rowCount = read;
+            m_counted = whole || read < m_pageRowsWanted;
+        }
+        m_pageRows = whole ? qMax<qint64>(read, 1) : m_pageRowsWanted;
+        m_pages.insert(0, result.rows);
         m_recent.append(0);
+        rememberEnd(0, result.rows);
+        endResetModel();
     }
-    return error;
+    if (!m_counted) {
+        m_reading = Reading::Count;
+        m_background.run(countSelect(m_shown.select), 1);
+    }
+    Q_EMIT rowsShown();
 }
 
-void LogRowsModel::reset()
+void LogRowsModel::showCount(qint64 rows)
 {
-    m_database = {};
-    m_columns.clear();
-    m_order = {};
-    m_orderColumn = -1;
-    m_rowCount = 0;
-    m_pages.clear();
-    m_recent.clear();
-    m_lastRows.clear();
-    m_error = {};
+    // Fewer than the rows read already: rows went meanwhile; those read stay.
+    const QScopedValueRollback changing(m_changing, true);
+    if (rows > m_rowCount) {
+        const int shown = viewRows(m_rowCount);
+        if (viewRows(rows) > shown)
+            beginInsertRows({}, shown, viewRows(rows) - 1);
+        m_rowCount = rows;
+        if (viewRows(rows) > shown)
+            endInsertRows();
+    }
+    m_counted = true;
+    Q_EMIT counted();
 }
 
 // Not from where the fault is met: the view may be painting, and the
@@ -110,12 +163,12 @@ void LogRowsModel::tellFailure() const
 {
     auto *self = const_cast<LogRowsModel *>(this);
     QMetaObject::invokeMethod(
-        self, [self, error = m_error] { Q_EMIT self->readFailed(error); }, Qt::QueuedConnection);
+        self, [self, error = m_error] { Q_EMIT self->failed(error); }, Qt::QueuedConnection);
 }
 
 int LogRowsModel::rowCount(const QModelIndex &parent) const
 {
-    return parent.isValid() ? 0 : int(qMin<qint64>(m_rowCount, std::numeric_limits<int>::max()));
+    return parent.isValid() ? 0 : viewRows(m_rowCount);
 }
 
 int LogRowsModel::columnCount(const QModelIndex &parent) const
@@ -141,6 +194,31 @@ QVariant LogRowsModel::headerData(int section, Qt::Orientation orientation, int 
     return QAbstractTableModel::headerData(section, orientation, role);
 }
 
+// Until the count is in, the rows grow by a page as the view reaches the
+// last one: a full page may have more after it.
+bool LogRowsModel::canFetchMore(const QModelIndex &parent) const
+{
+    return !parent.isValid() && !m_counted && !m_error.isValid() && m_rowCount > 0
+        && m_rowCount % m_pageRows == 0 && m_rowCount < std::numeric_limits<int>::max();
+}
+
+void LogRowsModel::fetchMore(const QModelIndex &parent)
+{
+    if (m_changing || !canFetchMore(parent))
+        return;
+    const QScopedValueRollback changing(m_changing, true);
+    const Page *rows = page(m_rowCount / m_pageRows);
+    if (!rows)
+        return;
+    if (rows->size() < m_pageRows)
+        m_counted = true;
+    if (rows->isEmpty())
+        return;
+    beginInsertRows({}, int(m_rowCount), int(m_rowCount + rows->size() - 1));
+    m_rowCount += rows->size();
+    endInsertRows();
+}
+
 const LogRowsModel::Page *LogRowsModel::page(qint64 number) const
 {
     if (const auto found = m_pages.constFind(number); found != m_pages.cend()) {
@@ -162,40 +240,46 @@ const LogRowsModel::Page *LogRowsModel::page(qint64 number) const
     return &*m_pages.insert(number, rows);
 }
 
-QSqlError LogRowsModel::readPage(qint64 number, Page &rows, QSqlRecord *columns) const
+QSqlError LogRowsModel::readPage(qint64 number, Page &rows) const
 {
     PageStart start;
     if (const auto before = m_lastRows.constFind(number - 1); before != m_lastRows.cend())
         start = *before;
     else
         start.offset = number * m_pageRows;
-    QSqlQuery query(m_database);
+    QSqlQuery query(m_shown.database);
     query.setForwardOnly(true);
-    if (!query.exec(pageSelect(m_select, m_key, m_order, m_paging, start, int(m_pageRows))))
+    if (!query.exec(pageSelect(m_shown.select, m_shown.key, m_shown.order, m_shown.paging, start,
+                               int(m_pageRows))))
         return query.lastError();
-    QSqlRecord record = query.record();
     while (query.next()) {
         QVariantList row;
-        row.reserve(record.count());
-        for (int c = 0; c < record.count(); ++c)
+        row.reserve(m_columns.count());
+        for (int c = 0; c < m_columns.count(); ++c)
             row.append(query.value(c));
         rows.append(row);
     }
     if (query.lastError().isValid())
         return query.lastError();
-    if (const int key = record.indexOf(m_key); key >= 0 && !rows.isEmpty()) {
-        const auto literal = [&](int column) {
-            QSqlField field(record.fieldName(column), record.field(column).metaType());
-            field.setValue(rows.last().at(column));
-            return m_database.driver()->formatValue(field);
-        };
-        PageStart next{0, literal(key), m_orderColumn >= 0 ? literal(m_orderColumn) : QString()};
-        if (!rows.last().at(key).isNull())
-            m_lastRows.insert(number, next);
-    }
-    if (columns)
-        *columns = record;
+    rememberEnd(number, rows);
     return {};
+}
+
+// Where the page after `number` starts: after its last row's key (and
+// value in the ordering column).
+void LogRowsModel::rememberEnd(qint64 number, const Page &rows) const
+{
+    const int key = m_columns.indexOf(m_shown.key);
+    if (key < 0 || rows.isEmpty() || rows.last().at(key).isNull())
+        return;
+    const auto literal = [&](int column) {
+        QSqlField field(m_columns.fieldName(column), m_columns.field(column).metaType());
+        field.setValue(rows.last().at(column));
+        return m_shown.database.driver()->formatValue(field);
+    };
+    m_lastRows.insert(number,
+                      {0, literal(key),
+                       m_shown.orderColumn >= 0 ? literal(m_shown.orderColumn) : QString()});
 }
 
 } // namespace quarry::viewer

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "BackgroundQuery.h"
 #include "LogSelect.h"
 
 #include <QAbstractTableModel>
@@ -12,14 +13,23 @@
 
 namespace quarry::viewer {
 
+class StationDatabase;
+
 // The rows of a log's statement for a view, read a page at a time as the
-// view shows them and kept for a few pages only: a log of a million rows
-// opens with its count and its first page, on any engine (the MySQL client
-// would otherwise hold the whole result before showing a row). The rows are
-// in the order of a key column, or sorted by a column and then the key, by
-// the database. A page that follows one already read starts after that
-// page's last row; a jump (the scroll bar dragged) starts from an offset,
-// which the server walks.
+// view shows them and kept for a few pages only: a log of ten million rows
+// opens as fast as one of a thousand, on any engine (the MySQL client would
+// otherwise hold the whole result before showing a row). The rows are in
+// the order of a key column, or sorted by a column and then the key, by the
+// database. A page that follows one already read starts after that page's
+// last row; a jump (the scroll bar dragged) starts from an offset, which
+// the server walks.
+//
+// A new statement or order is read in the background, on a connection of
+// the model's own, while the rows before it stay on view: its first page
+// replaces them (rowsShown), and then its rows are counted (counted); until
+// the count is in, the view fetches more rows a page at a time. The pages
+// after the first are read on the station's connection, as the view asks
+// for them.
 class LogRowsModel : public QAbstractTableModel
 {
     Q_OBJECT
@@ -27,14 +37,18 @@ class LogRowsModel : public QAbstractTableModel
 public:
     explicit LogRowsModel(int pageRows = 1000, QObject *parent = nullptr);
 
-    // Counts the rows of select and reads its first page, ordered by key
-    // (a column of the select with one value per row). Holds on to the
-    // connection until clear(). On a fault the model is empty and the
-    // fault is returned.
-    QSqlError setQuery(const QSqlDatabase &database, const QString &select, const QString &key,
-                       Paging paging);
-    // Forgets the result and lets go of the connection.
+    // Starts reading the rows of select on the station, ordered by key (a
+    // column of the select with one value per row). Holds on to the
+    // station's connection until clear().
+    void setQuery(const StationDatabase &station, const QString &select, const QString &key);
+    // Stops the reading in the background (cancelled() tells); "" when it
+    // could be stopped, else why not.
+    QString cancel();
+    // Forgets the rows and what is being read, and lets go of the connection.
     void clear();
+    // Whether a statement or order is being read, or the rows counted.
+    bool isBusy() const { return m_reading != Reading::Nothing; }
+    bool isCounted() const { return m_counted; }
     // The statement whose rows are shown, in their order.
     QString statement() const;
     // The fault of the last read; no error while every read worked.
@@ -45,34 +59,58 @@ public:
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
     QVariant headerData(int section, Qt::Orientation orientation,
                         int role = Qt::DisplayRole) const override;
-    // Reads the rows again in the order of column (then the key); a fault
-    // is told by readFailed.
+    bool canFetchMore(const QModelIndex &parent) const override;
+    void fetchMore(const QModelIndex &parent) override;
+    // Reads the rows again in the order of column (then the key).
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
 
 Q_SIGNALS:
-    // A page after the first could not be read (the server went away, say):
-    // its rows show empty and nothing more is read. Sent once, after the
-    // call that asked for the rows has returned.
-    void readFailed(const QSqlError &error);
+    // The first page of a new statement or order is on view.
+    void rowsShown();
+    void counted();
+    // Reading failed: a statement or order (the rows before it stay), or a
+    // page of the rows on view (its rows show empty and nothing more is
+    // read; sent after the call that asked for the rows has returned).
+    void failed(const QSqlError &error);
+    // The reading in the background stopped when asked.
+    void cancelled();
 
 private:
     using Page = QList<QVariantList>;
 
+    // What is asked of the database.
+    struct Statement
+    {
+        QSqlDatabase database;
+        QString select;
+        QString key;
+        Paging paging = Paging::LimitOffset;
+        RowOrder order;
+        int orderColumn = -1; // in the columns; -1 for the key alone
+    };
+    enum class Reading { Nothing, FirstPage, Count };
+
+    void readFirstPage(const Statement &statement, bool reordered);
+    void backgroundFinished(const QueryResult &result);
+    void showFirstPage(const QueryResult &result);
+    void showCount(qint64 rows);
     const Page *page(qint64 number) const;
-    QSqlError readPage(qint64 number, Page &rows, QSqlRecord *columns = nullptr) const;
-    QSqlError readFirstPage(QSqlRecord *columns = nullptr);
-    void reset();
+    QSqlError readPage(qint64 number, Page &rows) const;
+    void rememberEnd(qint64 number, const Page &rows) const;
     void tellFailure() const;
 
     const int m_pageRowsWanted;
-    QSqlDatabase m_database;
-    QString m_select;
-    QString m_key;
-    RowOrder m_order;
-    int m_orderColumn = -1; // in m_columns; -1 for the key alone
-    Paging m_paging = Paging::LimitOffset;
+    BackgroundQuery m_background;
+    Reading m_reading = Reading::Nothing;
+    Statement m_asked; // being read in the background
+    Statement m_shown;
     QSqlRecord m_columns;
     qint64 m_rowCount = 0;
+    bool m_counted = false;
+    bool m_reordering = false; // the statement asked for is the one shown
+    // While the model tells of a change: a view's fetchMore() then waits
+    // (the rows it would add would be told of inside that change).
+    bool m_changing = false;
     qint64 m_pageRows = 1;
     // Read on demand from const data(), as QSqlQueryModel fetches.
     mutable QHash<qint64, Page> m_pages;

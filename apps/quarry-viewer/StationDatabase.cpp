@@ -46,14 +46,24 @@ QString StationDatabase::open()
     readSettings();
     if (const QString missing = findStation(); !missing.isEmpty())
         return missing;
-    m_config->prepareConnection(*m_db);
-    m_db->open(u"Server="_s + m_config->SERVER + u";Database="_s + m_config->SEALBASE, u"BISOL"_s,
-               u"KORMANTE"_s, true);
-    if (!m_db->failed())
-        return {};
-    // The connection's text names the file or the server and database, and
-    // says why in Chinese.
-    return u"无法打开验印数据库：%1"_s.arg(m_db->errorText());
+    return opener()(*m_db);
+}
+
+BackgroundQuery::Opener StationDatabase::opener() const
+{
+    return [type = m_config->BASEMODE, folder = QFileInfo(m_config->IniPath).absolutePath(),
+            driver = m_config->ODBCDRIVER,
+            server = u"Server="_s + m_config->SERVER + u";Database="_s
+                + m_config->SEALBASE](DbConnection &connection) {
+        connection.setDatabaseType(type);
+        connection.setFileFolder(folder);
+        connection.setOdbcDriver(driver);
+        connection.open(server, u"BISOL"_s, u"KORMANTE"_s, true);
+        // The connection's text names the file or the server and database,
+        // and says why in Chinese.
+        return connection.failed() ? u"无法打开验印数据库：%1"_s.arg(connection.errorText())
+                                   : QString();
+    };
 }
 
 QString StationDatabase::findStation() const

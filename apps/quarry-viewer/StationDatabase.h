@@ -3,6 +3,7 @@
 #include "LogEntry.h"
 #include "LogReport.h"
 #include "LogSelect.h"
+#include "BackgroundQuery.h"
 
 #include <QSqlDatabase>
 #include <QString>
@@ -37,6 +38,10 @@ public:
     // Drops the connection; run no query on it after this.
     void close();
     QSqlDatabase database() const;
+    // Opens another connection as open() opens this one, with the settings
+    // of the last open(): a copy of them, so that the thread where that
+    // connection belongs may call it. "" when it opened, else why not.
+    BackgroundQuery::Opener opener() const;
 
     // Reads the codes and descriptions of a list with a SELECT; "" when it
     // worked, else the fault.

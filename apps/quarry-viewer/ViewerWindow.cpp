@@ -29,6 +29,7 @@
 #include <QPlainTextEdit>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
+#include <QProgressBar>
 #include <QProgressDialog>
 #include <QPushButton>
 #include <QSaveFile>
@@ -83,8 +84,12 @@ ViewerWindow::ViewerWindow(const LogCatalogue &catalogue, QWidget *parent)
     splitter->addWidget(makeResultPane());
     splitter->setStretchFactor(1, 1);
     setCentralWidget(splitter);
-    connect(m_model, &LogRowsModel::readFailed, this,
-            [this](const QSqlError &error) { queryFailed(u"读取结果失败"_s, error); });
+    connect(m_model, &LogRowsModel::rowsShown, this, &ViewerWindow::rowsShown);
+    connect(m_model, &LogRowsModel::counted, this, &ViewerWindow::showCount);
+    connect(m_model, &LogRowsModel::cancelled, this, &ViewerWindow::readingStopped);
+    connect(m_model, &LogRowsModel::failed, this, [this](const QSqlError &error) {
+        queryFailed(u"在%1上查询失败"_s.arg(m_database.describe()), error);
+    });
     resize(1100, 700);
     // Without a station the catalogue beside its seal.ini is missing too:
     // the station is the one fault to tell.
@@ -135,6 +140,20 @@ QWidget *ViewerWindow::makeResultPane()
     m_resultLabel->setObjectName(u"resultLabel"_s);
     m_resultLabel->setWordWrap(true);
     bar->addWidget(m_resultLabel, 1);
+    m_progress = new QProgressBar(pane);
+    m_progress->setObjectName(u"queryProgress"_s);
+    m_progress->setRange(0, 0); // busy: a statement says nothing of its progress
+    m_progress->setMaximumWidth(120);
+    m_progress->hide();
+    bar->addWidget(m_progress);
+    m_cancelButton = new QPushButton(u"停止查询"_s, pane);
+    m_cancelButton->setObjectName(u"cancelQueryButton"_s);
+    m_cancelButton->hide();
+    bar->addWidget(m_cancelButton);
+    connect(m_cancelButton, &QPushButton::clicked, this, [this] {
+        if (const QString fault = m_model->cancel(); !fault.isEmpty())
+            this->fault(u"无法停止查询：%1"_s.arg(fault));
+    });
     auto *copy = new QPushButton(u"复制 SQL"_s, pane);
     copy->setObjectName(u"copySqlButton"_s);
     bar->addWidget(copy);
@@ -179,7 +198,7 @@ QWidget *ViewerWindow::makeResultPane()
     // A click on a column's title sorts on the database (see LogRowsModel).
     m_table->setSortingEnabled(true);
     connect(m_table->horizontalHeader(), &QHeaderView::sortIndicatorChanged, this,
-            &ViewerWindow::showSortedStatement);
+            &ViewerWindow::showBusy);
     addCopyActions();
     m_chart = new PassRateChart(results);
     m_chart->setObjectName(u"passRateChart"_s);
@@ -220,7 +239,6 @@ void ViewerWindow::runLog(int index)
         return;
     }
     statusBar()->clearMessage();
-    m_condition = condition;
     const QString select = logSelect(entry, condition);
     if (entry.result == LogEntry::Result::Select && m_database.isEmbedded()) {
         clearResult(u"%1：未执行。"_s.arg(entry.title));
@@ -229,7 +247,11 @@ void ViewerWindow::runLog(int index)
         m_noticeLabel->show();
         return;
     }
-    runSelect(entry, select);
+    m_asked = Asked{entry, condition, select, {}};
+    m_asked->timer.start();
+    m_model->setQuery(m_database, select, entry.key);
+    statusBar()->showMessage(u"正在查询%1…"_s.arg(entry.title));
+    showBusy();
 }
 
 bool ViewerWindow::readCodeLists(LogEntry &entry)
@@ -243,28 +265,28 @@ bool ViewerWindow::readCodeLists(LogEntry &entry)
     return true;
 }
 
-void ViewerWindow::runSelect(const LogEntry &entry, const QString &select)
+void ViewerWindow::rowsShown()
 {
-    clearResult(u"%1：查询未完成。"_s.arg(entry.title));
-    m_sqlText->setPlainText(select);
-    m_rows->setEntry(entry);
-    QElapsedTimer timer;
-    timer.start();
-    const QSqlError error
-        = m_model->setQuery(m_database.database(), select, entry.key, m_database.paging());
-    if (error.isValid()) {
-        queryFailed(u"在%1上查询失败"_s.arg(m_database.describe()), error);
+    if (!m_asked) { // another order of the rows on screen
+        m_sqlText->setPlainText(m_model->statement());
+        showBusy();
         return;
     }
-    showRows(entry, timer.elapsed());
+    const Asked asked = *std::exchange(m_asked, std::nullopt);
+    statusBar()->clearMessage();
+    m_condition = asked.condition;
+    m_shownMs = asked.timer.elapsed();
+    showRows(asked.entry, asked.select);
 }
 
-void ViewerWindow::showRows(const LogEntry &entry, qint64 milliseconds)
+void ViewerWindow::showRows(const LogEntry &entry, const QString &select)
 {
+    m_rows->setEntry(entry);
+    m_sqlText->setPlainText(select);
     m_shownTitle = entry.title;
-    m_resultLabel->setText(u"%1（%2）　%3　共 %4 行，用时 %5 毫秒，%6 查询"_s.arg(
-        entry.title, entry.logType, m_database.describe(), QString::number(m_model->rowCount()),
-        QString::number(milliseconds), QTime::currentTime().toString(u"HH:mm:ss"_s)));
+    m_shownHead = u"%1（%2）　%3"_s.arg(entry.title, entry.logType, m_database.describe());
+    m_shownAt = QTime::currentTime().toString(u"HH:mm:ss"_s);
+    showCount();
     setWindowTitle(u"%1 — %2 — %3"_s.arg(entry.title, AppTitle, m_database.describe()));
     for (int c = 0; c < m_rows->columnCount(); ++c) {
         const QString name = m_model->headerData(c, Qt::Horizontal).toString().toUpper();
@@ -282,11 +304,48 @@ void ViewerWindow::showRows(const LogEntry &entry, qint64 milliseconds)
     }
 }
 
+// The first rows are on screen at once; their count follows.
+void ViewerWindow::showCount()
+{
+    const QString rows = m_model->isCounted()
+        ? u"共 %1 行"_s.arg(m_model->rowCount())
+        : u"已读 %1 行，%2"_s.arg(m_model->rowCount())
+              .arg(m_model->isBusy() ? u"正在计数…"_s : u"未计数"_s);
+    m_resultLabel->setText(u"%1　%2，用时 %3 毫秒，%4 查询"_s.arg(m_shownHead, rows,
+                                                                  QString::number(m_shownMs),
+                                                                  m_shownAt));
+    if (m_model->isCounted() && m_chart->isVisible())
+        m_chart->showRates(*m_model);
+    showBusy();
+}
+
+// The rows on screen stay as they were, uncounted if the count stopped.
+void ViewerWindow::readingStopped()
+{
+    if (m_asked) {
+        const QString title = m_asked->entry.title;
+        m_asked.reset();
+        statusBar()->showMessage(u"已停止%1的查询：下面仍是原来的结果。"_s.arg(title));
+    } else if (!m_shownTitle.isEmpty()) {
+        statusBar()->showMessage(u"已停止查询。"_s);
+        showCount();
+    }
+    showBusy();
+}
+
+void ViewerWindow::showBusy()
+{
+    m_progress->setVisible(m_model->isBusy());
+    m_cancelButton->setVisible(m_model->isBusy());
+}
+
 // The connection is dropped as well: after a lost server the next query
 // connects anew.
 void ViewerWindow::queryFailed(const QString &what, const QSqlError &error)
 {
-    const QString title = m_shownTitle;
+    const QString title = m_asked ? m_asked->entry.title : m_shownTitle;
+    m_asked.reset();
+    statusBar()->clearMessage();
     clearResult(title.isEmpty() ? m_resultLabel->text() : u"%1：查询未完成。"_s.arg(title));
     m_database.close();
     const QString text = error.databaseText().isEmpty() ? error.text() : error.databaseText();
@@ -315,14 +374,13 @@ void ViewerWindow::clearResult(const QString &label)
     setWindowTitle(u"%1 — %2"_s.arg(AppTitle, m_database.describe()));
     m_chart->hide();
     m_exportPngButton->hide();
+    showBusy();
 }
 
 bool ViewerWindow::exportCsv(const QString &path)
 {
-    if (m_shownTitle.isEmpty()) {
-        statusBar()->showMessage(u"没有可导出的结果：请先查询。"_s);
+    if (!hasRows())
         return false;
-    }
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly)) {
         fault(u"无法写入 %1：%2"_s.arg(path, file.errorString()));
@@ -333,15 +391,24 @@ bool ViewerWindow::exportCsv(const QString &path)
     for (int c = 0; c < m_rows->columnCount(); ++c)
         header.append(m_rows->headerData(c, Qt::Horizontal).toString());
     csv.writeRow(header);
+    QProgressDialog progress(this);
+    const auto goOn = exportProgress(progress, m_rows->rowCount());
+    bool stopped = false;
     for (int row = 0; row < m_rows->rowCount() && !m_model->lastError().isValid(); ++row) {
+        if (row % 1000 == 0 && !goOn(row)) {
+            stopped = true;
+            break;
+        }
         QStringList fields;
         for (int c = 0; c < m_rows->columnCount(); ++c)
             fields.append(m_rows->index(row, c).data().toString());
         csv.writeRow(fields);
     }
-    // A page that could not be read leaves no half file behind.
-    if (m_model->lastError().isValid()) {
+    // A page that could not be read, or a stop, leaves no half file behind.
+    if (stopped || m_model->lastError().isValid()) {
         file.cancelWriting();
+        if (stopped)
+            statusBar()->showMessage(u"已取消导出，未写入 %1。"_s.arg(path));
         return false;
     }
     if (!csv.ok() || !file.commit()) {
@@ -395,10 +462,24 @@ QString ViewerWindow::chooseFile(const QString &caption, const QString &suffix,
 
 bool ViewerWindow::hasRows()
 {
-    if (!m_shownTitle.isEmpty())
-        return true;
-    statusBar()->showMessage(u"没有可导出的结果：请先查询。"_s);
-    return false;
+    if (m_shownTitle.isEmpty())
+        statusBar()->showMessage(u"没有可导出的结果：请先查询。"_s);
+    else if (!m_model->isCounted())
+        statusBar()->showMessage(u"结果还在计数，请计数完成后再导出。"_s);
+    return !m_shownTitle.isEmpty() && m_model->isCounted();
+}
+
+std::function<bool(qint64)> ViewerWindow::exportProgress(QProgressDialog &dialog, qint64 rows)
+{
+    dialog.setLabelText(u"正在导出 %1 行…"_s.arg(rows));
+    dialog.setCancelButtonText(u"取消"_s);
+    dialog.setRange(0, int(rows));
+    dialog.setWindowModality(Qt::WindowModal);
+    dialog.setMinimumDuration(500);
+    return [&dialog](qint64 done) {
+        dialog.setValue(int(done));
+        return !dialog.wasCanceled();
+    };
 }
 
 ExportHeading ViewerWindow::heading() const
@@ -418,14 +499,9 @@ bool ViewerWindow::exportXlsx(const QString &path)
 {
     if (!hasRows())
         return false;
-    QProgressDialog progress(u"正在导出 %1 行…"_s.arg(m_rows->rowCount()), u"取消"_s, 0,
-                             m_rows->rowCount(), this);
-    progress.setWindowModality(Qt::WindowModal);
-    progress.setMinimumDuration(500);
-    const QString failed = writeXlsx(path, *m_rows, heading(), [&progress](qint64 rows) {
-        progress.setValue(int(rows));
-        return !progress.wasCanceled();
-    });
+    QProgressDialog progress(this);
+    const QString failed
+        = writeXlsx(path, *m_rows, heading(), exportProgress(progress, m_rows->rowCount()));
     if (!failed.isEmpty()) {
         statusBar()->showMessage(failed);
         return false;
@@ -475,12 +551,6 @@ void ViewerWindow::addCopyActions()
     copy->setShortcutContext(Qt::WidgetShortcut);
     add(u"复制（含标题）"_s, true);
     m_table->setContextMenuPolicy(Qt::ActionsContextMenu);
-}
-
-void ViewerWindow::showSortedStatement()
-{
-    if (!m_shownTitle.isEmpty() && m_table->horizontalHeader()->sortIndicatorSection() >= 0)
-        m_sqlText->setPlainText(m_model->statement());
 }
 
 } // namespace quarry::viewer

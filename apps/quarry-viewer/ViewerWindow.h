@@ -4,11 +4,16 @@
 #include "StationDatabase.h"
 #include "XlsxExport.h"
 
+#include <QElapsedTimer>
 #include <QMainWindow>
+
+#include <optional>
 
 class QLabel;
 class QListWidget;
 class QPlainTextEdit;
+class QProgressDialog;
+class QProgressBar;
 class QPushButton;
 class QSqlError;
 class QTableView;
@@ -22,10 +27,13 @@ class PassRateChart;
 // The logs of the station in a list; choosing one asks the operator for the
 // condition through CQuarry's own dialog, runs the log's SELECT on the
 // station's seal database and shows the rows (read a page at a time as they
-// scroll into view). The labels above the rows always name the log, the
-// station, the count and the time of the rows on screen, and the statement
-// that ran; a cancelled dialog changes none of them. The seal result
-// statistics get a bar chart of the pass rates too.
+// scroll into view). The statement runs in the background, with a busy bar
+// and a button that stops it on the database: the rows on screen stay until
+// the new ones are read, and stay when the operator stops the reading. The
+// labels above the rows always name the log, the station, the count and the
+// time of the rows on screen, and the statement that ran; a cancelled
+// dialog changes none of them. The seal result statistics get a bar chart
+// of the pass rates too.
 //
 // A fault (no station, a database that cannot be opened or read, an error
 // of the component) is said once above the rows and appended to the
@@ -38,8 +46,8 @@ public:
     explicit ViewerWindow(const LogCatalogue &catalogue, QWidget *parent = nullptr);
     ~ViewerWindow() override;
 
-    // Asks for the condition of the catalogue's entry `index` and shows its
-    // rows; a cancelled dialog runs nothing.
+    // Asks for the condition of the catalogue's entry `index` and starts
+    // reading its rows; a cancelled dialog runs nothing.
     void runLog(int index);
     // Every row on screen as CSV, as the table labels it, hidden columns
     // included.
@@ -53,8 +61,11 @@ private:
     QWidget *makeLogPane();
     QWidget *makeResultPane();
     bool readCodeLists(LogEntry &entry);
-    void runSelect(const LogEntry &entry, const QString &select);
-    void showRows(const LogEntry &entry, qint64 milliseconds);
+    void rowsShown();
+    void showRows(const LogEntry &entry, const QString &select);
+    void showCount();
+    void readingStopped();
+    void showBusy();
     void queryFailed(const QString &what, const QSqlError &error);
     void fault(const QString &text);
     void clearResult(const QString &label);
@@ -63,20 +74,35 @@ private:
     // A file to write, in the folder of the last one; suffix is added to a
     // name without one.
     QString chooseFile(const QString &caption, const QString &suffix, const QString &filter);
-    // False, after saying so, when no rows are shown.
+    // False, after saying so, when no rows are shown or they are still
+    // being counted.
     bool hasRows();
+    // Shows the progress of writing `rows` rows; the callback says whether
+    // to go on.
+    std::function<bool(qint64)> exportProgress(QProgressDialog &dialog, qint64 rows);
     ExportHeading heading() const;
     LogReport report() const;
     void printPreview();
     void addCopyActions();
-    void showSortedStatement();
 
     QList<LogEntry> m_entries;
     StationDatabase m_database;
     LogRowsModel *m_model;
     LabelledRows *m_rows;
+    // A statement whose first rows are still to come.
+    struct Asked
+    {
+        LogEntry entry;
+        QString condition;
+        QString select;
+        QElapsedTimer timer;
+    };
+    std::optional<Asked> m_asked;
     QString m_shownTitle; // the log of the rows on screen, "" when none
     QString m_condition;  // and its condition
+    QString m_shownHead;  // the log and station of the rows on screen
+    qint64 m_shownMs = 0; // how long their first rows took
+    QString m_shownAt;    // and when they came
     QString m_lastFolder; // of the last file written
     QListWidget *m_logList = nullptr;
     QLabel *m_errorLabel = nullptr;
@@ -84,6 +110,8 @@ private:
     QLabel *m_resultLabel = nullptr;
     QPlainTextEdit *m_sqlText = nullptr;
     QTableView *m_table = nullptr;
+    QProgressBar *m_progress = nullptr;
+    QPushButton *m_cancelButton = nullptr;
     PassRateChart *m_chart = nullptr;
     QPushButton *m_exportPngButton = nullptr;
 };

@@ -16,6 +16,7 @@
 #include "ConditionRequest.h"
 #include "LogCatalogue.h"
 #include "LogRowsModel.h"
+#include "ReadRows.h"
 #include "LogSelect.h"
 #include "StationDatabase.h"
 
@@ -231,10 +232,8 @@ QList<Row> TestConditionRows::viewed(StationDatabase &database, const LogEntry &
     if (*error = database.open(); !error->isEmpty())
         return {};
     LogRowsModel model(500);
-    if (const QSqlError fault = model.setQuery(database.database(), sql, entry.key, database.paging()); fault.isValid()) {
-        *error = fault.text();
+    if (*error = readRows(model, database, sql, entry.key); !error->isEmpty())
         return {};
-    }
     QList<Row> rows;
     for (int r = 0; r < model.rowCount(); ++r) {
         Row row;

@@ -1,0 +1,141 @@
+#include "BackgroundQuery.h"
+
+#include "platform/DbConnection.h"
+
+#include <QSqlQuery>
+
+using namespace Qt::StringLiterals;
+
+namespace quarry::viewer {
+
+// The connection and the interrupt that watches it.
+struct BackgroundQuery::Connection
+{
+    std::unique_ptr<DbConnection> database;
+    std::shared_ptr<QueryInterrupt> interrupt;
+};
+
+BackgroundQuery::BackgroundQuery(QObject *parent)
+    : QObject(parent)
+    , m_onThread(new QObject)
+    , m_connection(std::make_unique<Connection>())
+{
+    m_thread.setObjectName(u"quarry-query"_s);
+    m_onThread->moveToThread(&m_thread);
+    m_thread.start();
+}
+
+BackgroundQuery::~BackgroundQuery()
+{
+    stopRunning();
+    // The connection belongs to the thread: it is closed there.
+    QMetaObject::invokeMethod(
+        m_onThread, [this] { *m_connection = {}; }, Qt::BlockingQueuedConnection);
+    m_thread.quit();
+    m_thread.wait();
+    delete m_onThread;
+}
+
+void BackgroundQuery::setOpener(Opener opener)
+{
+    stopRunning();
+    ++m_ticket;
+    m_opener = std::move(opener);
+    m_interrupt = std::make_shared<QueryInterrupt>();
+    m_killer.reset();
+}
+
+void BackgroundQuery::run(const QString &select, int maxRows)
+{
+    stopRunning();
+    const quint64 ticket = ++m_ticket;
+    m_running = ticket;
+    QMetaObject::invokeMethod(
+        m_onThread, [this, interrupt = m_interrupt, opener = m_opener, select, maxRows, ticket] {
+            QueryResult result = read(interrupt, opener, select, maxRows, ticket);
+            QMetaObject::invokeMethod(
+                this,
+                [this, ticket, result = std::move(result)] {
+                    // A statement asked for later has taken this one's place.
+                    if (ticket != m_ticket)
+                        return;
+                    m_running = 0;
+                    Q_EMIT finished(result);
+                },
+                Qt::QueuedConnection);
+        });
+}
+
+QString BackgroundQuery::cancel()
+{
+    return m_running ? interrupt(m_running) : QString();
+}
+
+void BackgroundQuery::stopRunning()
+{
+    if (m_running)
+        interrupt(m_running);
+    m_running = 0;
+}
+
+QString BackgroundQuery::interrupt(quint64 ticket)
+{
+    if (!m_killer && m_interrupt->needsKiller()) {
+        auto killer = std::make_unique<DbConnection>();
+        if (QString fault = m_opener(*killer); !fault.isEmpty())
+            return fault;
+        m_killer = std::move(killer);
+    }
+    const QString fault
+        = m_interrupt->interrupt(ticket, m_killer ? m_killer->database() : QSqlDatabase());
+    // A killer that lost its server is opened anew next time.
+    if (!fault.isEmpty())
+        m_killer.reset();
+    return fault;
+}
+
+// On the thread.
+QueryResult BackgroundQuery::read(const std::shared_ptr<QueryInterrupt> &interrupt,
+                                  const Opener &opener, const QString &select, int maxRows,
+                                  quint64 ticket)
+{
+    QueryResult result;
+    if (m_connection->interrupt != interrupt) {
+        *m_connection = {std::make_unique<DbConnection>(), interrupt};
+        if (const QString fault = opener(*m_connection->database); !fault.isEmpty()) {
+            *m_connection = {};
+            result.error = QSqlError(fault, QString(), QSqlError::ConnectionError);
+            return result;
+        }
+        interrupt->watch(m_connection->database->database());
+    }
+    const QSqlDatabase database = m_connection->database->database();
+    QSqlQuery query(database);
+    query.setForwardOnly(true);
+    // ODBC's statement handle, which its cancel needs, comes with prepare().
+    const bool prepared = database.driverName() == "QODBC"_L1;
+    if (prepared && !query.prepare(select)) {
+        result.error = query.lastError();
+        return result;
+    }
+    if (!interrupt->started(query, ticket)) {
+        result.cancelled = true;
+        return result;
+    }
+    if (prepared ? query.exec() : query.exec(select)) {
+        result.columns = query.record();
+        while ((maxRows < 0 || result.rows.size() < maxRows) && query.next()) {
+            QVariantList row;
+            row.reserve(result.columns.count());
+            for (int c = 0; c < result.columns.count(); ++c)
+                row.append(query.value(c));
+            result.rows.append(row);
+        }
+    }
+    result.error = query.lastError();
+    interrupt->finished();
+    result.cancelled = interrupt->isStopped(ticket);
+    return result;
+}
+
+} // namespace quarry::viewer

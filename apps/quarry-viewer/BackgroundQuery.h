@@ -1,0 +1,80 @@
+#pragma once
+
+#include "QueryInterrupt.h"
+
+#include <QList>
+#include <QObject>
+#include <QSqlError>
+#include <QSqlRecord>
+#include <QThread>
+#include <QVariant>
+
+#include <functional>
+#include <memory>
+
+namespace quarry {
+class DbConnection;
+}
+
+namespace quarry::viewer {
+
+// What a statement run in the background gave.
+struct QueryResult
+{
+    QSqlRecord columns;
+    QList<QVariantList> rows;
+    QSqlError error;        // a connection that could not be opened too
+    bool cancelled = false; // stopped before it ended: the rest means nothing
+};
+
+// Runs statements one at a time on a thread and a connection of its own,
+// so that the window stays usable while the database works, and stops them
+// on the database when asked.
+class BackgroundQuery : public QObject
+{
+    Q_OBJECT
+
+public:
+    // Opens a connection to the station's database on the calling thread;
+    // "" when it opened, else why not.
+    using Opener = std::function<QString(DbConnection &)>;
+
+    explicit BackgroundQuery(QObject *parent = nullptr);
+    // Stops the running statement and waits for the thread.
+    ~BackgroundQuery() override;
+
+    // The statements from now on run on a connection that opener opens (on
+    // the thread); the one running is stopped and tells nothing.
+    void setOpener(Opener opener);
+    // Runs select and keeps at most maxRows of its rows (all for -1);
+    // finished() tells. A statement still running is stopped and tells
+    // nothing.
+    void run(const QString &select, int maxRows);
+    // Stops the running statement, which then tells finished() with
+    // cancelled set; "" when it could be told to stop, else why not.
+    QString cancel();
+    bool isRunning() const { return m_running != 0; }
+
+Q_SIGNALS:
+    void finished(const quarry::viewer::QueryResult &result);
+
+private:
+    struct Connection;
+
+    QueryResult read(const std::shared_ptr<QueryInterrupt> &interrupt, const Opener &opener,
+                     const QString &select, int maxRows, quint64 ticket);
+    QString interrupt(quint64 ticket);
+    void stopRunning();
+
+    QThread m_thread;
+    QObject *m_onThread;                      // the context of the calls that run there
+    std::unique_ptr<Connection> m_connection; // used on the thread alone
+    Opener m_opener;
+    std::shared_ptr<QueryInterrupt> m_interrupt;
+    // MySQL's second connection, to kill a statement: on this thread.
+    std::unique_ptr<DbConnection> m_killer;
+    quint64 m_ticket = 0;  // of the last statement asked for
+    quint64 m_running = 0; // its ticket until it has told
+};
+
+} // namespace quarry::viewer

@@ -1,0 +1,93 @@
+#include "QueryInterrupt.h"
+
+#include <QSqlDatabase>
+#include <QSqlDriver>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QSqlResult>
+
+#include <sql.h>
+#include <sqlite3.h>
+
+using namespace Qt::StringLiterals;
+
+namespace quarry::viewer {
+
+namespace {
+
+// The driver's handle as the pointer it holds.
+void *pointer(const QVariant &handle)
+{
+    return handle.isValid() ? *static_cast<void *const *>(handle.constData()) : nullptr;
+}
+
+} // namespace
+
+void QueryInterrupt::watch(const QSqlDatabase &database)
+{
+    void *sqlite = nullptr;
+    qint64 mySqlThread = 0;
+    m_odbc = database.driverName() == "QODBC"_L1;
+    if (database.driver()->dbmsType() == QSqlDriver::SQLite) {
+        sqlite = pointer(database.driver()->handle());
+    } else if (!m_odbc && database.driver()->dbmsType() == QSqlDriver::MySqlServer) {
+        QSqlQuery id(database);
+        if (id.exec(u"SELECT CONNECTION_ID()"_s) && id.next())
+            mySqlThread = id.value(0).toLongLong();
+    }
+    std::lock_guard lock(m_mutex);
+    m_sqlite = sqlite;
+    m_mySqlThread = mySqlThread;
+}
+
+bool QueryInterrupt::started(const QSqlQuery &query, quint64 ticket)
+{
+    // The ODBC driver's result handle is the statement's.
+    void *statement = m_odbc ? pointer(query.result()->handle()) : nullptr;
+    std::lock_guard lock(m_mutex);
+    if (ticket <= m_stoppedUpTo)
+        return false;
+    m_running = ticket;
+    m_odbcStatement = statement;
+    return true;
+}
+
+void QueryInterrupt::finished()
+{
+    std::lock_guard lock(m_mutex);
+    m_running = 0;
+    m_odbcStatement = nullptr;
+}
+
+bool QueryInterrupt::isStopped(quint64 ticket)
+{
+    std::lock_guard lock(m_mutex);
+    return ticket <= m_stoppedUpTo;
+}
+
+bool QueryInterrupt::needsKiller()
+{
+    std::lock_guard lock(m_mutex);
+    return m_mySqlThread != 0;
+}
+
+// Under the lock, so that nothing reaches a statement that started later.
+QString QueryInterrupt::interrupt(quint64 ticket, const QSqlDatabase &killer)
+{
+    std::lock_guard lock(m_mutex);
+    m_stoppedUpTo = std::max(m_stoppedUpTo, ticket);
+    if (m_running == 0 || m_running > ticket)
+        return {};
+    if (m_sqlite) {
+        sqlite3_interrupt(static_cast<sqlite3 *>(m_sqlite));
+    } else if (m_odbcStatement) {
+        SQLCancel(static_cast<SQLHSTMT>(m_odbcStatement));
+    } else if (m_mySqlThread != 0) {
+        QSqlQuery kill(killer);
+        if (!kill.exec(u"KILL QUERY %1"_s.arg(m_mySqlThread)))
+            return kill.lastError().text();
+    }
+    return {};
+}
+
+} // namespace quarry::viewer

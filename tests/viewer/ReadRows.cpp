@@ -1,0 +1,25 @@
+#include "ReadRows.h"
+
+#include "LogRowsModel.h"
+
+#include <QSqlError>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace quarry::viewer {
+
+QString readRows(LogRowsModel &model, const StationDatabase &station, const QString &select,
+                 const QString &key)
+{
+    QString fault;
+    QObject context;
+    QObject::connect(&model, &LogRowsModel::failed, &context,
+                     [&fault](const QSqlError &error) { fault = error.text(); });
+    model.setQuery(station, select, key);
+    if (!QTest::qWaitFor([&model] { return !model.isBusy(); }, 120'000))
+        return u"still reading after two minutes"_s;
+    return fault;
+}
+
+} // namespace quarry::viewer
