@@ -7,7 +7,7 @@ namespace quarry::viewer {
 void LabelledRows::setEntry(const LogEntry &entry)
 {
     beginResetModel();
-    m_titles = entry.columnTitles;
+    m_entry = entry;
     m_codes.clear();
     for (const CodeListSource *list : {&entry.listA, &entry.listB}) {
         if (list->column.isEmpty())
@@ -39,7 +39,7 @@ QVariant LabelledRows::headerData(int section, Qt::Orientation orientation, int 
     const QString name = sourceName(section);
     if (role == Qt::ToolTipRole)
         return name;
-    return m_titles.value(name.toUpper(), name);
+    return m_entry.columnTitles.value(name.toUpper(), name);
 }
 
 QString LabelledRows::sourceName(int section) const

@@ -20,6 +20,7 @@ public:
     using QIdentityProxyModel::QIdentityProxyModel;
 
     void setEntry(const LogEntry &entry);
+    const LogEntry &entry() const { return m_entry; }
 
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
     QVariant headerData(int section, Qt::Orientation orientation,
@@ -28,7 +29,7 @@ public:
 private:
     QString sourceName(int section) const;
 
-    QHash<QString, QString> m_titles;
+    LogEntry m_entry;
     // Column name in upper case: code as text: description.
     QHash<QString, QHash<QString, QString>> m_codes;
 };

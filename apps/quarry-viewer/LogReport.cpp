@@ -5,6 +5,7 @@
 #include <QFontMetrics>
 #include <QPagedPaintDevice>
 #include <QPainter>
+#include <QStringList>
 #include <QWidget>
 
 #include <algorithm>
@@ -81,17 +82,32 @@ int LogReport::paintHead(QPainter &painter, const QRect &page, int number) const
                          .arg(number)
                          .arg(pageCount()));
     top += line;
-    if (number == 1) {
-        const QString condition = u"条件：%1"_s.arg(
-            m_heading.condition.isEmpty() ? u"无（全部记录）"_s : m_heading.condition);
-        const QRect bounds
-            = painter.boundingRect(QRect(page.left(), top, page.width(), page.height()),
-                                   Qt::TextWordWrap, condition);
-        painter.drawText(bounds, Qt::TextWordWrap, condition);
-        top = bounds.bottom() + 1;
-    }
+    if (number == 1)
+        top = paintCondition(painter, page, top);
     painter.drawLine(page.left(), top + line / 4, page.right(), top + line / 4);
     return top + line / 2;
+}
+
+int LogReport::paintCondition(QPainter &painter, const QRect &page, int top) const
+{
+    const QString label = u"条件："_s;
+    const int indent = painter.fontMetrics().horizontalAdvance(label);
+    painter.drawText(QRect(page.left(), top, indent, page.height()), Qt::AlignLeft, label);
+    QStringList paragraphs;
+    for (const QString &text : {m_heading.conditionWords, m_heading.condition.trimmed()}) {
+        if (!text.isEmpty() && !paragraphs.contains(text))
+            paragraphs.append(text);
+    }
+    if (paragraphs.isEmpty())
+        paragraphs.append(u"全部记录"_s);
+    for (const QString &text : std::as_const(paragraphs)) {
+        const QRect bounds = painter.boundingRect(QRect(page.left() + indent, top,
+                                                        page.width() - indent, page.height()),
+                                                  Qt::TextWordWrap, text);
+        painter.drawText(bounds, Qt::TextWordWrap, text);
+        top = bounds.bottom() + 1;
+    }
+    return top;
 }
 
 void LogReport::paintRows(QPainter &painter, const QRect &area, int firstRow) const

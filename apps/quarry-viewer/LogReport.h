@@ -23,9 +23,9 @@ struct PrintSettings
 
 // A log's rows as a printed report: on every page the log's title, the
 // station, the date printed and the page number; on the first the
-// condition; then the rows under the model's column titles, the station's
-// number of rows to a page. A picture (the statistics' chart) may follow
-// the rows on a page of its own.
+// condition in words and in SQL; then the rows under the model's column
+// titles, the station's number of rows to a page. A picture (the
+// statistics' chart) may follow the rows on a page of its own.
 class LogReport
 {
 public:
@@ -41,6 +41,9 @@ private:
     int rowPages() const;
     // The page's head; returns the top of what follows it.
     int paintHead(QPainter &painter, const QRect &page, int number) const;
+    // "条件：" with the condition in words and, under them, its SQL (once
+    // when the words are the SQL); returns the top of what follows.
+    int paintCondition(QPainter &painter, const QRect &page, int top) const;
     void paintRows(QPainter &painter, const QRect &area, int firstRow) const;
     QList<double> columnShares() const;
 

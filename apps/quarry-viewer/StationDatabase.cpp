@@ -2,6 +2,7 @@
 
 #include "MissingStation.h"
 #include "platform/DbConnection.h"
+#include "platform/SqlLiteral.h"
 
 #include <quarry/CSysCfg.h>
 
@@ -110,6 +111,11 @@ Paging StationDatabase::paging() const
     if (mode.startsWith(u"SYBASE"_s))
         return Paging::None;
     return Paging::LimitOffset;
+}
+
+SqlDialect StationDatabase::dialect() const
+{
+    return sqlDialect(m_config->BASEMODE);
 }
 
 bool StationDatabase::isEmbedded() const

@@ -13,6 +13,7 @@
 namespace quarry {
 class CSysCfg;
 class DbConnection;
+enum class SqlDialect;
 } // namespace quarry
 
 namespace quarry::viewer {
@@ -52,6 +53,8 @@ public:
     // The embedded database (BASEMODE ACCESS), where only the dialects'
     // common SQL runs.
     bool isEmbedded() const;
+    // The dialect CQuarry writes its conditions in on this station.
+    SqlDialect dialect() const;
     QString iniPath() const;
     // seal.ini [BANKPARAM] PRINTLINES and PRINTFONT.
     PrintSettings printSettings() const;

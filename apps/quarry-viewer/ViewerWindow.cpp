@@ -1,6 +1,7 @@
 #include "ViewerWindow.h"
 
 #include "ConditionRequest.h"
+#include "ConditionWords.h"
 #include "CsvWriter.h"
 #include "LabelledRows.h"
 #include "LogRowsModel.h"
@@ -484,7 +485,8 @@ std::function<bool(qint64)> ViewerWindow::exportProgress(QProgressDialog &dialog
 
 ExportHeading ViewerWindow::heading() const
 {
-    return {m_shownTitle, m_condition, m_database.describe(), m_sqlText->toPlainText()};
+    return {m_shownTitle, m_condition, m_database.describe(), m_sqlText->toPlainText(),
+            conditionWords(m_condition, m_rows->entry(), m_database.dialect())};
 }
 
 LogReport ViewerWindow::report() const

@@ -169,6 +169,7 @@ QString writeXlsx(const QString &path, const QAbstractItemModel &rows, const Exp
     const std::pair<QString, QString> lines[] = {
         {u"日志"_s, heading.log},
         {u"条件"_s, heading.condition},
+        {u"条件说明"_s, heading.conditionWords},
         {u"站点"_s, heading.station},
         {u"SQL"_s, heading.sql},
         {u"导出时间"_s, QDateTime::currentDateTime().toString(u"yyyy-MM-dd hh:mm:ss"_s)},

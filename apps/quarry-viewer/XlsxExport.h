@@ -16,6 +16,8 @@ struct ExportHeading
     QString condition;
     QString station;
     QString sql;
+    // The condition as an auditor reads it (conditionWords).
+    QString conditionWords = {};
 };
 
 // The most rows a sheet of Excel holds, its title row included.

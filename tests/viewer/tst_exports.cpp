@@ -92,12 +92,13 @@ private Q_SLOTS:
         QTemporaryDir dir;
         const QString path = dir.filePath(u"log.xlsx"_s);
         // Two rows to a sheet under its titles: the third continues on a second sheet.
-        QCOMPARE(writeXlsx(path, model, {u"业务日志"_s, u" where 1=1"_s, u"SEAL"_s, u"SELECT"_s}, {}, 3), QString());
+        QCOMPARE(writeXlsx(path, model, {u"业务日志"_s, u" where 1=1"_s, u"SEAL"_s, u"SELECT"_s, u"全部"_s}, {}, 3), QString());
 
         QVERIFY(member(path, u"xl/workbook.xml"_s).contains(u"<sheet name=\"说明\" sheetId=\"1\" r:id=\"rId1\"/><sheet name=\"数据\" sheetId=\"2\" r:id=\"rId2\"/><sheet name=\"数据2\""_s.toUtf8()));
         const QHash<QString, QString> about = cells(path, 1);
         QCOMPARE(about.value(u"B1"_s), u"text 业务日志"_s);
-        QCOMPARE(about.value(u"B6"_s), u"text 3"_s);
+        QCOMPARE(about.value(u"B3"_s), u"text 全部"_s);
+        QCOMPARE(about.value(u"B7"_s), u"text 3"_s);
         const QHash<QString, QString> first = cells(path, 2);
         QCOMPARE(first.value(u"A1"_s), u"text 帐号"_s);
         QCOMPARE(first.value(u"A2"_s), u"text 01234567890123456789"_s);
