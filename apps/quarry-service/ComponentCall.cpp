@@ -1,10 +1,13 @@
 #include "ComponentCall.h"
 
+#include "JsonInteger.h"
+
 #include <quarry/CQuarry.h>
 
 #include <QDBusArgument>
 #include <QDBusMetaType>
 #include <QDBusVariant>
+#include <QJsonArray>
 
 #include <algorithm>
 
@@ -61,6 +64,59 @@ QString unpairedList(const QList<ServiceContract::Argument> &arguments, const QV
     return {};
 }
 
+QJsonValue jsonOf(const QVariant &value, QMetaType type)
+{
+    if (type == QMetaType::fromType<QList<qint16>>()) {
+        QJsonArray codes;
+        for (const qint16 code : value.value<QList<qint16>>())
+            codes.append(code);
+        return codes;
+    }
+    // showComplexEx's last three, which CQuarry does not use, go as null.
+    if (type == QMetaType::fromType<QVariant>())
+        return {};
+    return QJsonValue::fromVariant(value);
+}
+
+template<typename Item, typename Read>
+std::optional<QVariant> listOf(const QJsonValue &value, Read read)
+{
+    if (!value.isArray())
+        return std::nullopt;
+    QList<Item> items;
+    for (const QJsonValue &entry : value.toArray()) {
+        const std::optional<Item> item = read(entry);
+        if (!item)
+            return std::nullopt;
+        items.append(*item);
+    }
+    return QVariant::fromValue(items);
+}
+
+std::optional<QString> stringOf(const QJsonValue &value)
+{
+    if (!value.isString())
+        return std::nullopt;
+    return value.toString();
+}
+
+std::optional<QVariant> valueOf(const QJsonValue &value, QMetaType type)
+{
+    if (type == QMetaType::fromType<qint32>())
+        return jsonInteger<qint32>(value);
+    if (type == QMetaType::fromType<QList<qint16>>())
+        return listOf<qint16>(value, &jsonInteger<qint16>);
+    if (type == QMetaType::fromType<QString>())
+        return stringOf(value);
+    if (type == QMetaType::fromType<QStringList>())
+        return listOf<QString>(value, &stringOf);
+    if (type == QMetaType::fromType<bool>() && value.isBool())
+        return value.toBool();
+    if (type == QMetaType::fromType<QVariant>() && value.isNull())
+        return QVariant();
+    return std::nullopt;
+}
+
 } // namespace
 
 ComponentCall::ComponentCall(QMetaMethod method, QVariantList values)
@@ -83,6 +139,37 @@ std::optional<ComponentCall> ComponentCall::make(const QString &member,
     *error = unpairedList(arguments, values);
     if (!error->isEmpty())
         return std::nullopt;
+    return ComponentCall(method, std::move(values));
+}
+
+QJsonObject ComponentCall::toJson() const
+{
+    QJsonArray arguments;
+    for (int i = 0; i < m_values.size(); ++i)
+        arguments.append(jsonOf(m_values[i], m_method.parameterMetaType(i)));
+    return {{"member"_L1, QString::fromLatin1(m_method.name())}, {"arguments"_L1, arguments}};
+}
+
+std::optional<ComponentCall> ComponentCall::fromJson(const QJsonObject &object, QString *error)
+{
+    const QString member = object["member"_L1].toString();
+    const QJsonArray arguments = object["arguments"_L1].toArray();
+    const QMetaMethod method = componentMember(member, arguments.size());
+    if (!method.isValid()) {
+        *error
+            = u"CQuarry has no member \"%1\" of %2 arguments"_s.arg(member).arg(arguments.size());
+        return std::nullopt;
+    }
+    QVariantList values;
+    for (int i = 0; i < arguments.size(); ++i) {
+        const std::optional<QVariant> value = valueOf(arguments[i], method.parameterMetaType(i));
+        if (!value) {
+            *error = u"%1: argument %2 is not a %3"_s.arg(member).arg(i + 1).arg(
+                QLatin1StringView(method.parameterMetaType(i).name()));
+            return std::nullopt;
+        }
+        values.append(*value);
+    }
     return ComponentCall(method, std::move(values));
 }
 

@@ -2,6 +2,7 @@
 
 #include "ServiceContract.h"
 
+#include <QJsonObject>
 #include <QMetaMethod>
 #include <QVariantList>
 
@@ -15,6 +16,10 @@ namespace service {
 
 // A CQuarry operation with its arguments, as a bus call asks for it: the
 // member of the same name, its arguments converted from their D-Bus forms.
+// It travels to the process that shows its dialog as a JSON object,
+//   {"member": NAME, "arguments": [...]}
+// each argument in the JSON form of its parameter's type (a code array as
+// an array of numbers).
 class ComponentCall
 {
 public:
@@ -24,6 +29,11 @@ public:
     static std::optional<ComponentCall> make(const QString &member,
                                              const QList<ServiceContract::Argument> &arguments,
                                              QVariantList values, QString *error);
+
+    QJsonObject toJson() const;
+    // nullopt, with *error saying why, unless `object` names a member and
+    // holds exactly its arguments, each of its parameter's type.
+    static std::optional<ComponentCall> fromJson(const QJsonObject &object, QString *error);
 
     // Shows the operation's dialog; throws QuarryError.
     void invoke(CQuarry &quarry) const;
