@@ -60,7 +60,6 @@ bool OwnerlessDialogs::eventFilter(QObject *watched, QEvent *event)
     if (!dialog || !dialog->isWindow() || dialog->parentWidget())
         return false;
     ++m_shownCount;
-    m_lastShown = dialog;
     if (!m_hostWindow || !dialog->windowHandle())
         return false;
     dialog->windowHandle()->setTransientParent(m_hostWindow);

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <QDialog>
 #include <QObject>
-#include <QPointer>
 
 class QWindow;
 
@@ -24,8 +22,6 @@ public:
     void setHostWindow(QWindow *window) { m_hostWindow = window; }
     // How many have been shown so far.
     int shownCount() const { return m_shownCount; }
-    // The last one shown, while it exists.
-    QDialog *lastShown() const { return m_lastShown; }
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -33,7 +29,6 @@ protected:
 private:
     QWindow *m_hostWindow = nullptr;
     int m_shownCount = 0;
-    QPointer<QDialog> m_lastShown;
 };
 
 } // namespace quarry::apps

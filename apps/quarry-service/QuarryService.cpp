@@ -1,14 +1,15 @@
 #include "QuarryService.h"
 
-#include <quarry/CQuarry.h>
+#include "ComponentCall.h"
+
+#include "support/ErrorLog.h"
+
 #include <quarry/QuarryError.h>
 
-#include <QApplication>
 #include <QDBusMessage>
 #include <QDBusMetaType>
-#include <QDialog>
+#include <QJsonDocument>
 #include <QRegularExpression>
-#include <QWindow>
 
 using namespace Qt::StringLiterals;
 
@@ -24,12 +25,12 @@ const QString InvalidArgs = u"org.freedesktop.DBus.Error.InvalidArgs"_s;
 
 // "x11:XID" in hex, or 0 for no window: "" and the forms of other window
 // systems, which cannot be a Qt window's transient parent here.
-std::optional<WId> parentWindow(const QString &text)
+std::optional<quint64> parentWindow(const QString &text)
 {
     if (!text.startsWith(u"x11:"_s))
-        return WId(0);
+        return 0;
     bool ok = false;
-    const WId window = text.mid(4).toULongLong(&ok, 16);
+    const quint64 window = text.mid(4).toULongLong(&ok, 16);
     if (!ok || window == 0)
         return std::nullopt;
     return window;
@@ -38,9 +39,10 @@ std::optional<WId> parentWindow(const QString &text)
 } // namespace
 
 QuarryService::QuarryService(const QDBusConnection &connection, std::chrono::milliseconds idleTime,
-                             QObject *parent)
+                             const QString &dialogProgram, QObject *parent)
     : QDBusVirtualObject(parent)
     , m_connection(connection)
+    , m_dialogProgram(dialogProgram)
 {
     m_callers.setConnection(connection);
     m_callers.setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
@@ -52,7 +54,14 @@ QuarryService::QuarryService(const QDBusConnection &connection, std::chrono::mil
     m_idle.start();
 }
 
-QuarryService::~QuarryService() = default;
+QuarryService::~QuarryService()
+{
+    for (const Request &request : std::as_const(m_requests)) {
+        request.process->disconnect(this);
+        request.process->kill();
+        request.process->waitForFinished();
+    }
+}
 
 bool QuarryService::start()
 {
@@ -89,8 +98,7 @@ bool QuarryService::handleMessage(const QDBusMessage &message, const QDBusConnec
     } else if (interface == RequestInterface) {
         close(message);
     } else if (message.member() == u"SQLStr"_s) {
-        const std::shared_ptr<CQuarry> quarry = m_quarries.value(message.service());
-        m_connection.send(message.createReply(quarry ? quarry->SQLStr() : QString()));
+        m_connection.send(message.createReply(m_conditions.value(message.service())));
     } else {
         ask(message, *method);
     }
@@ -103,15 +111,15 @@ void QuarryService::ask(const QDBusMessage &message, const ServiceContract::Meth
         m_connection.send(message.createErrorReply(error, message.member() + u": "_s + text));
     };
     const QString caller = message.service();
-    if (m_openRequests.contains(caller))
+    if (const auto open = openRequest(caller); open != m_requests.end())
         return refuse(u"org.quarry.Quarry1.Error.Busy"_s,
                       u"this caller's request %1 is still open; wait for its Response or "
-                      "Close it"_s.arg(m_openRequests.value(caller)));
+                      "Close it"_s.arg(open->path));
 
     QVariantList values = message.arguments();
     const QString parentText = values.takeFirst().toString();
     const QVariantMap options = qdbus_cast<QVariantMap>(values.takeLast());
-    const std::optional<WId> parent = parentWindow(parentText);
+    const std::optional<quint64> parent = parentWindow(parentText);
     if (!parent)
         return refuse(InvalidArgs, u"parent_window \"%1\" is not x11:XID"_s.arg(parentText));
     static const QRegularExpression tokenForm(u"^[A-Za-z0-9_]+$"_s);
@@ -120,135 +128,132 @@ void QuarryService::ask(const QDBusMessage &message, const ServiceContract::Meth
     if (!tokenForm.match(token).hasMatch())
         return refuse(InvalidArgs, u"handle_token \"%1\" is not [A-Za-z0-9_]+"_s.arg(token));
     QString error;
-    auto call = ComponentCall::make(message.member(), method.in.mid(1, method.in.size() - 2),
-                                    values, &error);
+    const auto call = ComponentCall::make(message.member(), method.in.mid(1, method.in.size() - 2),
+                                          values, &error);
     if (!call)
         return refuse(InvalidArgs, error);
 
-    auto request = std::make_shared<Request>();
-    request->path = RequestPrefix + caller.mid(1).replace(u'.', u'_') + u'/' + token;
-    request->caller = caller;
-    request->parentWindow = *parent;
-    request->call = std::move(call);
-    request->quarry = quarryOf(caller);
-    m_openRequests.insert(caller, request->path);
-    m_waiting.append(request);
-    m_idle.stop();
-    m_connection.send(message.createReply(QVariant::fromValue(QDBusObjectPath(request->path))));
-    QMetaObject::invokeMethod(this, &QuarryService::showNext, Qt::QueuedConnection);
-}
-
-std::shared_ptr<CQuarry> QuarryService::quarryOf(const QString &caller)
-{
-    std::shared_ptr<CQuarry> &quarry = m_quarries[caller];
-    if (!quarry) {
-        quarry = std::make_shared<CQuarry>();
+    if (!m_conditions.contains(caller)) {
+        m_conditions.insert(caller, QString());
         m_callers.addWatchedService(caller);
     }
-    return quarry;
+    QJsonObject request = call->toJson();
+    request.insert("parent_window"_L1, qint64(*parent));
+    const QString path = RequestPrefix + caller.mid(1).replace(u'.', u'_') + u'/' + token;
+    m_connection.send(message.createReply(QVariant::fromValue(QDBusObjectPath(path))));
+    startDialog(caller, path, QJsonDocument(request).toJson(QJsonDocument::Compact));
 }
 
-void QuarryService::showNext()
+void QuarryService::startDialog(const QString &caller, const QString &path,
+                                const QByteArray &request)
 {
-    // Called again from the dialog's own event loop, while it is open.
-    if (m_shown || m_waiting.isEmpty())
-        return;
-    m_shown = m_waiting.takeFirst();
-    const std::unique_ptr<QWindow> host(
-        m_shown->parentWindow ? QWindow::fromWinId(m_shown->parentWindow) : nullptr);
-    m_dialogs.setHostWindow(host.get());
-    respond(*m_shown);
-    m_dialogs.setHostWindow(nullptr);
-    m_shown.reset();
-    if (m_waiting.isEmpty())
-        m_idle.start();
-    else
-        QMetaObject::invokeMethod(this, &QuarryService::showNext, Qt::QueuedConnection);
+    auto *process = new QProcess(this);
+    // What it says on standard error goes where the service's own goes.
+    process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    connect(process, &QProcess::started, process, [process, request] {
+        process->write(request);
+        process->closeWriteChannel();
+    });
+    connect(process, &QProcess::finished, this, [this, process] { processEnded(process); });
+    connect(process, &QProcess::errorOccurred, this, [this, process](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart)
+            processEnded(process);
+    });
+    m_requests.append({path, caller, process});
+    m_idle.stop();
+    process->start(m_dialogProgram, {QLatin1StringView(DialogOption)});
 }
 
-void QuarryService::respond(Request &request)
+QList<QuarryService::Request>::iterator QuarryService::openRequest(const QString &caller)
 {
-    const int shownBefore = m_dialogs.shownCount();
-    uint response = 1;
-    QVariantMap results;
-    try {
-        request.call->invoke(*request.quarry);
-        // A log type that asks for nothing leaves SQLStr as it was.
-        const QString condition = request.quarry->SQLStr();
-        if (m_dialogs.shownCount() != shownBefore && !condition.isEmpty()) {
-            response = 0;
-            results.insert(u"condition"_s, condition);
-        }
-    } catch (const QuarryError &error) {
-        response = 2;
-        results.insert(u"error_number"_s, error.number());
-        results.insert(u"error_source"_s, error.source());
-        results.insert(u"error_description"_s, error.description());
-    }
-    if (request.closed)
-        return;
-    m_openRequests.remove(request.caller);
-    QDBusMessage signal = QDBusMessage::createTargetedSignal(request.caller, request.path,
-                                                             RequestInterface, u"Response"_s);
-    signal << response << results;
-    m_connection.send(signal);
-}
-
-std::shared_ptr<QuarryService::Request> QuarryService::openRequest(const QString &path) const
-{
-    if (m_shown && m_shown->path == path && !m_shown->closed)
-        return m_shown;
-    for (const std::shared_ptr<Request> &waiting : m_waiting)
-        if (waiting->path == path)
-            return waiting;
-    return nullptr;
+    return std::find_if(m_requests.begin(), m_requests.end(), [&](const Request &request) {
+        return request.caller == caller && !request.closed;
+    });
 }
 
 void QuarryService::close(const QDBusMessage &message)
 {
-    const std::shared_ptr<Request> request = openRequest(message.path());
-    if (!request || request->caller != message.service()) {
+    const auto request = openRequest(message.service());
+    if (request == m_requests.end() || request->path != message.path()) {
         m_connection.send(message.createErrorReply(
             u"org.freedesktop.DBus.Error.UnknownObject"_s,
             u"Close: %1 is no open request of this caller"_s.arg(message.path())));
         return;
     }
-    closeRequest(request);
+    closeRequest(*request);
     m_connection.send(message.createReply());
 }
 
-void QuarryService::closeRequest(const std::shared_ptr<Request> &request)
+void QuarryService::closeRequest(Request &request)
 {
-    request->closed = true;
-    m_openRequests.remove(request->caller);
-    m_waiting.removeOne(request);
-    if (request == m_shown)
-        closeDialog();
-    else if (!m_shown && m_waiting.isEmpty())
-        m_idle.start();
-}
-
-void QuarryService::closeDialog()
-{
-    // From the top down: a message box over the dialog holds the dialog's
-    // event loop until it is closed itself.
-    const QPointer<QDialog> dialog = m_dialogs.lastShown();
-    while (dialog && dialog->isVisible()) {
-        auto *top = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-        if (!top)
-            return;
-        top->reject();
-        if (top->isVisible())
-            return;
-    }
+    request.closed = true;
+    request.process->kill();
 }
 
 void QuarryService::callerGone(const QString &caller)
 {
     m_callers.removeWatchedService(caller);
-    m_quarries.remove(caller);
-    if (const std::shared_ptr<Request> request = openRequest(m_openRequests.value(caller)))
-        closeRequest(request);
+    m_conditions.remove(caller);
+    if (const auto request = openRequest(caller); request != m_requests.end())
+        closeRequest(*request);
+}
+
+void QuarryService::processEnded(QProcess *process)
+{
+    const auto ended
+        = std::find_if(m_requests.cbegin(), m_requests.cend(),
+                       [&](const Request &request) { return request.process == process; });
+    if (ended == m_requests.cend())
+        return;
+    const Request request = *ended;
+    m_requests.erase(ended);
+    if (!request.closed)
+        respond(request, answerOf(*process));
+    process->deleteLater();
+    if (m_requests.isEmpty())
+        m_idle.start();
+}
+
+DialogAnswer QuarryService::answerOf(QProcess &process) const
+{
+    if (process.error() == QProcess::FailedToStart)
+        return failure(u"无法启动对话框程序 %1"_s.arg(m_dialogProgram));
+    if (process.exitStatus() == QProcess::CrashExit)
+        return failure(u"对话框程序 %1 意外终止，没有给出结果"_s.arg(m_dialogProgram));
+    if (process.exitCode() != 0)
+        return failure(u"对话框程序 %1 以退出码 %2 结束，没有给出结果"_s.arg(m_dialogProgram)
+                           .arg(process.exitCode()));
+    const QByteArray output = process.readAllStandardOutput();
+    if (const std::optional<DialogAnswer> answer = DialogAnswer::fromJson(output))
+        return *answer;
+    return failure(
+        u"对话框程序 %1 的结果无法识别：“%2”"_s.arg(m_dialogProgram,
+                                                    QString::fromUtf8(output.left(200)).trimmed()));
+}
+
+// Said in the Response and written to the error log.
+DialogAnswer QuarryService::failure(const QString &description) const
+{
+    QString said = description;
+    try {
+        writeErrorLog(u"quarry-service"_s, QuarryError::DataError, description);
+    } catch (const QuarryError &error) {
+        said += u"（未能写入错误日志：%1）"_s.arg(error.description());
+    }
+    return DialogAnswer::failed(QuarryError::DataError, u"quarry-service"_s, said);
+}
+
+void QuarryService::respond(const Request &request, const DialogAnswer &answer)
+{
+    // As CQuarry::SQLStr: a cancelled dialog empties it; a call that shows
+    // no dialog, or fails, leaves it as it was.
+    if (answer.outcome == DialogAnswer::Outcome::Condition
+        || answer.outcome == DialogAnswer::Outcome::Cancelled)
+        m_conditions[request.caller] = answer.condition;
+    QDBusMessage signal = QDBusMessage::createTargetedSignal(request.caller, request.path,
+                                                             RequestInterface, u"Response"_s);
+    signal << answer.response() << answer.results();
+    m_connection.send(signal);
 }
 
 } // namespace quarry::service

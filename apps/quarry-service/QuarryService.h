@@ -1,43 +1,40 @@
 #pragma once
 
-#include "ComponentCall.h"
-#include "OwnerlessDialogs.h"
+#include "DialogAnswer.h"
 #include "ServiceContract.h"
 
 #include <QDBusConnection>
 #include <QDBusServiceWatcher>
 #include <QDBusVirtualObject>
 #include <QHash>
+#include <QProcess>
 #include <QTimer>
 
 #include <chrono>
-#include <memory>
 
-namespace quarry {
-
-class CQuarry;
-
-namespace service {
+namespace quarry::service {
 
 // The CQuarry operations on the session bus, as org.quarry.Quarry1.xml
-// describes them. Each caller has a CQuarry of its own, for as long as it
-// is connected, and one request at a time.
+// describes them. Each caller has one request at a time, and the condition
+// of its last dialog (SQLStr) for as long as it is connected.
 //
-// The dialogs are modal and run in nested event loops, which go on serving
-// the bus. A second dialog started in such a loop would hold back the
-// first one's Response until it closed, and being modal itself it would
-// block the first dialog's window. So the dialogs open one after another:
-// other callers' calls are answered at once with their request, whose
-// dialog opens when the one before it has closed.
+// Each request's dialog is shown by a process of its own, the dialog
+// program started with DialogOption (runRequestDialog). Modal dialogs of
+// one process nest their event loops: a dialog opened over another holds
+// back the other's end until it closes itself. In processes of their own,
+// callers' dialogs are open side by side and end in any order, and a
+// dialog process that dies fails its own request only.
 class QuarryService : public QDBusVirtualObject
 {
     Q_OBJECT
 
 public:
     static constexpr auto BusName = "org.quarry.Quarry1";
+    // The dialog program's first argument, which makes it a dialog process.
+    static constexpr auto DialogOption = "--dialog";
 
     QuarryService(const QDBusConnection &connection, std::chrono::milliseconds idleTime,
-                  QObject *parent = nullptr);
+                  const QString &dialogProgram, QObject *parent = nullptr);
     ~QuarryService() override;
 
     // Exports the object and takes the bus name; false when the name is taken.
@@ -47,7 +44,7 @@ public:
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override;
 
 Q_SIGNALS:
-    // No request has been open for the idle time.
+    // No dialog process has run for the idle time.
     void idle();
 
 private:
@@ -55,33 +52,29 @@ private:
     {
         QString path;
         QString caller;
-        WId parentWindow = 0;
-        std::optional<ComponentCall> call;
-        std::shared_ptr<CQuarry> quarry;
-        bool closed = false;
+        QProcess *process = nullptr; // showing the dialog, until it ends
+        bool closed = false;         // no Response is sent then
     };
 
     void ask(const QDBusMessage &message, const ServiceContract::Method &method);
-    std::shared_ptr<Request> openRequest(const QString &path) const;
+    void startDialog(const QString &caller, const QString &path, const QByteArray &request);
+    QList<Request>::iterator openRequest(const QString &caller);
     void close(const QDBusMessage &message);
-    void closeRequest(const std::shared_ptr<Request> &request);
+    void closeRequest(Request &request);
     void callerGone(const QString &caller);
-    void showNext();
-    void respond(Request &request);
-    void closeDialog();
-    std::shared_ptr<CQuarry> quarryOf(const QString &caller);
+    void processEnded(QProcess *process);
+    DialogAnswer answerOf(QProcess &process) const;
+    DialogAnswer failure(const QString &description) const;
+    void respond(const Request &request, const DialogAnswer &answer);
 
     QDBusConnection m_connection;
+    QString m_dialogProgram;
     ServiceContract m_contract;
     QDBusServiceWatcher m_callers;
-    apps::OwnerlessDialogs m_dialogs;
     QTimer m_idle;
-    QHash<QString, std::shared_ptr<CQuarry>> m_quarries;
-    QHash<QString, QString> m_openRequests; // caller, request path
-    QList<std::shared_ptr<Request>> m_waiting;
-    std::shared_ptr<Request> m_shown;
+    QHash<QString, QString> m_conditions; // caller, its SQLStr
+    QList<Request> m_requests;            // whose process runs
     quint64 m_requestCount = 0;
 };
 
-} // namespace service
-} // namespace quarry
+} // namespace quarry::service

@@ -1,10 +1,12 @@
 // quarry-service on a private session bus (the test runs under
-// dbus-run-session): the service is served from this process, so that its
-// dialogs can be driven here, and called by a second connection through the
-// bus daemon, and by the host guide's Python example.
+// dbus-run-session): the service is served from this process and called by
+// a second connection through the bus daemon, and by the host guide's
+// Python example. Its dialog program is this program too (see main), whose
+// dialogs are driven by steps that the test hands down in the environment.
 
 #include "DialogDriver.h"
 #include "QuarryService.h"
+#include "RequestDialog.h"
 
 #include <QDBusMetaType>
 #include <QDBusPendingCall>
@@ -16,10 +18,12 @@
 #include <QTest>
 #include <QWindow>
 
+#include <csignal>
+#include <cstdlib>
+#include <tuple>
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
-using quarry::test::operate;
-using quarry::test::Outcome;
 
 namespace quarry {
 
@@ -63,6 +67,25 @@ QVariant codes(QList<qint16> list)
     return QVariant::fromValue(list);
 }
 
+// The steps of the dialogs started next; see drivenDialog().
+void drive(const QStringList &steps)
+{
+    qputenv("QUARRY_TEST_STEPS", steps.join(u'\n').toUtf8());
+}
+
+// The dialogs shown since it was last removed, one a line: name, the window
+// it is transient for, its centre.
+QString seenFile()
+{
+    return qEnvironmentVariable("QUARRY_TEST_SEEN");
+}
+
+QStringList seen()
+{
+    QFile file(seenFile());
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts) : QStringList();
+}
+
 } // namespace
 
 class TestQuarryService : public QObject
@@ -77,15 +100,14 @@ class TestQuarryService : public QObject
     // The dialog shown ("" for none), driven by steps, and the Response the
     // client got.
     QString ask(const QString &member, const QVariantList &arguments, const QStringList &steps,
-                const QString &parent = {}, const std::function<void(QWidget *)> &inspect = {})
+                const QString &parent = {})
     {
-        QString path;
-        const Outcome seen = operate([&] {
-            path = call(m_client, member, busArguments(arguments, parent)).arguments().value(0).value<QDBusObjectPath>().path();
-            QVERIFY(QTest::qWaitFor([&] { return responseTo(path).has_value(); }, 20000));
-        }, steps, QMessageBox::Ok, inspect);
+        QFile::remove(seenFile());
+        drive(steps);
+        const QString path = call(m_client, member, busArguments(arguments, parent)).arguments().value(0).value<QDBusObjectPath>().path();
+        std::ignore = QTest::qWaitFor([&] { return responseTo(path).has_value(); }, 20000);
         const std::optional<QDBusMessage> response = responseTo(path);
-        return seen.dialog + u" | "_s + (response ? outcomeText(*response) : u"no response"_s);
+        return seen().value(0).section(u' ', 0, 0) + u" | "_s + (response ? outcomeText(*response) : u"no response"_s);
     }
 
     std::optional<QDBusMessage> responseTo(const QString &path) const
@@ -104,7 +126,9 @@ private Q_SLOTS:
     {
         QVERIFY(m_station.isValid());
         test::writeSealIni(m_station.path(), QString(), 0);
-        m_service = std::make_unique<service::QuarryService>(QDBusConnection::sessionBus(), Idle);
+        qputenv("QUARRY_DRIVES", QFile::encodeName(m_station.filePath(u"drives"_s)));
+        qputenv("QUARRY_TEST_SEEN", QFile::encodeName(m_station.filePath(u"seen"_s)));
+        m_service = std::make_unique<service::QuarryService>(QDBusConnection::sessionBus(), Idle, QCoreApplication::applicationFilePath());
         QVERIFY(m_service->start());
         // QtDBus delivers signals by the slot's name only.
         QVERIFY(m_client.connect(QString(), QString(), u"org.quarry.Quarry1.Request"_s,
@@ -161,10 +185,9 @@ private Q_SLOTS:
         QFETCH(QString, output);
 
         QProcess python;
-        operate([&] {
-            python.start(QStringLiteral(QUARRY_PYTHON_EXAMPLE), arguments);
-            QSignalSpy(&python, &QProcess::finished).wait(20000);
-        }, steps);
+        drive(steps);
+        python.start(QStringLiteral(QUARRY_PYTHON_EXAMPLE), arguments);
+        QSignalSpy(&python, &QProcess::finished).wait(20000);
         const QString written = QString::fromUtf8(python.readAllStandardOutput() + python.readAllStandardError());
         QVERIFY2(python.exitCode() == status && written.contains(output), qPrintable(u"%1: %2"_s.arg(python.exitCode()).arg(written)));
     }
@@ -205,36 +228,64 @@ private Q_SLOTS:
         QVERIFY(QString::fromUtf8(contract.readAll()).contains(interface));
     }
 
-    // A caller's second call while its dialog is open is refused; another
-    // caller's is taken, and its dialog opens when the first one closes.
-    // Close ends the dialog without a Response, and the service idles only
-    // when no request is open.
+    // Two callers' dialogs are open at once. A caller's second call while
+    // its dialog is open is refused; Close ends the dialog's process without
+    // a Response, and the service idles only when no dialog process runs.
     void requestsOfTwoCallers()
     {
         QDBusConnection other = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"other"_s);
         QVERIFY(other.connect(QString(), QString(), u"org.quarry.Quarry1.Request"_s, u"Response"_s, this, SLOT(takeResponse(QDBusMessage))));
         QSignalSpy idle(m_service.get(), &service::QuarryService::idle);
+        QFile::remove(seenFile());
         // The path is known before the call, from the handle token.
         const QString firstPath = u"/org/quarry/Quarry1/request/"_s + m_client.baseService().mid(1).replace(u'.', u'_') + u"/first"_s;
-        QString busy, otherPath, otherDialog;
-        std::unique_ptr<test::ModalWatch> otherWatch;
-        operate([&] {
-            call(m_client, u"showDate"_s, {QString(), QVariantMap{{u"handle_token"_s, u"first"_s}}});
-            QVERIFY(QTest::qWaitFor([&] { return responseTo(otherPath).has_value(); }, 20000));
-        }, {}, QMessageBox::Ok, [&](QWidget *dialog) {
-            busy = call(m_client, u"showAcc"_s, busArguments({0})).errorName();
-            otherPath = call(other, u"showClerk"_s, busArguments({0})).arguments().value(0).value<QDBusObjectPath>().path();
-            QTest::qWait(int(2 * Idle.count()));
-            QCOMPARE(call(m_client, u"Close"_s, {}, firstPath, u"org.quarry.Quarry1.Request"_s).type(), QDBusMessage::ReplyMessage);
-            QVERIFY(!dialog->isVisible());
-            otherWatch = std::make_unique<test::ModalWatch>(nullptr, [&](QWidget *next) { otherDialog = next->objectName(); });
-        });
+        drive({u"wait "_s + m_station.filePath(u"never"_s)});
+        call(m_client, u"showDate"_s, {QString(), QVariantMap{{u"handle_token"_s, u"first"_s}}});
+        const QString busy = call(m_client, u"showAcc"_s, busArguments({0})).errorName();
+        const QString go = m_station.filePath(u"go"_s);
+        drive({u"wait "_s + go, u"Esc"_s});
+        const QString otherPath = call(other, u"showClerk"_s, busArguments({0})).arguments().value(0).value<QDBusObjectPath>().path();
+
+        QVERIFY(QTest::qWaitFor([&] { return seen().size() == 2; }, 20000));
+        QTest::qWait(int(2 * Idle.count()));
+        QVERIFY(!responseTo(firstPath) && !responseTo(otherPath));
+        QCOMPARE(call(m_client, u"Close"_s, {}, firstPath, u"org.quarry.Quarry1.Request"_s).type(), QDBusMessage::ReplyMessage);
+        QFile(go).open(QIODevice::WriteOnly);
+        QVERIFY(QTest::qWaitFor([&] { return responseTo(otherPath).has_value(); }, 20000));
+
         QCOMPARE(busy, u"org.quarry.Quarry1.Error.Busy"_s);
-        QCOMPARE(otherDialog, u"frmClerk"_s);
+        QStringList dialogs;
+        for (const QString &line : seen())
+            dialogs.append(line.section(u' ', 0, 0));
+        dialogs.sort();
+        QCOMPARE(dialogs, (QStringList{u"FrmDate"_s, u"frmClerk"_s}));
         QCOMPARE(outcomeText(responseTo(otherPath).value()), u"1 "_s);
         QVERIFY(!responseTo(firstPath));
         QCOMPARE(idle.count(), 0);
         QVERIFY(idle.wait());
+    }
+
+    // A dialog process that ends without an answer fails its request; the
+    // fault is logged, and the service and the caller go on.
+    void deadDialog_data()
+    {
+        QTest::addColumn<QString>("step");
+        QTest::addColumn<QString>("description");
+
+        QTest::newRow("killed") << u"kill"_s << u"对话框程序 %1 意外终止，没有给出结果"_s;
+        QTest::newRow("nonsense") << u"say {\"outcome\":\"condition\"}"_s << u"对话框程序 %1 的结果无法识别：“{\"outcome\":\"condition\"}”"_s;
+    }
+
+    void deadDialog()
+    {
+        QFETCH(QString, step);
+        QFETCH(QString, description);
+
+        const QString said = description.arg(QCoreApplication::applicationFilePath());
+        QCOMPARE(ask(u"showDate"_s, {}, {step}), u"FrmDate | 2 error_description=%1; error_number=2000; error_source=quarry-service"_s.arg(said));
+        QFile log(m_station.filePath(u"drives/c/errorpath/error.txt"_s));
+        QVERIFY(log.open(QIODevice::ReadOnly) && QString::fromUtf8(log.readAll()).contains(said));
+        QCOMPARE(ask(u"showDate"_s, {}, {u"Esc"_s}), u"FrmDate | 1 "_s);
     }
 
     void transientForTheHostWindow()
@@ -245,20 +296,58 @@ private Q_SLOTS:
         host.setGeometry(20, 20, 400, 300);
         host.show();
         QVERIFY(QTest::qWaitForWindowExposed(&host));
-        WId transientFor = 0;
-        QPoint centre;
-        ask(u"showDate"_s, {}, {u"Esc"_s}, u"x11:%1"_s.arg(host.winId(), 0, 16), [&](QWidget *dialog) {
-            if (const QWindow *parent = dialog->windowHandle()->transientParent())
-                transientFor = parent->winId();
-            centre = dialog->geometry().center();
-        });
-        QCOMPARE(transientFor, host.winId());
+        ask(u"showDate"_s, {}, {u"Esc"_s}, u"x11:%1"_s.arg(host.winId(), 0, 16));
+        const QStringList dialog = seen().value(0).split(u' '); // name, transient for, centre
+        QCOMPARE(dialog.value(1).toULongLong(), host.winId());
+        const QPoint centre(dialog.value(2).toInt(), dialog.value(3).toInt());
         // Placed over the host's window, not in the middle of the screen.
         QVERIFY2((centre - host.geometry().center()).manhattanLength() < 10, qPrintable(u"%1,%2"_s.arg(centre.x()).arg(centre.y())));
     }
 };
 
+// The dialog program as the service starts it, its dialog driven by the
+// steps of drive() and written down in the seen file. Steps beside
+// DialogDriver's: "wait FILE" until FILE exists (half a minute at most),
+// "kill" its own process, "say TEXT" as its answer and end.
+int drivenDialog()
+{
+    const QStringList steps = qEnvironmentVariable("QUARRY_TEST_STEPS").split(u'\n', Qt::SkipEmptyParts);
+    test::ModalWatch watch(nullptr, [&](QWidget *dialog) {
+        if (!QTest::qWaitForWindowActive(dialog))
+            return;
+        const QWindow *parent = dialog->windowHandle()->transientParent();
+        QFile seen(seenFile());
+        if (!seen.open(QIODevice::Append))
+            qFatal("Cannot write %s", qPrintable(seen.fileName()));
+        seen.write(u"%1 %2 %3 %4\n"_s.arg(dialog->objectName()).arg(parent ? parent->winId() : 0).arg(dialog->geometry().center().x()).arg(dialog->geometry().center().y()).toUtf8());
+        seen.close();
+        for (const QString &action : steps) {
+            if (action == u"kill"_s) {
+                std::raise(SIGKILL);
+            } else if (action.startsWith(u"say "_s)) {
+                QFile out;
+                if (out.open(stdout, QIODevice::WriteOnly))
+                    out.write(action.mid(4).toUtf8());
+                out.close();
+                std::_Exit(0);
+            } else if (action.startsWith(u"wait "_s)) {
+                std::ignore = QTest::qWaitFor([&] { return QFile::exists(action.mid(5)); }, 30000);
+            } else {
+                test::step(dialog, action);
+            }
+        }
+    });
+    return service::runRequestDialog();
+}
+
 } // namespace quarry
 
-QTEST_MAIN(quarry::TestQuarryService)
+int main(int argc, char *argv[])
+{
+    QApplication app(argc, argv);
+    if (app.arguments().value(1) == QLatin1StringView(quarry::service::QuarryService::DialogOption))
+        return quarry::drivenDialog();
+    quarry::TestQuarryService test;
+    return QTest::qExec(&test, argc, argv);
+}
 #include "tst_quarryservice.moc"
