@@ -7,7 +7,7 @@
 #include "LogRowsModel.h"
 #include "LogSelect.h"
 #include "PassRateChart.h"
-#include "SelectionText.h"
+#include "SelectedCells.h"
 
 #include "support/ErrorLog.h"
 
@@ -499,17 +499,32 @@ LogReport ViewerWindow::report() const
 
 bool ViewerWindow::exportXlsx(const QString &path)
 {
+    return hasRows() && writeWorkbook(path, *m_rows);
+}
+
+bool ViewerWindow::exportSelectionXlsx(const QString &path)
+{
     if (!hasRows())
         return false;
+    const SelectedCells cells(*m_rows, m_table->selectionModel()->selection());
+    if (cells.rowCount() == 0) {
+        statusBar()->showMessage(u"没有选中的单元格：请先在表格中选择要导出的行或单元格。"_s);
+        return false;
+    }
+    return writeWorkbook(path, cells);
+}
+
+bool ViewerWindow::writeWorkbook(const QString &path, const QAbstractItemModel &rows)
+{
     QProgressDialog progress(this);
     const QString failed
-        = writeXlsx(path, *m_rows, heading(), exportProgress(progress, m_rows->rowCount()));
+        = writeXlsx(path, rows, heading(), exportProgress(progress, rows.rowCount()));
     if (!failed.isEmpty()) {
         statusBar()->showMessage(failed);
         return false;
     }
     statusBar()->showMessage(
-        u"已导出%1的 %2 行到 %3"_s.arg(m_shownTitle).arg(m_rows->rowCount()).arg(path));
+        u"已导出%1的 %2 行到 %3"_s.arg(m_shownTitle).arg(rows.rowCount()).arg(path));
     return true;
 }
 
@@ -543,8 +558,8 @@ void ViewerWindow::addCopyActions()
         auto *action = new QAction(text, m_table);
         m_table->addAction(action);
         connect(action, &QAction::triggered, this, [this, titles] {
-            const QModelIndexList cells = m_table->selectionModel()->selectedIndexes();
-            QGuiApplication::clipboard()->setText(tabSeparated(*m_rows, cells, titles));
+            const SelectedCells cells(*m_rows, m_table->selectionModel()->selection());
+            QGuiApplication::clipboard()->setText(tabSeparated(cells, titles));
         });
         return action;
     };
@@ -552,6 +567,13 @@ void ViewerWindow::addCopyActions()
     copy->setShortcut(QKeySequence::Copy);
     copy->setShortcutContext(Qt::WidgetShortcut);
     add(u"复制（含标题）"_s, true);
+    auto *exportSelection = new QAction(u"导出所选到 Excel…"_s, m_table);
+    m_table->addAction(exportSelection);
+    connect(exportSelection, &QAction::triggered, this, [this] {
+        if (const QString path = chooseFile(u"导出所选到 Excel"_s, u"xlsx"_s, u"Excel (*.xlsx)"_s);
+            !path.isEmpty())
+            exportSelectionXlsx(path);
+    });
     m_table->setContextMenuPolicy(Qt::ActionsContextMenu);
 }
 

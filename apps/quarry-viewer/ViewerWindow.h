@@ -54,6 +54,9 @@ public:
     bool exportCsv(const QString &path);
     // The rows on screen as an Excel workbook, and as the printed report.
     bool exportXlsx(const QString &path);
+    // The selected cells of the table as a workbook, in their rows and
+    // columns.
+    bool exportSelectionXlsx(const QString &path);
     bool exportPdf(const QString &path);
     bool exportChartPng(const QString &path);
 
@@ -80,6 +83,7 @@ private:
     // Shows the progress of writing `rows` rows; the callback says whether
     // to go on.
     std::function<bool(qint64)> exportProgress(QProgressDialog &dialog, qint64 rows);
+    bool writeWorkbook(const QString &path, const QAbstractItemModel &rows);
     ExportHeading heading() const;
     LogReport report() const;
     void printPreview();

@@ -3,7 +3,7 @@
 // cells.
 
 #include "LogReport.h"
-#include "SelectionText.h"
+#include "SelectedCells.h"
 #include "XlsxExport.h"
 
 #include <QDate>
@@ -157,10 +157,10 @@ private Q_SLOTS:
             model.setData(model.index(r, 1), u"B%1"_s.arg(r));
             model.setData(model.index(r, 2), u"C\t%1"_s.arg(r));
         }
-        QModelIndexList chosen;
+        QItemSelection chosen;
         for (const QPoint &cell : cells)
-            chosen.append(model.index(cell.y(), cell.x()));
-        QTEST(tabSeparated(model, chosen, titles), "text");
+            chosen.select(model.index(cell.y(), cell.x()), model.index(cell.y(), cell.x()));
+        QTEST(tabSeparated(SelectedCells(model, chosen), titles), "text");
     }
 
     void reportPages_data()

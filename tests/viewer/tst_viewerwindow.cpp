@@ -29,6 +29,7 @@
 #include <QProgressBar>
 #include <QScopeGuard>
 #include <QSignalSpy>
+#include <QStatusBar>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QTableView>
@@ -257,6 +258,8 @@ void TestViewerWindow::tools()
     QTemporaryDir dir;
     QVERIFY(window.exportXlsx(dir.filePath(u"hy.xlsx"_s)));
     QVERIFY(QFile::exists(dir.filePath(u"hy.xlsx"_s)));
+    QVERIFY(window.exportSelectionXlsx(dir.filePath(u"block.xlsx"_s))); // the two rows copied
+    QVERIFY2(window.statusBar()->currentMessage().contains(u"的 2 行"_s), qPrintable(window.statusBar()->currentMessage()));
     QVERIFY(window.exportPdf(dir.filePath(u"hy.pdf"_s)));
     QFile pdf(dir.filePath(u"hy.pdf"_s));
     QVERIFY(pdf.open(QIODevice::ReadOnly));
