@@ -3,7 +3,6 @@
 #include "platform/DbConnection.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QSqlRecord>
@@ -72,13 +71,6 @@ QList<Row> sealRows(SampleStation &station, const QString &sql)
 QString sampleCataloguePath()
 {
     return qEnvironmentVariable("QUARRY_SOURCE_DIR") + u"/data/sample/logs.ini"_s;
-}
-
-void writeFile(const QString &path, const QByteArray &text)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
-        qFatal("Cannot write %s", qPrintable(path));
 }
 
 } // namespace quarry::test

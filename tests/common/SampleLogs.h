@@ -1,6 +1,7 @@
 #pragma once
 
 #include "SampleStation.h"
+#include "TestFiles.h"
 
 #include <QByteArray>
 #include <QHash>
@@ -29,8 +30,6 @@ QList<Row> sealRows(SampleStation &station, const QString &sql);
 
 // data/sample/logs.ini of the source tree.
 QString sampleCataloguePath();
-// Writes text into the file at path; a failure ends the program.
-void writeFile(const QString &path, const QByteArray &text);
 
 } // namespace quarry::test
 

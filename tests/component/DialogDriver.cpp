@@ -1,4 +1,5 @@
 #include "DialogDriver.h"
+#include "TestFiles.h"
 
 #include <QClipboard>
 #include <QComboBox>
@@ -40,13 +41,8 @@ QString after(QWidget *dialog)
 
 void writeSealIni(const QString &folder, const QString &mode, int queryHintMode)
 {
-    QFile ini(folder + u"/SEAL.INI"_s);
-    if (!ini.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        qFatal("Cannot write %s", qPrintable(ini.fileName()));
-    ini.write(u"[SBMK]\r\nDoubleSealQuota=0\r\n[USER]\r\nQueryHintMode=%1\r\nMODE=%2\r\n"_s
-                  .arg(queryHintMode)
-                  .arg(mode)
-                  .toUtf8());
+    writeFile(folder + u"/SEAL.INI"_s, u"[SBMK]\r\nDoubleSealQuota=0\r\n[USER]\r\nQueryHintMode=%1\r\nMODE=%2\r\n"_s
+                                          .arg(queryHintMode).arg(mode).toUtf8());
     qputenv("QUARRY_SYSTEM_DIR", QFile::encodeName(folder));
 }
 

@@ -2,8 +2,8 @@
 // the program's exit statuses for the calls that show no dialog.
 
 #include "AskCommand.h"
+#include "TestFiles.h"
 
-#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -60,8 +60,7 @@ private Q_SLOTS:
         QFETCH(QString, output);
 
         QTemporaryDir systemDir;
-        QFile ini(systemDir.filePath(u"SEAL.INI"_s));
-        QVERIFY(ini.open(QIODevice::WriteOnly) && ini.write("[SBMK]\r\nDoubleSealQuota=0\r\n") > 0 && ini.flush());
+        quarry::test::writeFile(systemDir.filePath(u"SEAL.INI"_s), "[SBMK]\r\nDoubleSealQuota=0\r\n");
         QProcess ask;
         ask.setEnvironment(QProcess::systemEnvironment() << u"QUARRY_SYSTEM_DIR="_s + systemDir.path());
         ask.start(QStringLiteral(QUARRY_ASK_PROGRAM), arguments);

@@ -1,4 +1,5 @@
 #include "TestDatabases.h"
+#include "TestFiles.h"
 
 #include <quarry/CSysCfg.h>
 
@@ -19,6 +20,8 @@
 using namespace Qt::StringLiterals;
 using quarry::CSysCfg;
 using quarry::test::Engine;
+using quarry::test::readFile;
+using quarry::test::writeFile;
 
 namespace {
 
@@ -27,13 +30,6 @@ const QString SealIni = u"SEAL.INI"_s;
 const QString NoDatabase = u"\n[SBMK]\nDoubleSealQuota=0\n"_s;
 // The station's seal.ini in the program tests.
 const QString SealIniText = u"[USER]\nMODE=Nelos\nSubMode=信贷建库机\n"_s + NoDatabase;
-
-void writeFile(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    file.write(bytes);
-}
 
 // A station folder, which is also the system INI folder of the test. It answers
 // the message boxes shown while it exists at once, keeping what the last one said,
@@ -357,11 +353,8 @@ private slots:
         const QString out =
             QString::fromUtf8(program.readAllStandardOutput() + program.readAllStandardError());
         QVERIFY2(out.contains(output), qPrintable(out));
-        for (auto file = files.cbegin(); file != files.cend(); ++file) {
-            QFile written(station.path(file.key()));
-            QVERIFY(written.open(QIODevice::ReadOnly));
-            QCOMPARE(written.readAll(), file.key() == changed ? after : file.value());
-        }
+        for (auto file = files.cbegin(); file != files.cend(); ++file)
+            QCOMPARE(readFile(station.path(file.key())), file.key() == changed ? after : file.value());
     }
 };
 

@@ -1,4 +1,5 @@
 #include "TestDatabases.h"
+#include "TestFiles.h"
 
 #include "platform/DbConnection.h"
 #include "platform/DbRecordSet.h"
@@ -7,7 +8,6 @@
 #include <quarry/QuarryError.h>
 
 #include <QDir>
-#include <QFile>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -128,12 +128,10 @@ private slots:
         QFETCH(QByteArray, content);
         QFETCH(QString, error);
         const QString made = m_folder->filePath(u"OTHER.db"_s);
-        QFile file(made);
         if (content == "/")
             QVERIFY(QDir().mkdir(made));
         else if (!content.isEmpty())
-            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
-        file.close();
+            writeFile(made, content);
         const QStringList filesBefore = QDir(m_folder->path()).entryList(QDir::Files);
         m_connection->open(u"Server=;Database="_s + name.replace(u"%1"_s, m_folder->path()), User, Password, true);
         QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), filesBefore); // nothing created

@@ -1,3 +1,5 @@
+#include "TestFiles.h"
+
 #include "platform/IniFile.h"
 
 #include <QDir>
@@ -8,6 +10,7 @@
 
 using namespace Qt::StringLiterals;
 using quarry::IniFile;
+using quarry::test::readFile;
 
 namespace {
 
@@ -36,16 +39,8 @@ private:
     QString fileWith(const QByteArray &bytes)
     {
         const QString path = m_dir.filePath(u"f%1.ini"_s.arg(++m_files));
-        QFile file(path);
-        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-            qFatal("cannot write the test file");
+        quarry::test::writeFile(path, bytes);
         return path;
-    }
-
-    static QByteArray contents(const QString &path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
 private Q_SLOTS:
@@ -134,7 +129,7 @@ private Q_SLOTS:
         const QString path = fileWith(before);
         QString error;
         QVERIFY2(IniFile::write(path, section, key, value, &error), qPrintable(error));
-        QTEST(contents(path), "after");
+        QTEST(readFile(path), "after");
         QCOMPARE(IniFile::load(path).value(section, key), value);
     }
 
@@ -179,7 +174,7 @@ private Q_SLOTS:
         QVERIFY(!IniFile::write(path, section, key, value, &error));
         QVERIFY2(error.contains(reason), qPrintable(error));
         QVERIFY(!IniFile::write(path, section, key, value)); // again: nothing builds up
-        QCOMPARE(contents(path), before);
+        QCOMPARE(readFile(path), before);
     }
 
     void unreadableFile()
@@ -203,7 +198,7 @@ private Q_SLOTS:
 
         QVERIFY(IniFile::write(link, u"A"_s, u"K"_s, u"2"_s));
         QVERIFY(QFileInfo(link).isSymLink());
-        QCOMPARE(contents(target), QByteArray("[A]\nK=2\n"));
+        QCOMPARE(readFile(target), QByteArray("[A]\nK=2\n"));
         QCOMPARE(QFile::permissions(target), permissions);
         QCOMPARE(QDir(m_dir.path()).entryList(QDir::Files | QDir::Hidden | QDir::System), files);
     }

@@ -1,3 +1,5 @@
+#include "TestFiles.h"
+
 #include "support/CFileMan.h"
 
 #include <quarry/QuarryError.h>
@@ -11,17 +13,8 @@ using namespace Qt::StringLiterals;
 using quarry::CFileMan;
 using Mode = quarry::filenumbers::Mode;
 
-void writeFile(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-}
-
-QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
+using quarry::test::readFile;
+using quarry::test::writeFile;
 
 class TestCFileMan : public QObject
 {

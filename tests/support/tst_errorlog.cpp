@@ -1,3 +1,5 @@
+#include "TestFiles.h"
+
 #include "support/CFileMan.h"
 #include "support/ErrorLog.h"
 
@@ -21,11 +23,7 @@ class TestErrorLog : public QObject
     QTemporaryDir m_root; // seal.ini, and one folder of drives for each test
     int m_drives = 0;
 
-    void writeSealIni(const QByteArray &text)
-    {
-        QFile file(m_root.filePath(u"seal.ini"_s));
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(text) == text.size());
-    }
+    void writeSealIni(const QByteArray &text) { quarry::test::writeFile(m_root.filePath(u"seal.ini"_s), text); }
     // A drives folder that does not exist yet, as on a fresh machine.
     QString freshDrives()
     {
@@ -33,11 +31,7 @@ class TestErrorLog : public QObject
         qputenv("QUARRY_DRIVES", QFile::encodeName(drives));
         return drives;
     }
-    static QString contents(const QString &path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-    }
+    static QString contents(const QString &path) { return QString::fromUtf8(quarry::test::readFile(path)); }
 
 private slots:
     void initTestCase() { qputenv("QUARRY_SYSTEM_DIR", QFile::encodeName(m_root.path())); }

@@ -1,4 +1,5 @@
 #include "SampleStation.h"
+#include "TestFiles.h"
 
 #include <QDir>
 #include <QFile>
@@ -52,18 +53,13 @@ void SampleStation::writeIni(const QByteArray &extra, const QString &server) con
                                   server.isEmpty() ? m_seal.server() : server,
                                   m_seal.databaseName(), m_local.databaseName(),
                                   QDir(folder()).filePath(u"log"_s));
-    QFile file(QDir(folder()).filePath(u"seal.ini"_s));
-    if (!file.open(QIODevice::WriteOnly))
-        qFatal("Cannot write %s", qPrintable(file.fileName()));
-    file.write(text.toUtf8() + extra);
-    file.close();
+    writeFile(QDir(folder()).filePath(u"seal.ini"_s), text.toUtf8() + extra);
     qputenv("QUARRY_SYSTEM_DIR", QFile::encodeName(folder()));
 }
 
 QString SampleStation::errorLog() const
 {
-    QFile file(QDir(folder()).filePath(u"log/error.txt"_s));
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    return QString::fromUtf8(readFile(QDir(folder()).filePath(u"log/error.txt"_s)));
 }
 
 void SampleStation::clearErrorLog() const
