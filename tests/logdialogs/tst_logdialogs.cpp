@@ -6,7 +6,6 @@
 #include "SampleStation.h"
 
 #include "logdialogs/frmHYLog.h"
-#include "platform/SystemMessage.h"
 
 #include <quarry/CQuarry.h>
 #include <quarry/QuarryError.h>
@@ -307,15 +306,6 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowExposed(&dialog));
         const auto *legend = dialog.findChild<QLabel *>(u"Label3"_s);
         QVERIFY(legend->height() < 2 * legend->fontMetrics().lineSpacing());
-    }
-
-    // The configuration's messages have Chinese buttons too.
-    void systemMessage()
-    {
-        quarry::test::BoxSeen seen;
-        quarry::test::ModalWatch watch(nullptr, quarry::test::answerBox(QMessageBox::Ok, &seen));
-        showSystemMessage(u"系统提示"_s, u"初始化系统参数错误！"_s);
-        QCOMPARE(seen.buttonTexts, QStringList{u"确定"_s});
     }
 
     // A station whose database is not there. An error closes the dialog and
