@@ -1,4 +1,5 @@
 #include "TestDatabases.h"
+#include "TestFiles.h"
 
 #include "platform/DbConnection.h"
 
@@ -23,19 +24,6 @@ QString nextConnectionName()
     return u"quarry-testdb-%1"_s.arg(++counter);
 }
 
-// The part of a line before its "--" comment; quoted tracks a string
-// literal that runs on from earlier lines.
-QString withoutComment(const QString &line, bool &quoted)
-{
-    for (qsizetype i = 0; i < line.size(); ++i) {
-        if (line.at(i) == u'\'')
-            quoted = !quoted;
-        else if (!quoted && line.at(i) == u'-' && line.sliced(i).startsWith("--"_L1))
-            return line.first(i);
-    }
-    return line;
-}
-
 QString missingDriver(const QString &driver)
 {
     return QSqlDatabase::isDriverAvailable(driver)
@@ -47,23 +35,17 @@ QStringList splitSqlScript(const QString &script)
 {
     QStringList statements;
     QString current;
-    bool quoted = false;
-    const auto take = [&statements](QString statement) {
-        statement = statement.trimmed();
-        if (statement.endsWith(u';'))
-            statement.chop(1);
-        statement = statement.trimmed();
-        if (!statement.isEmpty())
-            statements.append(statement);
-    };
     for (const QString &line : script.split(u'\n')) {
-        current += withoutComment(line, quoted) + u'\n';
-        if (!quoted && current.trimmed().endsWith(u';')) {
-            take(current);
+        if (line.trimmed().startsWith("--"_L1))
+            continue;
+        current += line + u'\n';
+        if (line.trimmed().endsWith(u';')) {
+            statements.append(current.trimmed().chopped(1));
             current.clear();
         }
     }
-    take(current);
+    if (!current.trimmed().isEmpty())
+        statements.append(current.trimmed());
     return statements;
 }
 
@@ -82,10 +64,7 @@ QString engineName(Engine engine)
 int mariaDbPort()
 {
     const QString dir = qEnvironmentVariable("QUARRY_MARIADB_DIR");
-    QFile file(QDir(dir).filePath(u"port"_s));
-    if (dir.isEmpty() || !file.open(QIODevice::ReadOnly))
-        return 0;
-    return file.readAll().trimmed().toInt();
+    return dir.isEmpty() ? 0 : readFile(QDir(dir).filePath(u"port"_s)).trimmed().toInt();
 }
 
 QString missingEngine(Engine engine)

@@ -48,8 +48,8 @@ public:
 
     // Runs the statements of a script file (UTF-8) or text in one
     // transaction; stops at the first failing statement. Each statement ends
-    // with ";" at the end of a line; "--" comments (outside quoted strings)
-    // are dropped. Scripts are plain SQL that every engine reads alike: in a
+    // with ";" at the end of a line; lines that start with "--" are
+    // comments. Scripts are plain SQL that every engine reads alike: in a
     // string literal a quote is doubled and a backslash is an ordinary
     // character (MariaDB sessions run with NO_BACKSLASH_ESCAPES).
     bool loadScript(const QString &path);

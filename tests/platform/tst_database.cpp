@@ -26,7 +26,8 @@ const QString Password = u"KORMANTE"_s;
 const QString Script = uR"(
 CREATE TABLE WDDZ (WDH VARCHAR(10), WDNAME VARCHAR(60), MASTERNO VARCHAR(10), NOTE VARCHAR(60));
 INSERT INTO WDDZ VALUES ('000', '总行', '', NULL);
-INSERT INTO WDDZ VALUES ('001', '城东支行', '000', 'it''s'); -- a doubled quote
+-- A doubled quote.
+INSERT INTO WDDZ VALUES ('001', '城东支行', '000', 'it''s');
 INSERT INTO WDDZ VALUES ('002', '𠮷野家', '000', 'C:\seal\');
 INSERT INTO WDDZ VALUES ('003', 'x', '001', '城东');
 INSERT INTO WDDZ VALUES ('004', 'O''Neil 票据', '001', NULL);
