@@ -5,8 +5,9 @@
 // lines as text, where IniFile parses the bytes of each line; and the scratch
 // file they read and write.
 
+#include "TestFiles.h"
+
 #include <QByteArray>
-#include <QFile>
 #include <QHash>
 #include <QList>
 #include <QString>
@@ -14,7 +15,6 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
-#include <cstdlib>
 #include <utility>
 
 namespace quarry::fuzz {
@@ -82,24 +82,6 @@ inline QString decodeText(QByteArrayView body, IniModel::Encoding encoding)
     return text;
 }
 
-// Lines end at CR LF, LF and a lone CR.
-inline QList<QStringView> splitLines(QStringView text)
-{
-    QList<QStringView> lines;
-    qsizetype begin = 0;
-    for (qsizetype at = 0; at < text.size(); ++at) {
-        if (text[at] == u'\r' || text[at] == u'\n') {
-            lines.append(text.sliced(begin, at - begin));
-            if (text[at] == u'\r' && at + 1 < text.size() && text[at + 1] == u'\n')
-                ++at;
-            begin = at + 1;
-        }
-    }
-    if (begin < text.size())
-        lines.append(text.sliced(begin));
-    return lines;
-}
-
 inline IniModel readIni(const QByteArray &bytes)
 {
     IniModel ini;
@@ -114,12 +96,14 @@ inline IniModel readIni(const QByteArray &bytes)
     } else if (!bytes.isValidUtf8()) {
         ini.encoding = IniModel::Encoding::Gb18030;
     }
-    const QString text = decodeText(QByteArrayView(bytes).sliced(ini.bom.size()), ini.encoding);
+    QString text = decodeText(QByteArrayView(bytes).sliced(ini.bom.size()), ini.encoding);
+    // Lines end at CR LF, LF and a lone CR.
+    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(u'\r', u'\n');
 
     QString spelledSection;
     QString section;
     bool collecting = false; // not before the first section, nor under a repeated one
-    for (const QStringView whole : splitLines(text)) {
+    for (const QString &whole : text.split(u'\n')) {
         const QStringView line = trimBlanks(whole);
         if (line.isEmpty() || line.startsWith(u';'))
             continue;
@@ -148,16 +132,8 @@ inline QString scratchFile(const QByteArray &bytes)
 {
     static const QTemporaryDir dir;
     static const QString path = dir.filePath(QStringLiteral("seal.ini"));
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size())
-        std::abort();
+    test::writeFile(path, bytes);
     return path;
-}
-
-inline QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 } // namespace quarry::fuzz

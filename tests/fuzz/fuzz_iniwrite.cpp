@@ -147,7 +147,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
 
     const QString path = scratchFile(before);
     const bool written = quarry::IniFile::write(path, section, key, value);
-    const QByteArray after = contents(path);
+    const QByteArray after = quarry::test::readFile(path);
     const bool oddUtf16 = old.bom.size() == 2 && before.size() % 2 != 0;
     const bool mustRefuse = refusedText(section, key, value) || oddUtf16;
     // Without a BOM, GB18030 text may become UTF-8 and read otherwise.
