@@ -144,13 +144,6 @@ QList<Case> cases()
     };
 }
 
-// Takes the steps in the dialog the call shows; false when it was still
-// open after the last one.
-bool operate(const std::function<void()> &call, const QStringList &steps)
-{
-    return quarry::test::operate(call, steps, QMessageBox::Yes).after == u"closed"_s;
-}
-
 LogEntry catalogueEntry(const QString &logType)
 {
     const LogCatalogue catalogue = LogCatalogue::read(quarry::test::sampleCataloguePath());
@@ -161,15 +154,48 @@ LogEntry catalogueEntry(const QString &logType)
     qFatal("No %s in the sample catalogue", qPrintable(logType));
 }
 
+// What the viewer shows for a log once the operator has taken the steps in
+// its dialog: the condition, and the rows read in pages of 500, by
+// lower-case column name; error says what failed, "" when nothing did.
+struct Viewed
+{
+    QString condition;
+    QList<Row> rows;
+    QString error;
+};
+
+Viewed view(const QString &logType, const QStringList &steps)
+{
+    Viewed viewed;
+    LogEntry entry = catalogueEntry(logType);
+    StationDatabase database;
+    if (viewed.error = database.open() + database.fill(entry.listA) + database.fill(entry.listB); !viewed.error.isEmpty())
+        return viewed;
+    if (quarry::test::operate([&] { viewed.condition = askCondition(entry); }, steps, QMessageBox::Yes).after != u"closed"_s
+        || viewed.condition.isEmpty()) {
+        viewed.error = u"The dialog handed back no condition."_s;
+        return viewed;
+    }
+    LogRowsModel model(500);
+    if (viewed.error = readRows(model, database, logSelect(entry, viewed.condition), entry.key); !viewed.error.isEmpty())
+        return viewed;
+    for (int r = 0; r < model.rowCount(); ++r) {
+        Row row;
+        for (int c = 0; c < model.columnCount(); ++c)
+            row.insert(model.headerData(c, Qt::Horizontal).toString().toLower(), model.index(r, c).data().toString());
+        viewed.rows.append(row);
+    }
+    viewed.error = model.lastError().text();
+    return viewed;
+}
+
+const QByteArray Vefos = "[USER]\nMODE=Vefos\nQueryHintMode=0\n";
+
 } // namespace
 
 class TestConditionRows : public QObject
 {
     Q_OBJECT
-
-private:
-    static quarry::test::SampleStation &station(Engine engine);
-    static QList<Row> viewed(StationDatabase &database, const LogEntry &entry, const QString &sql, QString *error);
 
 private Q_SLOTS:
     void rows_data();
@@ -177,30 +203,6 @@ private Q_SLOTS:
     void statistics_data();
     void statistics();
 };
-
-quarry::test::SampleStation &TestConditionRows::station(Engine engine)
-{
-    return quarry::test::sampleStation(engine, "[USER]\nMODE=Vefos\nQueryHintMode=0\n");
-}
-
-// The rows as the viewer's table shows them, read in pages of 500.
-QList<Row> TestConditionRows::viewed(StationDatabase &database, const LogEntry &entry, const QString &sql, QString *error)
-{
-    if (*error = database.open(); !error->isEmpty())
-        return {};
-    LogRowsModel model(500);
-    if (*error = readRows(model, database, sql, entry.key); !error->isEmpty())
-        return {};
-    QList<Row> rows;
-    for (int r = 0; r < model.rowCount(); ++r) {
-        Row row;
-        for (int c = 0; c < model.columnCount(); ++c)
-            row.insert(model.headerData(c, Qt::Horizontal).toString().toLower(), model.index(r, c).data().toString());
-        rows.append(row);
-    }
-    *error = model.lastError().text();
-    return rows;
-}
 
 void TestConditionRows::rows_data()
 {
@@ -217,33 +219,23 @@ void TestConditionRows::rows()
 {
     QFETCH(Engine, engine);
     QFETCH(int, index);
-    QUARRY_REQUIRE_ENGINE(engine);
+    QUARRY_SAMPLE_STATION(station, engine, Vefos);
     const Case c = cases().at(index);
-    QVERIFY2(station(engine).isValid(), qPrintable(station(engine).errorText()));
+    const Viewed got = view(c.logType, c.steps);
+    QVERIFY2(got.error.isEmpty(), qPrintable(got.error + u"\n"_s + got.condition));
 
-    LogEntry entry = catalogueEntry(c.logType);
-    StationDatabase database;
-    QCOMPARE(database.fill(entry.listA), QString());
-    QCOMPARE(database.fill(entry.listB), QString());
-    QString condition;
-    QVERIFY(operate([&] { condition = askCondition(entry); }, c.steps));
-    QVERIFY(!condition.isEmpty());
-
-    QString error;
-    const QList<Row> got = viewed(database, entry, logSelect(entry, condition), &error);
-    QVERIFY2(error.isEmpty(), qPrintable(error + u"\n"_s + condition));
     QStringList ids;
-    for (const Row &row : got)
+    for (const Row &row : got.rows)
         ids.append(row[u"logid"_s]);
     QStringList expected;
-    const QList<Row> all = quarry::test::sealRows(station(engine), u"SELECT * FROM "_s + entry.table);
+    const QList<Row> all = quarry::test::sealRows(station, u"SELECT * FROM "_s + catalogueEntry(c.logType).table);
     for (const Row &row : all) {
         if (!c.selects || c.selects(row))
             expected.append(row[u"logid"_s]);
     }
     ids.sort();
     expected.sort();
-    QVERIFY2(ids == expected, qPrintable(u"%1 rows returned, %2 meant, by%3"_s.arg(ids.size()).arg(expected.size()).arg(condition)));
+    QVERIFY2(ids == expected, qPrintable(u"%1 rows returned, %2 meant, by%3"_s.arg(ids.size()).arg(expected.size()).arg(got.condition)));
     // A condition proves nothing on rows it selects all or none of.
     QVERIFY2(!expected.isEmpty() && (!c.selects || expected.size() < all.size()), qPrintable(QString::number(expected.size())));
 }
@@ -268,22 +260,15 @@ void TestConditionRows::statistics()
     QFETCH(QStringList, steps);
     QFETCH(QString, branch);
     QFETCH(QString, tellers);
-    QUARRY_REQUIRE_MARIADB();
-    QVERIFY2(station(Engine::MariaDb).isValid(), qPrintable(station(Engine::MariaDb).errorText()));
-
-    const LogEntry entry = catalogueEntry(u"SEALRESULTSTAT"_s);
-    QString condition;
-    QVERIFY(operate([&] { condition = askCondition(entry); }, steps));
-    QString error;
-    StationDatabase database;
-    const QList<Row> got = viewed(database, entry, logSelect(entry, condition), &error);
-    QVERIFY2(error.isEmpty(), qPrintable(error + u"\n"_s + condition));
+    QUARRY_SAMPLE_STATION(station, Engine::MariaDb, Vefos);
+    const Viewed got = view(u"SEALRESULTSTAT"_s, steps);
+    QVERIFY2(got.error.isEmpty(), qPrintable(got.error + u"\n"_s + got.condition));
 
     QHash<QString, QString> branchOf;
-    for (const Row &row : quarry::test::sealRows(station(Engine::MariaDb), u"SELECT HYDH, WDH FROM HY"_s))
+    for (const Row &row : quarry::test::sealRows(station, u"SELECT HYDH, WDH FROM HY"_s))
         branchOf.insert(row[u"hydh"_s], row[u"wdh"_s]);
     QMap<QString, std::pair<int, int>> counts; // operator: recognised, passed
-    for (const Row &row : quarry::test::sealRows(station(Engine::MariaDb), u"SELECT opcode, opresult FROM pjsblog"_s)) {
+    for (const Row &row : quarry::test::sealRows(station, u"SELECT opcode, opresult FROM pjsblog"_s)) {
         const int result = row[u"opresult"_s].toInt();
         if (result != 0 && result != 1 && result != 4 && result != 5)
             continue;
@@ -300,12 +285,12 @@ void TestConditionRows::statistics()
         expected.append(u"%1 %2 %3 %4"_s.arg(branchOf[it.key()], it.key()).arg(recognised).arg(passed));
     }
     QStringList counted;
-    for (const Row &row : got)
+    for (const Row &row : got.rows)
         counted.append(QStringList{row[u"wdh"_s], row[u"opcode"_s], row[u"total"_s], row[u"passed"_s]}.join(u' '));
     counted.sort();
     expected.sort();
     QVERIFY(!expected.isEmpty());
-    QVERIFY2(counted == expected, qPrintable(u"%1 operators counted, %2 meant, by %3"_s.arg(counted.size()).arg(expected.size()).arg(condition)));
+    QVERIFY2(counted == expected, qPrintable(u"%1 operators counted, %2 meant, by %3"_s.arg(counted.size()).arg(expected.size()).arg(got.condition)));
 }
 
 } // namespace quarry::viewer
