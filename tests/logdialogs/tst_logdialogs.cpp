@@ -1,9 +1,10 @@
 // The log query dialogs as hosts and operators meet them: shown by
 // CQuarry::showComplex on the offscreen platform, driven with keys and
-// clicks, the condition read back from SQLStr.
+// clicks, the condition read back from SQLStr; the embedded sample station
+// answers the branch lookups and gives the business date.
 
 #include "DialogDriver.h"
-#include "SampleStation.h"
+#include "SampleLogs.h"
 
 #include "logdialogs/frmHYLog.h"
 
@@ -17,11 +18,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <memory>
-
 using namespace Qt::StringLiterals;
 using quarry::test::Engine;
-using quarry::test::SampleStation;
 
 namespace quarry {
 
@@ -104,28 +102,19 @@ QString describe(QWidget *dialog)
     return parts.join(u" | "_s);
 }
 
+// seal.ini's [USER] with bank profile `mode` ("" for the default) and QueryHintMode.
+QByteArray user(const QString &mode, int queryHintMode = 0)
+{
+    return "[USER]\nMODE=" + mode.toUtf8() + "\nQueryHintMode=" + QByteArray::number(queryHintMode) + '\n';
+}
+
 } // namespace
 
 class TestLogDialogs : public QObject
 {
     Q_OBJECT
 
-    // The embedded sample station, for the branch lookups and the business date.
-    std::unique_ptr<SampleStation> m_station;
-
-    // seal.ini with bank profile `mode` ("" for the default) and QueryHintMode.
-    void useConfig(const QString &mode, int queryHintMode = 0)
-    {
-        m_station->writeIni("[USER]\nMODE=" + mode.toUtf8() + "\nQueryHintMode=" + QByteArray::number(queryHintMode) + '\n');
-    }
-
 private Q_SLOTS:
-    void initTestCase()
-    {
-        m_station = std::make_unique<SampleStation>(Engine::Sqlite);
-        QVERIFY2(m_station->isValid(), qPrintable(m_station->errorText()));
-    }
-
     void hostCalls_data()
     {
         QTest::addColumn<QString>("call");
@@ -151,7 +140,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, call);
         QFETCH(QString, mode);
-        useConfig(mode);
+        QUARRY_SAMPLE_STATION(station, Engine::Sqlite, user(mode));
         CQuarry quarry;
         QString seen;
         operate(quarry, hostCall(call), {}, [&](QWidget *dialog) {
@@ -270,7 +259,7 @@ private Q_SLOTS:
         QFETCH(QStringList, steps);
         QFETCH(QString, message);
         QFETCH(QString, after);
-        useConfig(mode, hint);
+        QUARRY_SAMPLE_STATION(station, Engine::Sqlite, user(mode, hint));
 
         CQuarry quarry;
         const bool yes = QString::fromLatin1(QTest::currentDataTag()).endsWith(u"Yes"_s);
@@ -302,7 +291,7 @@ private Q_SLOTS:
     // characters, so a wrapped legend breaks inside a description.
     void legendOnOneLine()
     {
-        useConfig(QString());
+        QUARRY_SAMPLE_STATION(station, Engine::Sqlite, user(QString()));
         frmHYLog dialog;
         dialog.setOpId({1, 2, 3, 4, 5, 6});
         dialog.setOpType({u"增加行员"_s, u"删除行员"_s, u"变更行员权限"_s, u"增加组"_s, u"删除组"_s, u"变更组权限"_s});
