@@ -85,13 +85,13 @@ private slots:
     {
         QTest::addColumn<Engine>("engine");
         QTest::addColumn<QString>("password");
-        QTest::addColumn<QString>("connection"); // %1: the test's; "" for it
+        QTest::addColumn<QString>("connection"); // %1: the test's
         QTest::addColumn<QString>("error");      // the start of the error text, %1 the server
         for (Engine engine : {Engine::MariaDb, Engine::MariaDbOdbc}) {
             const QByteArray tag = engineName(engine).toUtf8();
-            QTest::addRow("%s/wrong password", tag.constData()) << engine << u"WRONG"_s << QString() << u"拒绝了登录 BISOL"_s;
+            QTest::addRow("%s/wrong password", tag.constData()) << engine << u"WRONG"_s << u"%1"_s << u"拒绝了登录 BISOL"_s;
             // Unescaped, the second PWD attribute would log in.
-            QTest::addRow("%s/attribute in password", tag.constData()) << engine << u"x;PWD=KORMANTE"_s << QString() << u"拒绝了登录 BISOL"_s;
+            QTest::addRow("%s/attribute in password", tag.constData()) << engine << u"x;PWD=KORMANTE"_s << u"%1"_s << u"拒绝了登录 BISOL"_s;
             QTest::addRow("%s/no such database", tag.constData()) << engine << Password << u"%1NONE"_s << u"上没有这个数据库"_s;
             QTest::addRow("%s/nothing on the port", tag.constData()) << engine << Password << u"Server=127.0.0.1:1;Database=TEST"_s << u"连接不上"_s;
         }
@@ -101,10 +101,7 @@ private slots:
         QFETCH(QString, password);
         QFETCH(QString, connection);
         QFETCH(QString, error);
-        const QString target = connection.isEmpty() ? m_database->connectionString()
-            : connection.contains(u"%1"_s)           ? connection.arg(m_database->connectionString())
-                                                      : connection;
-        m_connection->open(target, User, password, true);
+        m_connection->open(connection.replace(u"%1"_s, m_database->connectionString()), User, password, true);
         QVERIFY(m_connection->failed() && !m_connection->isOpen());
         const QString text = m_connection->errorText();
         QVERIFY2(text.startsWith(u"数据库服务器 "_s) && text.contains(error) && text.contains(u"："_s), qPrintable(text));
