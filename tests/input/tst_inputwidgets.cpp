@@ -1,19 +1,11 @@
-// The input helpers on real widgets: the focus walk and the text boxes'
-// character filter. The key conventions and the masked date box are driven
-// through the dialogs in the component tests.
+// The text boxes' character filter on a real box: what the box keeps of typed
+// and pasted text. The focus walk, the key conventions and the masked date box
+// are driven through the dialogs in the component and log dialog tests.
 
-#include "input/FocusNavigation.h"
-#include "input/MaskEdBox.h"
 #include "input/SqlTextValidator.h"
 
-#include <QCheckBox>
-#include <QComboBox>
-#include <QDialog>
-#include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QTest>
-#include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
 
@@ -24,50 +16,6 @@ class TestInputWidgets : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void focusWalk_data()
-    {
-        QTest::addColumn<QString>("from");
-        QTest::addColumn<bool>("forwards");
-        QTest::addColumn<QString>("expected");
-
-        // Tab order: txtA, chk, cboB (editable), lbl, mask, txtHidden, txtDisabled, cmdOK, cmdCancel.
-        QTest::newRow("check box skipped") << u"txtA"_s << true << u"cboB"_s;
-        QTest::newRow("label skipped") << u"cboB"_s << true << u"mask"_s;
-        QTest::newRow("hidden and disabled skipped") << u"mask"_s << true << u"cmdOK"_s;
-        QTest::newRow("last stays") << u"cmdCancel"_s << true << u"cmdCancel"_s;
-        QTest::newRow("first stays") << u"txtA"_s << false << u"txtA"_s;
-    }
-
-    void focusWalk()
-    {
-        QFETCH(QString, from);
-        QFETCH(bool, forwards);
-
-        QDialog dialog;
-        auto *layout = new QVBoxLayout(&dialog);
-        auto *combo = new QComboBox;
-        combo->setEditable(true); // focus is then on the line edit inside it
-        const QList<QPair<QWidget *, QString>> fields{{new QLineEdit, u"txtA"_s}, {new QCheckBox, u"chk"_s},
-            {combo, u"cboB"_s}, {new QLabel(u"lbl"_s), u"lbl"_s}, {new MaskEdBox(MaskEdBox::Kind::Date), u"mask"_s},
-            {new QLineEdit, u"txtHidden"_s}, {new QLineEdit, u"txtDisabled"_s}, {new QPushButton, u"cmdOK"_s}, {new QPushButton, u"cmdCancel"_s}};
-        for (const auto &[widget, name] : fields) {
-            widget->setObjectName(name);
-            layout->addWidget(widget);
-        }
-        dialog.findChild<QWidget *>(u"txtHidden"_s)->hide();
-        dialog.findChild<QWidget *>(u"txtDisabled"_s)->setEnabled(false);
-        dialog.show();
-        QVERIFY(QTest::qWaitForWindowActive(&dialog));
-        dialog.findChild<QWidget *>(from)->setFocus();
-
-        forwards ? FocusNextControl(&dialog) : FocusPreviousControl(&dialog);
-
-        QWidget *focus = dialog.focusWidget();
-        if (focus->parentWidget() == combo)
-            focus = combo;
-        QTEST(focus->objectName(), "expected");
-    }
-
     void sqlTextValidator_data()
     {
         QTest::addColumn<SqlTextValidator::Quotes>("quotes");

@@ -241,6 +241,10 @@ private Q_SLOTS:
         keys("YJREQLOG: Esc does nothing", u"ex:YJREQLOG"_s, u"txtWdh"_s, u"Esc"_s, u"txtWdh"_s);
         keys("YJREQLOG: Enter goes to the start date", u"ex:YJREQLOG"_s, u"txtWdh"_s, u"Return"_s, u"txtStDate"_s);
         keys("XYZ: Esc cancels", u"XYZ"_s, u"TxtAccNo"_s, u"Esc"_s, closed);
+        // The focus walk passes over check boxes (and labels) and hidden fields, and stays in the first.
+        keys("YWRZ: Up does nothing in the first", u"YWRZ"_s, u"TxtAccNo"_s, u"Up"_s, u"TxtAccNo"_s);
+        QTest::newRow("YWRZ: Enter passes the sub-branch box") << u"YWRZ+wdh+yjk"_s << u"Vefos"_s << 0 << QStringList{u"txtWdh"_s, u"Return"_s} << none << u"TxtYJKNumber"_s << none;
+        QTest::newRow("PJSBRZ: profile 39, Enter passes the hidden times") << u"PJSBRZ"_s << u"Hilur"_s << 0 << QStringList{u"MaskBoxJs"_s, u"Return"_s} << none << u"ComPZ"_s << none;
         // The hint for the field that has the focus; a disabled field is passed over.
         keys("XYZ: the branch's hint", u"XYZ+wdh"_s, u"TxtAccNo"_s, u"Return"_s, u"txtWdh 请输入网点号特征，？代表任意一位数字，* 代表多个数字 "_s);
         QTest::newRow("XYZ: the first field's hint") << u"XYZ"_s << none << 0 << QStringList{} << none << u"TxtAccNo 请输入帐号特征，？代表任意一位数字，* 代表多个数字 "_s << none;
