@@ -8,6 +8,7 @@
 #include <quarry/QuarryError.h>
 
 #include <QDir>
+#include <QScopeGuard>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -111,7 +112,8 @@ private slots:
     {
         QTest::addColumn<Engine>("engine");
         QTest::addColumn<QString>("name");  // %1: the folder of the sample
-        QTest::addColumn<QByteArray>("content"); // of a file <name>.db made first; "/": a folder
+        // Of a file OTHER.db made first; "/": a folder; "lock": another program holds TEST.db locked.
+        QTest::addColumn<QByteArray>("content");
         QTest::addColumn<QString>("error");      // part of the error text; empty: found
         QTest::newRow("extension added") << Engine::Sqlite << u"TEST"_s << QByteArray() << QString();
         QTest::newRow("absolute path, other case, backslash") << Engine::Sqlite << u"%1\\Test"_s << QByteArray() << QString();
@@ -119,14 +121,24 @@ private slots:
         QTest::newRow("missing") << Engine::Sqlite << u"OTHER"_s << QByteArray() << u"OTHER.db 不存在"_s;
         QTest::newRow("a folder") << Engine::Sqlite << u"OTHER"_s << "/"_ba << u"OTHER.db 不是文件"_s;
         QTest::newRow("no database") << Engine::Sqlite << u"OTHER"_s << QByteArray(4096, 'x') << u"OTHER.db 文件不是数据库"_s;
+        // Said so once the wait for it is over.
+        QTest::newRow("locked by another program") << Engine::Sqlite << u"TEST"_s << "lock"_ba << u"TEST.db 数据库被其他程序锁定"_s;
     }
     void findsEmbeddedFile()
     {
         QFETCH(QString, name);
         QFETCH(QByteArray, content);
         QFETCH(QString, error);
+        QSqlDatabase locker = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"locker"_s);
+        const auto removeLocker = qScopeGuard([&locker] {
+            locker = QSqlDatabase();
+            QSqlDatabase::removeDatabase(u"locker"_s);
+        });
+        locker.setDatabaseName(m_folder->filePath(u"TEST.db"_s));
         const QString made = m_folder->filePath(u"OTHER.db"_s);
-        if (content == "/")
+        if (content == "lock")
+            QVERIFY(locker.open() && QSqlQuery(locker).exec(u"BEGIN EXCLUSIVE"_s));
+        else if (content == "/")
             QVERIFY(QDir().mkdir(made));
         else if (!content.isEmpty())
             writeFile(made, content);
@@ -138,27 +150,6 @@ private slots:
         if (!m_connection->failed())
             QVERIFY_THROWS_EXCEPTION(QuarryError, DbRecordSet().open(u"insert into WDDZ values ('9', '', '', '')"_s,
                                                                      *m_connection)); // opened read-only
-    }
-
-    // A file that another program holds locked is said so once the wait
-    // for it is over.
-    void lockedFile_data()
-    {
-        QTest::addColumn<Engine>("engine");
-        QTest::newRow("sqlite") << Engine::Sqlite;
-    }
-    void lockedFile()
-    {
-        {
-            QSqlDatabase locker = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"locker"_s);
-            locker.setDatabaseName(m_folder->filePath(u"TEST.db"_s));
-            QVERIFY(locker.open() && QSqlQuery(locker).exec(u"BEGIN EXCLUSIVE"_s));
-            m_connection->open(m_database->connectionString(), User, Password, true);
-            QVERIFY2(m_connection->failed() && m_connection->errorText().contains(u"TEST.db 数据库被其他程序锁定"_s),
-                     qPrintable(m_connection->errorText()));
-            locker.close();
-        }
-        QSqlDatabase::removeDatabase(u"locker"_s);
     }
 
     void concatAsOnMySql_data()
