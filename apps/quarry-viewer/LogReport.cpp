@@ -40,12 +40,16 @@ int LogReport::pageCount() const
     return rowPages() + (m_picture ? 1 : 0);
 }
 
-void LogReport::paint(QPagedPaintDevice &device) const
+bool LogReport::paint(QPagedPaintDevice &device, const std::function<bool(qint64)> &progress) const
 {
     QPainter painter(&device);
     painter.setFont(m_font);
     const QRect page = painter.viewport();
     for (int number = 1; number <= pageCount(); ++number) {
+        const qint64 painted
+            = qMin<qint64>(qint64(number - 1) * m_settings.rowsPerPage, m_rows.rowCount());
+        if (progress && !progress(painted))
+            return false;
         if (number > 1)
             device.newPage();
         const int top = paintHead(painter, page, number);
@@ -58,6 +62,7 @@ void LogReport::paint(QPagedPaintDevice &device) const
             painter.drawPixmap(QRect(area.topLeft(), size), picture);
         }
     }
+    return true;
 }
 
 int LogReport::paintHead(QPainter &painter, const QRect &page, int number) const

@@ -5,6 +5,8 @@
 #include <QFont>
 #include <QList>
 
+#include <functional>
+
 class QAbstractItemModel;
 class QPagedPaintDevice;
 class QPainter;
@@ -34,8 +36,10 @@ public:
 
     void setPicture(QWidget *picture) { m_picture = picture; }
     int pageCount() const;
-    // Paints every page on device (a printer, a PDF writer).
-    void paint(QPagedPaintDevice &device) const;
+    // Paints every page on device (a printer, a PDF writer); before each,
+    // progress (when given) is told the rows painted so far and stops the
+    // painting with false. False when stopped.
+    bool paint(QPagedPaintDevice &device, const std::function<bool(qint64)> &progress = {}) const;
 
 private:
     int rowPages() const;

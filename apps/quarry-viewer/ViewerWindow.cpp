@@ -532,9 +532,29 @@ bool ViewerWindow::exportPdf(const QString &path)
 {
     if (!hasRows())
         return false;
-    QPdfWriter pdf(path);
-    pdf.setTitle(m_shownTitle);
-    report().paint(pdf);
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly)) {
+        fault(u"无法写入 %1：%2"_s.arg(path, file.errorString()));
+        return false;
+    }
+    bool whole = false;
+    {
+        // The writer ends the document when it goes.
+        QPdfWriter pdf(&file);
+        pdf.setTitle(m_shownTitle);
+        QProgressDialog progress(this);
+        whole = report().paint(pdf, exportProgress(progress, m_rows->rowCount()));
+    }
+    // A stop leaves whatever was at path before.
+    if (!whole) {
+        file.cancelWriting();
+        statusBar()->showMessage(u"已取消导出，未写入 %1。"_s.arg(path));
+        return false;
+    }
+    if (!file.commit()) {
+        fault(u"无法写入 %1：%2"_s.arg(path, file.errorString()));
+        return false;
+    }
     statusBar()->showMessage(u"已把%1的报表写到 %2"_s.arg(m_shownTitle, path));
     return true;
 }

@@ -189,7 +189,9 @@ private Q_SLOTS:
         const QString path = dir.filePath(u"report.pdf"_s);
         {
             QPdfWriter pdf(path);
-            report.paint(pdf);
+            QVERIFY(report.paint(pdf));
+            QPdfWriter stopped(dir.filePath(u"stopped.pdf"_s)); // after the first page
+            QCOMPARE(report.paint(stopped, [](qint64 painted) { return painted == 0; }), report.pageCount() == 1);
         }
         QFile file(path);
         QVERIFY(file.open(QIODevice::ReadOnly));
