@@ -378,13 +378,18 @@ void ViewerWindow::clearResult(const QString &label)
     showBusy();
 }
 
+void ViewerWindow::cannotWrite(const QFileDevice &file)
+{
+    fault(u"无法写入 %1：%2"_s.arg(file.fileName(), file.errorString()));
+}
+
 bool ViewerWindow::exportCsv(const QString &path)
 {
     if (!hasRows())
         return false;
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly)) {
-        fault(u"无法写入 %1：%2"_s.arg(path, file.errorString()));
+        cannotWrite(file);
         return false;
     }
     CsvWriter csv(file);
@@ -413,7 +418,7 @@ bool ViewerWindow::exportCsv(const QString &path)
         return false;
     }
     if (!csv.ok() || !file.commit()) {
-        fault(u"无法写入 %1：%2"_s.arg(path, file.errorString()));
+        cannotWrite(file);
         return false;
     }
     statusBar()->showMessage(
@@ -534,7 +539,7 @@ bool ViewerWindow::exportPdf(const QString &path)
         return false;
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly)) {
-        fault(u"无法写入 %1：%2"_s.arg(path, file.errorString()));
+        cannotWrite(file);
         return false;
     }
     bool whole = false;
@@ -552,7 +557,7 @@ bool ViewerWindow::exportPdf(const QString &path)
         return false;
     }
     if (!file.commit()) {
-        fault(u"无法写入 %1：%2"_s.arg(path, file.errorString()));
+        cannotWrite(file);
         return false;
     }
     statusBar()->showMessage(u"已把%1的报表写到 %2"_s.arg(m_shownTitle, path));

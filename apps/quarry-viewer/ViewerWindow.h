@@ -9,6 +9,7 @@
 
 #include <optional>
 
+class QFileDevice;
 class QLabel;
 class QListWidget;
 class QPlainTextEdit;
@@ -71,6 +72,8 @@ private:
     void showBusy();
     void queryFailed(const QString &what, const QSqlError &error);
     void fault(const QString &text);
+    // Says which file could not be written, and why.
+    void cannotWrite(const QFileDevice &file);
     void clearResult(const QString &label);
     void chooseCsvFile();
     void choosePngFile();
