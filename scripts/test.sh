@@ -44,4 +44,5 @@ suite "$build" 600
 QUARRY_PRESET=sanitize QUARRY_BUILD_DIR=$build-sanitize "$root/scripts/build.sh"
 suite "$build-sanitize" 900
 
-QUARRY_FUZZ_BUILD_DIR=$build-fuzz "$root/scripts/fuzz.sh"
+QUARRY_FUZZ_BUILD_DIR=$build-sanitize "$root/scripts/fuzz.sh"
+echo "test.sh: everything passed in $((SECONDS / 60)) min $((SECONDS % 60)) s"
