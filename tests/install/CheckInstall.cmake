@@ -1,7 +1,9 @@
-# cmake -DQUARRY_BUILD_DIR=... -DCONSUMER_SOURCE_DIR=... -DEXAMPLES_DIR=... -DWORK_DIR=... -DGENERATOR=... -P CheckInstall.cmake
+# cmake -DQUARRY_BUILD_DIR=... -DCONSUMER_SOURCE_DIR=... -DEXAMPLES_DIR=... -DWORK_DIR=... -DGENERATOR=... -DCXX=... -P CheckInstall.cmake
 # Makes the Debian packages, unpacks them into a folder of their own, and
 # builds a small host against them twice, with the CMake package and with
 # pkg-config, as a host developer on another machine would; then runs both.
+# The host uses the compiler the library was built with: a sanitized library
+# needs that compiler's sanitizer runtime.
 # The host guide's examples are built and run there too, as far as they go
 # without an operator, and the bus activates the packaged service by name.
 file(REMOVE_RECURSE "${WORK_DIR}")
@@ -31,7 +33,7 @@ endif()
 get_filename_component(libdir "${library}" DIRECTORY)
 get_filename_component(pcdir "${pcfile}" DIRECTORY)
 
-run(${CMAKE_COMMAND} -S "${CONSUMER_SOURCE_DIR}" -B "${WORK_DIR}/cmake" -G "${GENERATOR}"
+run(${CMAKE_COMMAND} -S "${CONSUMER_SOURCE_DIR}" -B "${WORK_DIR}/cmake" -G "${GENERATOR}" "-DCMAKE_CXX_COMPILER=${CXX}"
     "-DCMAKE_PREFIX_PATH=${root}/usr" "-DQUARRY_EXAMPLES_DIR=${EXAMPLES_DIR}")
 run(${CMAKE_COMMAND} --build "${WORK_DIR}/cmake")
 
@@ -42,7 +44,7 @@ if(NOT result EQUAL 0)
     message(FATAL_ERROR "pkg-config does not know quarry")
 endif()
 separate_arguments(flags UNIX_COMMAND "${flags}")
-run(c++ -std=c++20 "${CONSUMER_SOURCE_DIR}/main.cpp" -o "${WORK_DIR}/pkgconfig-consumer" ${flags})
+run(${CXX} -std=c++20 "${CONSUMER_SOURCE_DIR}/main.cpp" -o "${WORK_DIR}/pkgconfig-consumer" ${flags})
 
 set(ENV{LD_LIBRARY_PATH} "${libdir}")
 run("${WORK_DIR}/cmake/consumer")
