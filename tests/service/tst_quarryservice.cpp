@@ -7,10 +7,10 @@
 #include "DialogDriver.h"
 #include "QuarryService.h"
 #include "RequestDialog.h"
+#include "TestFiles.h"
 
 #include <QDBusMetaType>
 #include <QDBusPendingCall>
-#include <QDialog>
 #include <QFile>
 #include <QProcess>
 #include <QSignalSpy>
@@ -82,8 +82,7 @@ QString seenFile()
 
 QStringList seen()
 {
-    QFile file(seenFile());
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts) : QStringList();
+    return QString::fromUtf8(test::readFile(seenFile())).split(u'\n', Qt::SkipEmptyParts);
 }
 
 } // namespace
@@ -283,8 +282,7 @@ private Q_SLOTS:
 
         const QString said = description.arg(QCoreApplication::applicationFilePath());
         QCOMPARE(ask(u"showDate"_s, {}, {step}), u"FrmDate | 2 error_description=%1; error_number=2000; error_source=quarry-service"_s.arg(said));
-        QFile log(m_station.filePath(u"drives/c/errorpath/error.txt"_s));
-        QVERIFY(log.open(QIODevice::ReadOnly) && QString::fromUtf8(log.readAll()).contains(said));
+        QVERIFY(QString::fromUtf8(test::readFile(m_station.filePath(u"drives/c/errorpath/error.txt"_s))).contains(said));
         QCOMPARE(ask(u"showDate"_s, {}, {u"Esc"_s}), u"FrmDate | 1 "_s);
     }
 

@@ -4,11 +4,11 @@
 
 #include "LogReport.h"
 #include "SelectedCells.h"
+#include "TestFiles.h"
 #include "XlsxExport.h"
 
 #include <QDate>
 #include <QDir>
-#include <QFile>
 #include <QLabel>
 #include <QPdfWriter>
 #include <QProcess>
@@ -119,9 +119,7 @@ private Q_SLOTS:
         QStandardItemModel model(6000, 1);
         QTemporaryDir dir;
         const QString path = dir.filePath(u"log.xlsx"_s);
-        QFile old(path);
-        QVERIFY(old.open(QIODevice::WriteOnly) && old.write("old") == 3);
-        old.close();
+        quarry::test::writeFile(path, "old");
         qint64 seen = 0;
         const QString fault = writeXlsx(path, model, {}, [&](qint64 rows) {
             seen = rows;
@@ -129,8 +127,7 @@ private Q_SLOTS:
         });
         QVERIFY(fault.contains(u"已取消"_s));
         QCOMPARE(seen, 5000);
-        QVERIFY(old.open(QIODevice::ReadOnly));
-        QCOMPARE(old.readAll(), "old");
+        QCOMPARE(quarry::test::readFile(path), "old");
         QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList{u"log.xlsx"_s});
     }
 
@@ -193,10 +190,8 @@ private Q_SLOTS:
             QPdfWriter stopped(dir.filePath(u"stopped.pdf"_s)); // after the first page
             QCOMPARE(report.paint(stopped, [](qint64 painted) { return painted == 0; }), report.pageCount() == 1);
         }
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::ReadOnly));
         static const QRegularExpression page(u"/Type\\s*/Page[^s]"_s);
-        QTEST(int(QString::fromLatin1(file.readAll()).count(page)), "pages");
+        QTEST(int(QString::fromLatin1(quarry::test::readFile(path)).count(page)), "pages");
     }
 };
 
