@@ -108,12 +108,12 @@ private slots:
         QTest::addColumn<QString>("message");  // what the failure message names, "" for none
 
         // A failed read (a message given) keeps what it read before.
-        const auto ok = [](const char *tag, const QString &ini, const Getter &field, const QString &expected,
+        const auto read = [](const char *tag, const QString &ini, const Getter &field, const QString &expected,
                            const QString &message = {}) {
             QTest::newRow(tag) << ini << QString() << field << expected << message;
         };
-        const auto failure = [&ok](const char *tag, const QString &ini, const QString &message) {
-            ok(tag, u"[DATABASESET]\nBASEMODE=MYSQL\n"_s + ini, FIELD(BASEMODE), u"MYSQL"_s, message);
+        const auto failure = [&read](const char *tag, const QString &ini, const QString &message) {
+            read(tag, u"[DATABASESET]\nBASEMODE=MYSQL\n"_s + ini, FIELD(BASEMODE), u"MYSQL"_s, message);
         };
         // Read again after GetParameter: codes are read again by it, lazy getters by themselves.
         const auto reread = [](const char *tag, const Getter &field, const QString &first, const QString &second,
@@ -129,38 +129,38 @@ private slots:
                                c.GetINIData(u"BANKPARAM"_s, u"TOTALACCNO"_s, QString(), SealIni)}
                 .join(u" | "_s);
         };
-        ok("default", QString(), FIELD(ODBCDRIVER), u"FreeTDS"_s);
-        ok("empty value is the default", u"[BANKPARAM]\nDEPARTID=\n"_s, FIELD(DEPARTID), u"1"_s);
-        ok("WDHMAXLEN follows WDHLEN", u"[BANKPARAM]\nWDHLEN=8\n"_s, FIELD(WDHMAXLEN), u"8"_s);
-        ok("IFQUERYCENTRE read twice", u"[XTCHX]\nIFQUERYCENTRE=1\n"_s, FIELD(IFQUERYCENTRE2), u"1"_s);
-        ok("GSHOST follows HOST", u"[NETPARAM]\nHOST=10.0.0.9\n"_s, FIELD(GSHOST), u"10.0.0.9"_s);
-        ok("yjk print on", u"[sbmk]\nIfPrintYjkNo=1\nDoubleSealQuota=0"_s, FIELD(PrintYjkNoFontSize), u"12"_s);
-        ok("input length follows", u"[YJK]\nYJKLENGTH=10\n"_s, FIELD(YjkInputLength), u"10"_s);
-        ok("other profile", u"[USER]\nMODE=Gugal\n[Zacen]\nMaxSealCount=5"_s, FIELD(MaxSealCount), u"0"_s);
+        read("default", QString(), FIELD(ODBCDRIVER), u"FreeTDS"_s);
+        read("empty value is the default", u"[BANKPARAM]\nDEPARTID=\n"_s, FIELD(DEPARTID), u"1"_s);
+        read("WDHMAXLEN follows WDHLEN", u"[BANKPARAM]\nWDHLEN=8\n"_s, FIELD(WDHMAXLEN), u"8"_s);
+        read("IFQUERYCENTRE read twice", u"[XTCHX]\nIFQUERYCENTRE=1\n"_s, FIELD(IFQUERYCENTRE2), u"1"_s);
+        read("GSHOST follows HOST", u"[NETPARAM]\nHOST=10.0.0.9\n"_s, FIELD(GSHOST), u"10.0.0.9"_s);
+        read("yjk print on", u"[sbmk]\nIfPrintYjkNo=1\nDoubleSealQuota=0"_s, FIELD(PrintYjkNoFontSize), u"12"_s);
+        read("input length follows", u"[YJK]\nYJKLENGTH=10\n"_s, FIELD(YjkInputLength), u"10"_s);
+        read("other profile", u"[USER]\nMODE=Gugal\n[Zacen]\nMaxSealCount=5"_s, FIELD(MaxSealCount), u"0"_s);
         // Lenient numbers: the leading number, 0 without one, half to even.
-        ok("leading number", u"[SBMK]\nMoneyLen=1 6x\nDoubleSealQuota=0\n"_s, FIELD(MoneyLen), u"16"_s);
-        ok("no number", u"[SBMK]\nMoneyLen=abc\nDoubleSealQuota=0\n"_s, FIELD(MoneyLen), u"0"_s);
-        ok("half down to even", u"[HYADM]\nSFZHLEN=2.5\n"_s, FIELD(SFZHLEN), u"2"_s);
-        ok("half up to even", u"[HYADM]\nSFZHLEN=3.5\n"_s, FIELD(SFZHLEN), u"4"_s);
-        ok("Long maximum", u"[HYADM]\nTRANPORT=2147483647\n"_s, FIELD(TRANPORT), u"2147483647"_s);
-        ok("Double", u"[SBMK]\nDoubleSealQuota=1234.5yuan\n"_s, FIELD(DoubleSealQuota), u"1234.5"_s);
+        read("leading number", u"[SBMK]\nMoneyLen=1 6x\nDoubleSealQuota=0\n"_s, FIELD(MoneyLen), u"16"_s);
+        read("no number", u"[SBMK]\nMoneyLen=abc\nDoubleSealQuota=0\n"_s, FIELD(MoneyLen), u"0"_s);
+        read("half down to even", u"[HYADM]\nSFZHLEN=2.5\n"_s, FIELD(SFZHLEN), u"2"_s);
+        read("half up to even", u"[HYADM]\nSFZHLEN=3.5\n"_s, FIELD(SFZHLEN), u"4"_s);
+        read("Long maximum", u"[HYADM]\nTRANPORT=2147483647\n"_s, FIELD(TRANPORT), u"2147483647"_s);
+        read("Double", u"[SBMK]\nDoubleSealQuota=1234.5yuan\n"_s, FIELD(DoubleSealQuota), u"1234.5"_s);
         failure("overflow by rounding", u"[HYADM]\nSFZHLEN=32767.5\n"_s, u"SFZHLEN=32767.5"_s);
         failure("Long overflow", u"[HYADM]\nTRANPORT=2147483648\n"_s, u"TRANPORT=2147483648"_s);
         // Strict counts: the whole text must be a number.
-        ok("count half to even", u"[HYADM]\nHYDHLEN=4.5\n"_s, FIELD(HYDHLEN), u"4"_s);
+        read("count half to even", u"[HYADM]\nHYDHLEN=4.5\n"_s, FIELD(HYDHLEN), u"4"_s);
         failure("count with letters", u"[HYADM]\nHYDHLEN=6x\n"_s, u"HYDHLEN=6x"_s);
         failure("no account types", u"[BANKPARAM]\nTOTALACCTYPE=0\n"_s, u"TOTALACCTYPE=0"_s);
-        ok("no patterns written back as one default", u"[BANKPARAM]\nTOTALACCNO=0\n"_s, lists, u"201????????? | 201????????? | ACCNO like '201_________'  | 1"_s);
-        ok("bank patterns copy the account patterns", u"[BANKPARAM]\nTOTALACCNO=3\nACCNOTYPE(0)=11??\nACCNOTYPE(2)=22??*3*\n"_s, lists, u"11?? 201????????? 22??*3* | 11?? 201????????? 22??*3* | ACCNO like '11__' or ACCNO like '201_________' or ACCNO like '22__%3%'  | 3"_s);
-        ok("a pattern is data on MySQL", u"[DATABASESET]\nBASEMODE=MYSQL\n[BANKPARAM]\nTOTALACCNO=1\nACCNOTYPE(0)=1'\\?\n"_s, lists, u"1'\\? | 1'\\? | ACCNO like '1''\\\\\\\\_'  | 1"_s);
-        ok("bank patterns of their own", u"[BANKPARAM]\nTOTALACCNO=1\nACCNOTYPE(0)=11??\nTOTALBANKACCNO=2\nBANKACCNOTYPE(0)=7??"_s, lists, u"11?? | 7?? 201????????? | ACCNO like '11__'  | 1"_s);
-        ok("negative pattern count", u"[BANKPARAM]\nTOTALACCNO=-2\n"_s, FIELD(AccNoMaxLen), u"0"_s);
+        read("no patterns written back as one default", u"[BANKPARAM]\nTOTALACCNO=0\n"_s, lists, u"201????????? | 201????????? | ACCNO like '201_________'  | 1"_s);
+        read("bank patterns copy the account patterns", u"[BANKPARAM]\nTOTALACCNO=3\nACCNOTYPE(0)=11??\nACCNOTYPE(2)=22??*3*\n"_s, lists, u"11?? 201????????? 22??*3* | 11?? 201????????? 22??*3* | ACCNO like '11__' or ACCNO like '201_________' or ACCNO like '22__%3%'  | 3"_s);
+        read("a pattern is data on MySQL", u"[DATABASESET]\nBASEMODE=MYSQL\n[BANKPARAM]\nTOTALACCNO=1\nACCNOTYPE(0)=1'\\?\n"_s, lists, u"1'\\? | 1'\\? | ACCNO like '1''\\\\\\\\_'  | 1"_s);
+        read("bank patterns of their own", u"[BANKPARAM]\nTOTALACCNO=1\nACCNOTYPE(0)=11??\nTOTALBANKACCNO=2\nBANKACCNOTYPE(0)=7??"_s, lists, u"11?? | 7?? 201????????? | ACCNO like '11__'  | 1"_s);
+        read("negative pattern count", u"[BANKPARAM]\nTOTALACCNO=-2\n"_s, FIELD(AccNoMaxLen), u"0"_s);
         const QString special = u"[SBMK]\nDoubleSealQuota=50000\nTotalSpecialDoubleSealQuota=3\nSpecialDoubleSealPztype(0)=2\nSpecialDoubleSealQuota(0)=200000.5\nSpecialDoubleSealPztype(1)=2\nSpecialDoubleSealQuota(1)=1\nSpecialDoubleSealQuota(2)=7\n"_s;
-        ok("first entry of a type", special, FIELD(GetDoubleSealQuotaByPztype(2)), u"200000.5"_s);
-        ok("type without entry", special, FIELD(GetDoubleSealQuotaByPztype(4)), u"50000"_s);
-        ok("entry without type is type 0", special, FIELD(GetDoubleSealQuotaByPztype(0)), u"7"_s);
-        ok("list element overflows", u"[SBMK]\nDoubleSealQuota=0\nTotalCheckUsefulLifeKind=3\nCheckUsefulLifeKind(0)=7\nCheckUsefulLifeKind(1)=99999\nCheckUsefulLifeKind(2)=9\n"_s, [](CSysCfg &c) { return numbers(c.CheckUsefulLifeKind); }, u"7 0 0"_s, u"CheckUsefulLifeKind(1)=99999"_s);
-        ok("quota of a pair overflows", u"[SBMK]\nDoubleSealQuota=0\nTotalSpecialDoubleSealQuota=2\nSpecialDoubleSealPztype(0)=3\nSpecialDoubleSealQuota(0)=1e999\n"_s, [](CSysCfg &c) { return numbers(c.SpecialDoubleSealPztype) + u" | "_s + numbers(c.SpecialDoubleSealQuota); }, u"3 0 | 0 0"_s, u"SpecialDoubleSealQuota(0)=1e999"_s);
+        read("first entry of a type", special, FIELD(GetDoubleSealQuotaByPztype(2)), u"200000.5"_s);
+        read("type without entry", special, FIELD(GetDoubleSealQuotaByPztype(4)), u"50000"_s);
+        read("entry without type is type 0", special, FIELD(GetDoubleSealQuotaByPztype(0)), u"7"_s);
+        read("list element overflows", u"[SBMK]\nDoubleSealQuota=0\nTotalCheckUsefulLifeKind=3\nCheckUsefulLifeKind(0)=7\nCheckUsefulLifeKind(1)=99999\nCheckUsefulLifeKind(2)=9\n"_s, [](CSysCfg &c) { return numbers(c.CheckUsefulLifeKind); }, u"7 0 0"_s, u"CheckUsefulLifeKind(1)=99999"_s);
+        read("quota of a pair overflows", u"[SBMK]\nDoubleSealQuota=0\nTotalSpecialDoubleSealQuota=2\nSpecialDoubleSealPztype(0)=3\nSpecialDoubleSealQuota(0)=1e999\n"_s, [](CSysCfg &c) { return numbers(c.SpecialDoubleSealPztype) + u" | "_s + numbers(c.SpecialDoubleSealQuota); }, u"3 0 | 0 0"_s, u"SpecialDoubleSealQuota(0)=1e999"_s);
         const QString nelos = u"[USER]\nMODE=Nelos"_s;
         reread("Refol", FIELD(ProfileCode), nelos, u"[USER]\nMODE=Refol"_s, u"22 20"_s);
         reread("unknown profile", FIELD(ProfileCode), nelos, u"[USER]\nMODE=Nobank"_s, u"22 0"_s);
