@@ -21,7 +21,8 @@ namespace {
 
 // The dialogs by a short name: the dialog's name and the call that shows it
 // with a length limit. "cheque" is showComplex("PJSBRZ") under profile 38,
-// whose limit is the account length.
+// whose limit is the account length (the teller and cheque lengths differ
+// from it, so that a limit taken from either shows).
 struct Operation
 {
     QString dialog;
@@ -33,7 +34,7 @@ const QHash<QString, Operation> operations{
     {u"acc"_s, {u"frmAcc"_s, &CQuarry::showAcc}},
     {u"branch"_s, {u"frmWdh"_s, &CQuarry::showBranch}},
     {u"cheque"_s, {u"frmChequeSeriesNo"_s, [](CQuarry &q, qint32 length) {
-        q.showComplex(u"PJSBRZ"_s, {}, {}, {}, {}, 0, 0, 3, length, 3, true, true, true); }}},
+        q.showComplex(u"PJSBRZ"_s, {}, {}, {}, {}, 0, 0, 5, length, 7, true, true, true); }}},
     {u"date"_s, {u"FrmDate"_s, [](CQuarry &q, qint32) { q.showDate(); }}},
 };
 
@@ -99,6 +100,7 @@ private Q_SLOTS:
         dates("date: start partly typed is a date", u"2009-1-5"_s, none, u"2009-01-05"_s, u" Where OpDate Between '2009-01-05' And '3000-01-01'"_s, none, closed);
         dates("date: start month only", u"2009-1"_s, none, u"2009-1 -  "_s, none, u"起始日期格式错误，请重新输入！"_s, u"MaskBoxKs"_s);
         dates("date: end 29 February 2009", none, u"20090229"_s, blank, none, u"截止日期格式错误，请重新输入！"_s, u"MaskBoxJs"_s);
+        dates("date: start and end the same day", u"20090301"_s, u"20090301"_s, u"2009-03-01"_s, u" Where OpDate Between '2009-03-01' And '2009-03-01'"_s, none, closed);
         dates("date: end before default start", none, u"19791231"_s, blank, none, u"截止日期不能小于起始日期，请重新输入！"_s, u"MaskBoxJs"_s);
     }
 

@@ -190,6 +190,7 @@ private Q_SLOTS:
         QTest::newRow("PJSBRZ: leaving a date that is none") << u"PJSBRZ"_s << none << 0 << QStringList{u"MaskBoxKs=2009"_s, u"Return"_s} << u"日期输入错误！"_s << u"MaskBoxKs"_s << none;
         QTest::newRow("PJSBRZ: leaving a time that is none") << u"PJSBRZ"_s << none << 0 << QStringList{u"maskBeginTime=25"_s, u"Return"_s} << u"时间输入错误！"_s << u"maskBeginTime"_s << none;
         QTest::newRow("PJSBRZ: the end date before the start") << u"PJSBRZ"_s << none << 0 << QStringList{u"MaskBoxKs=20090302"_s, u"MaskBoxJs=20090301"_s, u"Return"_s} << u"截止日期大于开始日期，请重新输入"_s << u"MaskBoxJs"_s << none;
+        QTest::newRow("PJSBRZ: start and end the same day") << u"PJSBRZ"_s << none << 0 << QStringList{u"MaskBoxKs=20090301"_s, u"MaskBoxJs=20090301"_s, u"CmdYes!"_s} << none << closed << u" where (accno like '%') and (opcode like '%') and  (CHEQUENO between '00000000' and 'zzzzzzzz') and (concat(opdate,optime) between '2009-03-0100:00:00' and '2009-03-0123:59:59') and  (pztype like '%') and (ChequeResult like '%')"_s;
         QTest::newRow("PJSBRZ: dates, times and lists") << u"PJSBRZ"_s << none << 0 << QStringList{u"TxtAccNo=62*"_s, u"MaskBoxKs=20090101"_s, u"MaskBoxJs=20090131"_s, u"maskBeginTime=080000"_s, u"maskEndTime=170000"_s, u"ComPZ#1"_s, u"ComPjsbResult#2"_s, u"CmdYes!"_s} << none << closed << u" where (accno like '62%') and (opcode like '%') and  (CHEQUENO between '00000000' and 'zzzzzzzz') and (concat(opdate,optime) between '2009-01-0108:00:00' and '2009-01-3117:00:00') and  (pztype like '自动验印') and (ChequeResult like '不通过')"_s;
         // Dates completed blank by blank, times as the boxes hold them.
         QTest::newRow("PJSBRZ: a date left with a blank") << u"PJSBRZ"_s << none << 0 << QStringList{u"MaskBoxKs=2009111"_s, u"maskBeginTime=08005"_s, u"TxtEZP=1-2"_s, u"CmdYes!"_s} << none << closed << u" where (accno like '%') and (opcode like '%') and  (CHEQUENO between '00000000' and '1-2') and (concat(opdate,optime) between '2009-11-1008:00:5 ' and '9999-99-9923:59:59') and  (pztype like '%') and (ChequeResult like '%')"_s;
@@ -309,7 +310,8 @@ private Q_SLOTS:
 
     // A station whose database is not there. An error closes the dialog and
     // reaches the host, which keeps the condition it had; the operator's own
-    // mistakes are told first.
+    // mistakes are told first. A branch that cannot be looked up is refused
+    // as one that does not exist.
     void componentErrors_data()
     {
         QTest::addColumn<QString>("call");
@@ -318,6 +320,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("sql"); // "previous": what the host had before
         QTest::newRow("statistics: the business date") << u"SEALRESULTSTAT"_s << QStringList{u"maskEndDate"_s, u"Return"_s} << u"error"_s << u"previous"_s;
         QTest::newRow("statistics: a wrong start date first") << u"SEALRESULTSTAT"_s << QStringList{u"maskBeginDate=20091301"_s, u"cmdOK!"_s} << u"起始日期格式错误，请重新输入！"_s << QString();
+        QTest::newRow("YYRZ: a sub-branch look-up that fails") << u"YYRZ+wdh"_s << QStringList{u"txtWdh=110101"_s, u"chkSub!"_s, u"BtnOk!"_s, u"BtnCancel!"_s} << u"输入的网点号不存在，请重新输入！"_s << u" where Opcode Like '%' And ACCNO  LIKE  '%' And Opdate Between '1980-01-01' And '3000-01-01' and chequeno between '00000000' and 'zzzzzzzz'"_s;
     }
     void componentErrors()
     {
@@ -326,7 +329,7 @@ private Q_SLOTS:
         QFETCH(QString, message);
         QFETCH(QString, sql);
         QTemporaryDir elsewhere;
-        quarry::test::writeSealIni(elsewhere.path(), QString(), 0);
+        quarry::test::writeSealIni(elsewhere.path(), u"Vefos"_s, 0);
         CQuarry quarry;
         operate(quarry, hostCall(u"ACC"_s), {u"TxtAccNo=1*"_s, u"BtnOk!"_s});
         const QString previous = quarry.SQLStr();

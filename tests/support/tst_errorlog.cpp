@@ -44,7 +44,7 @@ private slots:
 
         QTest::newRow("no ERRORFILE, on a fresh machine") << QByteArray() << false << u"c/errorpath/error.txt"_s;
         QTest::newRow("failed block copies, on a fresh machine") << QByteArray() << true << u"c/errorpath/error.txt"_s;
-        QTest::newRow("ERRORFILE with blanks inside quotes") << QByteArray("[ERROR]\nERRORFILE=\" d:\\Logs \"\n") << false << u"d/Logs/error.txt"_s;
+        QTest::newRow("ERRORFILE with blanks inside quotes, drive in upper case") << QByteArray("[ERROR]\nERRORFILE=\" D:\\Logs \"\n") << false << u"d/Logs/error.txt"_s;
         // Only the folder itself is made, besides the drive.
         QTest::newRow("two levels missing") << QByteArray("[ERROR]\nERRORFILE=c:\\nowhere\\errorpath\n") << false << QString();
         QTest::newRow("two levels missing, block copies") << QByteArray("[ERROR]\nERRORFILE=c:\\nowhere\\errorpath\n") << true << QString();
