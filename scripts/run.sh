@@ -48,12 +48,12 @@ run_on_mariadb() {
     [ -f "$server/port" ] || { echo "No MariaDB server: install mariadb-server" >&2; exit 1; }
     port=$(cat "$server/port")
     for db in SEAL LOCAL; do
-        mariadb --no-defaults --protocol=socket --socket="$server/mysqld.sock" --user=root \
+        mariadb --no-defaults --protocol=socket --socket="$(cat "$server/socket")" --user=root \
             -e "CREATE DATABASE $db CHARACTER SET utf8mb4 COLLATE utf8mb4_general_ci"
     done
     load() {
         local db=$1; shift
-        cat "$@" | mariadb --no-defaults --protocol=socket --socket="$server/mysqld.sock" \
+        cat "$@" | mariadb --no-defaults --protocol=socket --socket="$(cat "$server/socket")" \
             --user=root --default-character-set=utf8mb4 "$db"
     }
     load SEAL "$sample/seal.sql" "$sample/reference.sql"

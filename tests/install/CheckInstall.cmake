@@ -79,9 +79,11 @@ endif()
 file(READ "${service_file}" service)
 string(REPLACE "Exec=/usr/" "Exec=${root}/usr/" service "${service}")
 file(WRITE "${WORK_DIR}/services/org.quarry.Quarry1.service" "${service}")
+# The bus's socket in /tmp: a socket's path holds at most 107 bytes, and the
+# work folder may lie deep in a checkout.
 file(WRITE "${WORK_DIR}/session.conf" "<busconfig>
   <type>session</type>
-  <listen>unix:tmpdir=${WORK_DIR}</listen>
+  <listen>unix:tmpdir=/tmp</listen>
   <servicedir>${WORK_DIR}/services</servicedir>
   <policy context=\"default\"><allow send_destination=\"*\"/><allow own=\"*\"/></policy>
 </busconfig>
