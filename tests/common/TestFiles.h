@@ -5,6 +5,11 @@
 
 namespace quarry::test {
 
+// How long a test waits, in milliseconds, for what may never come (a
+// process's end, an answer, the end of a reading): the slowest build, the
+// sanitized one, needs a few seconds at most, and a fault is told soon.
+constexpr int WaitLimit = 10'000;
+
 // Writes bytes into the file at path, replacing it; a failure ends the program.
 void writeFile(const QString &path, const QByteArray &bytes);
 // The file's bytes; empty when it cannot be read.

@@ -64,7 +64,7 @@ private Q_SLOTS:
         QProcess ask;
         ask.setEnvironment(QProcess::systemEnvironment() << u"QUARRY_SYSTEM_DIR="_s + systemDir.path());
         ask.start(QStringLiteral(QUARRY_ASK_PROGRAM), arguments);
-        const QString written = ask.waitForFinished() ? QString::fromUtf8(ask.readAllStandardOutput() + ask.readAllStandardError()) : u"still running"_s;
+        const QString written = ask.waitForFinished(test::WaitLimit) ? QString::fromUtf8(ask.readAllStandardOutput() + ask.readAllStandardError()) : u"still running"_s;
         QVERIFY2(ask.exitCode() == status && written.contains(output), qPrintable(u"%1: %2"_s.arg(ask.exitCode()).arg(written)));
     }
 };

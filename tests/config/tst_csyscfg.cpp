@@ -315,7 +315,7 @@ private slots:
         environment.insert(u"LD_LIBRARY_PATH"_s, m_library.path());
         program.setProcessEnvironment(environment);
         program.start(QStringLiteral(QUARRY_CONFIG_PROGRAM), arguments);
-        QVERIFY(program.waitForFinished());
+        QVERIFY2(program.waitForFinished(quarry::test::WaitLimit), "quarry-config ended");
         QTEST(program.exitCode() == 0, "succeeds");
         const QString out =
             QString::fromUtf8(program.readAllStandardOutput() + program.readAllStandardError());

@@ -104,9 +104,9 @@ class TestQuarryService : public QObject
         QFile::remove(seenFile());
         drive(steps);
         const QString path = call(m_client, member, busArguments(arguments, parent)).arguments().value(0).value<QDBusObjectPath>().path();
-        std::ignore = QTest::qWaitFor([&] { return responseTo(path).has_value(); }, 20000);
+        std::ignore = QTest::qWaitFor([&] { return responseTo(path).has_value(); }, test::WaitLimit);
         const std::optional<QDBusMessage> response = responseTo(path);
-        return seen().value(0).section(u' ', 0, 0) + u" | "_s + (response ? outcomeText(*response) : u"no response"_s);
+        return seen().value(0).section(u' ', 0, 0) + u" | "_s + (response ? outcomeText(*response) : u"no response within the wait limit"_s);
     }
 
     std::optional<QDBusMessage> responseTo(const QString &path) const
@@ -186,8 +186,10 @@ private Q_SLOTS:
         QProcess python;
         drive(steps);
         python.start(QStringLiteral(QUARRY_PYTHON_EXAMPLE), arguments);
-        QSignalSpy(&python, &QProcess::finished).wait(20000);
-        const QString written = QString::fromUtf8(python.readAllStandardOutput() + python.readAllStandardError());
+        // The service answers from this thread: wait with the event loop running.
+        const bool ended = QTest::qWaitFor([&] { return python.state() == QProcess::NotRunning; }, test::WaitLimit);
+        const QString written = ended ? QString::fromUtf8(python.readAllStandardOutput() + python.readAllStandardError())
+                                      : u"the example still waits for its Response"_s;
         QVERIFY2(python.exitCode() == status && written.contains(output), qPrintable(u"%1: %2"_s.arg(python.exitCode()).arg(written)));
     }
 
@@ -240,19 +242,18 @@ private Q_SLOTS:
         const QString firstPath = u"/org/quarry/Quarry1/request/"_s + m_client.baseService().mid(1).replace(u'.', u'_') + u"/first"_s;
         drive({u"wait "_s + m_station.filePath(u"never"_s)});
         call(m_client, u"showDate"_s, {QString(), QVariantMap{{u"handle_token"_s, u"first"_s}}});
-        const QString busy = call(m_client, u"showAcc"_s, busArguments({0})).errorName();
+        // Refused at once: an accepted second call would show a dialog of its own.
+        QCOMPARE(call(m_client, u"showAcc"_s, busArguments({0})).errorName(), u"org.quarry.Quarry1.Error.Busy"_s);
         const QString go = m_station.filePath(u"go"_s);
         drive({u"wait "_s + go, u"Esc"_s});
         const QString otherPath = call(other, u"showClerk"_s, busArguments({0})).arguments().value(0).value<QDBusObjectPath>().path();
 
-        QVERIFY(QTest::qWaitFor([&] { return seen().size() == 2; }, 20000));
+        QVERIFY2(QTest::qWaitFor([&] { return seen().size() == 2; }, test::WaitLimit), "two dialogs shown");
         QTest::qWait(int(2 * Idle.count()));
         QVERIFY(!responseTo(firstPath) && !responseTo(otherPath));
         QCOMPARE(call(m_client, u"Close"_s, {}, firstPath, u"org.quarry.Quarry1.Request"_s).type(), QDBusMessage::ReplyMessage);
         QFile(go).open(QIODevice::WriteOnly);
-        QVERIFY(QTest::qWaitFor([&] { return responseTo(otherPath).has_value(); }, 20000));
-
-        QCOMPARE(busy, u"org.quarry.Quarry1.Error.Busy"_s);
+        QVERIFY2(QTest::qWaitFor([&] { return responseTo(otherPath).has_value(); }, test::WaitLimit), "the other caller's Response");
         QStringList dialogs;
         for (const QString &line : seen())
             dialogs.append(line.section(u' ', 0, 0));
@@ -261,7 +262,7 @@ private Q_SLOTS:
         QCOMPARE(outcomeText(responseTo(otherPath).value()), u"1 "_s);
         QVERIFY(!responseTo(firstPath));
         QCOMPARE(idle.count(), 0);
-        QVERIFY(idle.wait());
+        QVERIFY2(idle.wait(test::WaitLimit), "the service idle");
     }
 
     // A dialog process that ends without an answer fails its request; the
@@ -305,7 +306,7 @@ private Q_SLOTS:
 
 // The dialog program as the service starts it, its dialog driven by the
 // steps of drive() and written down in the seen file. Steps beside
-// DialogDriver's: "wait FILE" until FILE exists (half a minute at most),
+// DialogDriver's: "wait FILE" until FILE exists (the wait limit at most),
 // "kill" its own process, "say TEXT" as its answer and end.
 int drivenDialog()
 {
@@ -329,7 +330,7 @@ int drivenDialog()
                 out.close();
                 std::_Exit(0);
             } else if (action.startsWith(u"wait "_s)) {
-                std::ignore = QTest::qWaitFor([&] { return QFile::exists(action.mid(5)); }, 30000);
+                std::ignore = QTest::qWaitFor([&] { return QFile::exists(action.mid(5)); }, test::WaitLimit);
             } else {
                 test::step(dialog, action);
             }

@@ -97,7 +97,7 @@ private slots:
             writers[id].start(QCoreApplication::applicationFilePath(),
                               {u"--log-writer"_s, QString::number(id), QString::number(Lines)});
         for (QProcess &writer : writers)
-            QVERIFY(writer.waitForFinished(120000) && writer.exitCode() == 0);
+            QVERIFY(writer.waitForFinished(quarry::test::WaitLimit) && writer.exitCode() == 0);
 
         const QStringList lines = contents(drives + u"/c/many/error.txt"_s).split(u'\n', Qt::SkipEmptyParts);
         QCOMPARE(lines.size(), Writers * Lines);

@@ -1,6 +1,7 @@
 #include "ReadRows.h"
 
 #include "LogRowsModel.h"
+#include "TestFiles.h"
 
 #include <QSqlError>
 #include <QTest>
@@ -17,8 +18,8 @@ QString readRows(LogRowsModel &model, const StationDatabase &station, const QStr
     QObject::connect(&model, &LogRowsModel::failed, &context,
                      [&fault](const QSqlError &error) { fault = error.text(); });
     model.setQuery(station, select, key);
-    if (!QTest::qWaitFor([&model] { return !model.isBusy(); }, 120'000))
-        return u"still reading after two minutes"_s;
+    if (!QTest::qWaitFor([&model] { return !model.isBusy(); }, test::WaitLimit))
+        return u"still reading after the wait limit"_s;
     return fault;
 }
 

@@ -27,7 +27,7 @@ QByteArray member(const QString &xlsx, const QString &name)
 {
     QProcess unzip;
     unzip.start(u"unzip"_s, {u"-p"_s, xlsx, name});
-    unzip.waitForFinished();
+    unzip.waitForFinished(quarry::test::WaitLimit);
     return unzip.readAllStandardOutput();
 }
 

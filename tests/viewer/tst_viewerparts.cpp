@@ -252,7 +252,7 @@ void TestViewerParts::program()
     environment.remove(u"WAYLAND_DISPLAY"_s);
     viewer.setProcessEnvironment(environment);
     viewer.start(QStringLiteral(QUARRY_VIEWER_PROGRAM), arguments);
-    QVERIFY(viewer.waitForFinished());
+    QVERIFY2(viewer.waitForFinished(test::WaitLimit), "quarry-viewer ended");
     const QString out = QString::fromUtf8(viewer.readAllStandardOutput() + viewer.readAllStandardError());
     QCOMPARE(viewer.exitStatus(), QProcess::NormalExit);
     QCOMPARE(viewer.exitCode(), status);

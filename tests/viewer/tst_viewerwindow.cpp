@@ -13,6 +13,7 @@
 #include "LogRowsModel.h"
 #include "PassRateChart.h"
 #include "ReadRows.h"
+#include "TestFiles.h"
 #include "StationDatabase.h"
 #include "ViewerWindow.h"
 
@@ -95,11 +96,11 @@ qint64 count(SampleStation &station, const QString &select)
 }
 
 // Waits while the window reads in the background; false when it still
-// does after a minute.
+// does after the wait limit.
 bool settle(const ViewerWindow &window)
 {
     const auto *busy = window.findChild<QProgressBar *>(u"queryProgress"_s);
-    return QTest::qWaitFor([busy, &window] { return !busy->isVisibleTo(&window); }, 60'000);
+    return QTest::qWaitFor([busy, &window] { return !busy->isVisibleTo(&window); }, test::WaitLimit);
 }
 
 // The dialog of the log, operated by steps, and the rows read.
@@ -494,7 +495,7 @@ void TestViewerWindow::pages()
     QCOMPARE(model.headerData(0, Qt::Horizontal).toString(), u"K"_s);
     const auto sortBy = [&](int column, Qt::SortOrder direction) {
         model.sort(column, direction);
-        return QTest::qWaitFor([&] { return !model.isBusy(); }, 60'000);
+        return QTest::qWaitFor([&] { return !model.isBusy(); }, test::WaitLimit);
     };
     if (!order.isEmpty())
         QVERIFY(sortBy(2, order.endsWith(u"DESC"_s) ? Qt::DescendingOrder : Qt::AscendingOrder));
@@ -544,9 +545,9 @@ void TestViewerWindow::cancel()
     if (engine == Engine::Sqlite)
         QTest::qWait(300);
     else
-        QTRY_COMPARE_WITH_TIMEOUT(running(), 1, 30'000);
+        QTRY_COMPARE_WITH_TIMEOUT(running(), 1, test::WaitLimit);
     QCOMPARE(model.cancel(), QString());
-    QVERIFY(cancelled.wait(30'000));
+    QVERIFY2(cancelled.wait(test::WaitLimit), "the statement stopped");
     if (engine != Engine::Sqlite)
         QTRY_COMPARE(running(), 0);
     QCOMPARE(model.rowCount(), 40);
