@@ -89,6 +89,8 @@ launch() {
         --lower-case-table-names=1 --character-set-server=utf8mb4 \
         --collation-server=utf8mb4_general_ci --skip-name-resolve --skip-log-bin \
         --innodb-buffer-pool-size=32M --innodb-log-file-size=8M \
+        --innodb-flush-method=nosync --innodb-flush-log-at-trx-commit=0 --innodb-doublewrite=0 \
+        --innodb-file-per-table=0 \
         </dev/null >>"$log" 2>&1 &
     pid=$!
     for _ in $(seq 1 600); do
