@@ -24,6 +24,7 @@ private Q_SLOTS:
 
         QTest::newRow("clerk") << QStringList{u"clerk"_s, u"6"_s} << u"clerk 6"_s;
         QTest::newRow("complex, log type as given") << QStringList{u"complex"_s, u"ywrz"_s, u"--list-a"_s, u"1=自动验印"_s, u"--show-wdh"_s} << u"complex 0 ywrz"_s;
+        QTest::newRow("complex, the three lengths") << QStringList{u"complex"_s, u"YYRZ"_s, u"--clerk-len"_s, u"4"_s, u"--acc-len"_s, u"17"_s, u"--cheque-len"_s, u"8"_s} << u"complex 0 YYRZ lengths 4/17/8"_s;
         QTest::newRow("complex-ex") << QStringList{u"complex-ex"_s, u"YJREQLOG"_s} << u"complex-ex 0 YJREQLOG"_s;
         QTest::newRow("over the host's window") << QStringList{u"date"_s, u"--parent"_s, u"0x2a"_s} << u"date 0 parent 42"_s;
     }
@@ -36,7 +37,9 @@ private Q_SLOTS:
         const AskRequest request = parseAskArguments(arguments);
         const AskCommand &c = request.command.value(); // throws, failing the row, when refused
         const QString parent = c.parentWindow ? u" parent %1"_s.arg(c.parentWindow) : QString();
-        QTEST(u"%1 %2 %3"_s.arg(names[int(c.operation)]).arg(c.length).arg(c.logType).trimmed() + parent, "expected");
+        const QString lengths = c.clerkLength || c.accLength || c.chequeLength
+            ? u" lengths %1/%2/%3"_s.arg(c.clerkLength).arg(c.accLength).arg(c.chequeLength) : QString();
+        QTEST(u"%1 %2 %3"_s.arg(names[int(c.operation)]).arg(c.length).arg(c.logType).trimmed() + lengths + parent, "expected");
     }
 
     void program_data()
