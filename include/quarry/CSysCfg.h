@@ -23,6 +23,15 @@ struct IniRead
     bool defaulted = false; ///< The key was missing or empty.
 };
 
+/// A value of seal.ini that GetParameter cannot take, as inspectParameters()
+/// finds it.
+struct IniFault
+{
+    qsizetype read = 0;  ///< Its place in CSysCfg::parameterLog(),
+    qint32 number = 0;   ///< the number of the error GetParameter stops with there
+    QString description; ///< and its description.
+};
+
 /// The station's seal.ini configuration. Every reader owns its own copy:
 /// create, call GetParameter once, then read the public fields, each named
 /// after its key. A value that cannot be converted ends GetParameter, which
@@ -74,6 +83,12 @@ public:
     /// telling the operator "初始化系统参数错误！", when a value cannot be
     /// converted; the values read before it stay.
     bool GetParameter();
+    /// Reads seal.ini as GetParameter does, but tells no one, writes nothing
+    /// back, and goes on past a value it cannot take (its field gets 0), so
+    /// that parameterLog() lists every key a complete read takes.
+    /// The values it could not take, in reading order: GetParameter stops at
+    /// the first of them.
+    QList<IniFault> inspectParameters();
     /// @name Elements of the lists, "" or 0 past their counts
     ///@{
 
@@ -341,6 +356,13 @@ private:
     // The file a profile-function call reads or writes: IniPath for "SEAL.INI".
     QString iniFileFor(const QString &fileName) const;
 
+    // Reads every key in order; raises the first error unless inspecting.
+    void readAll();
+    // What convert gives for the value read last; when it raises an error,
+    // an inspection notes it and takes the type's zero.
+    template<typename Convert>
+    auto taken(Convert convert);
+
     // Readers used by GetParameter: each reads one key from the snapshot of
     // seal.ini, records it in the log and converts it.
     QString readString(const QString &section, const QString &key, const QString &defaultValue);
@@ -380,6 +402,7 @@ private:
 
     std::unique_ptr<DbConnection> m_localDb;
     QList<IniRead> m_log;
+    QList<IniFault> *m_faults = nullptr; // while inspectParameters runs
 };
 
 } // namespace quarry

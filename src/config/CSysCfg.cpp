@@ -438,24 +438,41 @@ QString CSysCfg::readString(const QString &section, const QString &key, const QS
     return value;
 }
 
+template<typename Convert>
+auto CSysCfg::taken(Convert convert)
+{
+    try {
+        return convert();
+    } catch (const QuarryError &error) {
+        if (!m_faults)
+            throw;
+        m_faults->append({m_log.size() - 1, error.number(), error.description()});
+        return decltype(convert())();
+    }
+}
+
 qint16 CSysCfg::readInteger(const QString &section, const QString &key, const QString &defaultValue)
 {
-    return lenientInteger<qint16>(section, key, readString(section, key, defaultValue));
+    const QString value = readString(section, key, defaultValue);
+    return taken([&] { return lenientInteger<qint16>(section, key, value); });
 }
 
 qint32 CSysCfg::readLong(const QString &section, const QString &key, const QString &defaultValue)
 {
-    return lenientInteger<qint32>(section, key, readString(section, key, defaultValue));
+    const QString value = readString(section, key, defaultValue);
+    return taken([&] { return lenientInteger<qint32>(section, key, value); });
 }
 
 double CSysCfg::readDouble(const QString &section, const QString &key, const QString &defaultValue)
 {
-    return lenientDouble(section, key, readString(section, key, defaultValue));
+    const QString value = readString(section, key, defaultValue);
+    return taken([&] { return lenientDouble(section, key, value); });
 }
 
 qint16 CSysCfg::readCount(const QString &section, const QString &key, const QString &defaultValue)
 {
-    return strictInteger(section, key, readString(section, key, defaultValue));
+    const QString value = readString(section, key, defaultValue);
+    return taken([&] { return strictInteger(section, key, value); });
 }
 
 QStringList CSysCfg::readStrings(const QString &section, const QString &prefix, qint16 count,
@@ -469,30 +486,44 @@ QStringList CSysCfg::readStrings(const QString &section, const QString &prefix, 
 
 bool CSysCfg::GetParameter()
 {
-    m_log.clear();
-    const IniFile ini = IniFile::load(iniFileFor(SealIni));
-    m_snapshot = &ini;
-    const auto forgetSnapshot = qScopeGuard([this] { m_snapshot = nullptr; });
     try {
-        readDatabaseSettings();
-        readBankParam();
-        readAccountLists();
-        readCodeLists();
-        readStationSettings();
-        readNetParam();
-        readCentreSettings();
-        readTellerAdministration();
-        readAuditAndFtp();
-        readPrintAndSeries();
-        readDoubleSealSettings();
-        readSealCardAndFlags();
-        readProfile();
-        readProfileKeys();
+        readAll();
     } catch (const QuarryError &error) {
         showSystemMessage(u"系统提示"_s, u"初始化系统参数错误！"_s + error.description());
         return false;
     }
     return true;
+}
+
+QList<IniFault> CSysCfg::inspectParameters()
+{
+    QList<IniFault> faults;
+    m_faults = &faults;
+    const auto stopInspecting = qScopeGuard([this] { m_faults = nullptr; });
+    readAll();
+    return faults;
+}
+
+void CSysCfg::readAll()
+{
+    m_log.clear();
+    const IniFile ini = IniFile::load(iniFileFor(SealIni));
+    m_snapshot = &ini;
+    const auto forgetSnapshot = qScopeGuard([this] { m_snapshot = nullptr; });
+    readDatabaseSettings();
+    readBankParam();
+    readAccountLists();
+    readCodeLists();
+    readStationSettings();
+    readNetParam();
+    readCentreSettings();
+    readTellerAdministration();
+    readAuditAndFtp();
+    readPrintAndSeries();
+    readDoubleSealSettings();
+    readSealCardAndFlags();
+    readProfile();
+    readProfileKeys();
 }
 
 void CSysCfg::readDatabaseSettings()
@@ -538,7 +569,8 @@ void CSysCfg::readAccountLists()
     if (TOTALACCNO == 0) {
         // A station without patterns gets the default one, and the file says so.
         TOTALACCNO = 1;
-        SetIniData(section, u"TOTALACCNO"_s, u"1"_s, SealIni);
+        if (!m_faults)
+            SetIniData(section, u"TOTALACCNO"_s, u"1"_s, SealIni);
     }
     ACCNOTYPE = readStrings(section, u"ACCNOTYPE("_s, TOTALACCNO, defaultPattern);
     ACCNOLEN.clear();
@@ -558,7 +590,10 @@ void CSysCfg::readCodeLists()
 {
     const QString section = u"BANKPARAM"_s;
     TOTALACCTYPE = readCount(section, u"TOTALACCTYPE"_s, u"4"_s);
-    requireDimension(section, u"TOTALACCTYPE"_s, TOTALACCTYPE);
+    taken([&] {
+        requireDimension(section, u"TOTALACCTYPE"_s, TOTALACCTYPE);
+        return 0;
+    });
     ACCTYPE = readStrings(section, u"ACCTYPE("_s, TOTALACCTYPE, QString());
     TotalAccUse = readCount(section, u"TotalAccUse"_s, u"0"_s);
     AccUse = readStrings(section, u"AccUse("_s, TotalAccUse, QString());
@@ -781,8 +816,10 @@ void CSysCfg::readDoubleSealSettings()
     if (DoubleSealQuota == -1) {
         // -1 (also the default) leaves the quota to the branch's row of the
         // parameter table.
-        const QString quota = GetParamValue(section, u"DoubleSealQuota"_s, u"0"_s);
-        DoubleSealQuota = lenientDouble(u"parameter"_s, u"DoubleSealQuota"_s, quota);
+        DoubleSealQuota = taken([&] {
+            const QString quota = GetParamValue(section, u"DoubleSealQuota"_s, u"0"_s);
+            return lenientDouble(u"parameter"_s, u"DoubleSealQuota"_s, quota);
+        });
     }
 
     TotalSpecialDoubleSealQuota = readCount(u"sbmk"_s, u"TotalSpecialDoubleSealQuota"_s, u"0"_s);
