@@ -4,8 +4,11 @@
 //   quarry-config [--ini PATH] dump
 //   quarry-config [--ini PATH] get SECTION KEY [DEFAULT]
 //   quarry-config [--ini PATH] set SECTION KEY VALUE
+//   quarry-config [--ini PATH] check [--json]
 
+#include "LogCatalogue.h"
 #include "MissingStation.h"
+#include "StationCheck.h"
 
 #include "platform/IniFile.h"
 #include "platform/Paths.h"
@@ -15,7 +18,11 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QFile>
+#include <QDir>
 #include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QTextStream>
 
 #include <cstdio>
@@ -111,6 +118,41 @@ int set(const quarry::CSysCfg &cfg, const QStringList &args)
     return 0;
 }
 
+QJsonObject findingObject(const quarry::apps::Finding &finding)
+{
+    static const QString levels[] = {u"ok"_s, u"note"_s, u"fault"_s};
+    return {{u"level"_s, levels[int(finding.level)]},
+            {u"blocksQuery"_s, finding.blocksQuery},
+            {u"subject"_s, finding.subject},
+            {u"text"_s, finding.text},
+            {u"nextStep"_s, finding.nextStep}};
+}
+
+// Every finding on a line of its own, or all of them as one JSON object;
+// 1 when one of them is a fault. The station's logs are those of the
+// catalogue beside its seal.ini, as the viewer reads them.
+int check(const QString &iniPath, bool given, bool json)
+{
+    const QString catalogue = QFileInfo(iniPath).dir().filePath(u"logs.ini"_s);
+    const QStringList tables = QFileInfo::exists(catalogue)
+        ? quarry::viewer::LogCatalogue::read(catalogue).tables()
+        : QStringList();
+    const QList<quarry::apps::Finding> findings
+        = quarry::apps::StationCheck(given ? iniPath : QString(), tables).run();
+    const bool faulty = quarry::apps::StationCheck::hasFault(findings);
+    QTextStream out(stdout);
+    if (json) {
+        QJsonArray list;
+        for (const quarry::apps::Finding &finding : findings)
+            list.append(findingObject(finding));
+        out << QJsonDocument(QJsonObject{{u"ok"_s, !faulty}, {u"findings"_s, list}}).toJson();
+    } else {
+        for (const quarry::apps::Finding &finding : findings)
+            out << finding.line() << '\n';
+    }
+    return faulty ? 1 : 0;
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -124,8 +166,11 @@ int main(int argc, char *argv[])
     const QCommandLineOption iniOption(u"ini"_s, u"Use this seal.ini instead of the one found."_s,
                                        u"PATH"_s);
     parser.addOption(iniOption);
-    parser.addPositionalArgument(u"command"_s,
-                                 u"dump | get SECTION KEY [DEFAULT] | set SECTION KEY VALUE"_s);
+    const QCommandLineOption jsonOption(u"json"_s, u"check: the findings as JSON."_s);
+    parser.addOption(jsonOption);
+    parser.addPositionalArgument(
+        u"command"_s,
+        u"dump | get SECTION KEY [DEFAULT] | set SECTION KEY VALUE | check [--json]"_s);
     if (!parser.parse(QCoreApplication::arguments()))
         return fail(parser.errorText());
     if (parser.isSet(u"help"_s)) {
@@ -138,8 +183,8 @@ int main(int argc, char *argv[])
     const qsizetype count = args.size();
     const bool usable = (command == u"dump"_s && count == 1)
         || (command == u"get"_s && (count == 3 || count == 4))
-        || (command == u"set"_s && count == 4);
-    if (!usable) {
+        || (command == u"set"_s && count == 4) || (command == u"check"_s && count == 1);
+    if (!usable || (parser.isSet(jsonOption) && command != u"check"_s)) {
         return fail(args.isEmpty() ? u"no command; see --help"_s
                                    : u"unknown command or wrong arguments: %1; see --help"_s.arg(
                                        args.join(u' ')));
@@ -154,6 +199,9 @@ int main(int argc, char *argv[])
             return fail(u"%1 is a directory, not an INI file"_s.arg(parser.value(iniOption)));
         cfg.IniPath = ini.absoluteFilePath();
     }
+    // The check says itself what is wrong with the file, among the rest.
+    if (command == u"check"_s)
+        return check(cfg.IniPath, parser.isSet(iniOption), parser.isSet(jsonOption));
     if (const QString error = readError(cfg.IniPath); !error.isEmpty())
         return fail(u"cannot read %1: %2"_s.arg(cfg.IniPath, error));
 

@@ -39,6 +39,8 @@ public:
     static LogCatalogue read(const QString &path);
 
     const QList<LogEntry> &entries() const { return m_entries; }
+    // The log tables of the entries.
+    QStringList tables() const;
     // One line per fault: "<file> [<log type>] <key>: <what is wrong>".
     const QStringList &problems() const { return m_problems; }
 

@@ -156,6 +156,16 @@ private:
 
 } // namespace
 
+QStringList LogCatalogue::tables() const
+{
+    QStringList tables;
+    for (const LogEntry &entry : m_entries) {
+        if (!entry.table.isEmpty())
+            tables.append(entry.table);
+    }
+    return tables;
+}
+
 LogCatalogue LogCatalogue::read(const QString &path)
 {
     LogCatalogue catalogue;
