@@ -5,6 +5,8 @@
 #   scripts/run.sh --mariadb               quarry-viewer on the sample loaded into
 #                                          a throw-away MariaDB server on 127.0.0.1
 #                                          (stopped and removed when the viewer ends)
+#   scripts/run.sh --check [--json]        quarry-config check on the sample
+#                                          station: what is wrong with it
 #   scripts/run.sh QUARRY-ASK-ARGUMENTS    quarry-ask instead (e.g. date)
 set -euo pipefail
 
@@ -27,6 +29,14 @@ fi
 # quarry-viewer reads its log catalogue, logs.ini, beside seal.ini.
 export QUARRY_SYSTEM_DIR=$sample
 export QUARRY_DRIVES=$build/drives
+# Its error log folder (C:\corvane\errorpath) is there before the first
+# fault, as on a station: the component makes only the last level of it.
+mkdir -p "$QUARRY_DRIVES/c/corvane/errorpath"
+
+if [ "${1:-}" = --check ]; then
+    shift
+    exec "$build/apps/quarry-config/quarry-config" check "$@"
+fi
 
 if [ "$no_display" = 1 ]; then
     cat >&2 <<MSG

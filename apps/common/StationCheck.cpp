@@ -181,13 +181,14 @@ qsizetype logIndex(const QList<IniRead> &log, const QString &section, const QStr
     return found - log.cbegin();
 }
 
-// stop: where the component stops reading, past the end when it does not.
+// stop: where the component stops reading, past the end when it does not;
+// a profile read after it is lost, but for the usual one, which it keeps.
 Finding profileFinding(const CSysCfg &cfg, const QList<IniRead> &log, qsizetype stop)
 {
     const QString subject = u"[USER] MODE"_s;
     const QString mode = u"[USER] MODE=%1"_s.arg(cfg.MODE);
     const QString usual = u"“普通银行”（代码 0）"_s;
-    if (stop < logIndex(log, u"USER"_s, u"MODE"_s)) {
+    if (stop < logIndex(log, u"USER"_s, u"MODE"_s) && cfg.ProfileCode != 0) {
         return {Level::Fault, false, subject,
                 u"银行类型 %1 不起作用：组件在 %2 处停止读取，按%3处理"_s.arg(mode,
                                                                               keyName(log.at(stop)),
@@ -364,11 +365,11 @@ QString unwritable(const QString &folder)
 Finding errorLogFinding(const QString &iniPath, const QString &value)
 {
     const QString folder = errorLogFolder(iniPath);
-    const QString subject = native(folder);
-    const QString named = u"错误日志文件夹 %1（[ERROR] ERRORFILE=%2）"_s.arg(subject, value);
+    const QString subject = u"[ERROR] ERRORFILE"_s;
+    const QString named = u"错误日志文件夹 %1（[ERROR] ERRORFILE=%2）"_s.arg(native(folder), value);
     const QString parent = QFileInfo(folder).absolutePath();
     const QString step = u"建立这个文件夹（mkdir -p '%1'），或在 [ERROR] ERRORFILE 指定一个可写的"
-                         u"文件夹"_s.arg(subject);
+                         u"文件夹"_s.arg(native(folder));
     const QFileInfo info(folder);
     if (info.isDir()) {
         if (const QString why = unwritable(folder); !why.isEmpty())
@@ -423,13 +424,17 @@ Finding folderFinding(CSysCfg &cfg)
 
 } // namespace
 
+QString Finding::sentence() const
+{
+    if (nextStep.isEmpty())
+        return text;
+    return text + (text.endsWith(u'。') ? u"处理："_s : u"。处理："_s) + nextStep;
+}
+
 QString Finding::line() const
 {
     static const QString words[] = {u"正常"_s, u"提示"_s, u"错误"_s};
-    QString text = u"%1  %2"_s.arg(words[int(level)], this->text);
-    if (!nextStep.isEmpty())
-        text += (text.endsWith(u'。') ? u"处理："_s : u"。处理："_s) + nextStep;
-    return text;
+    return u"%1  %2"_s.arg(words[int(level)], sentence());
 }
 
 StationCheck::StationCheck(const QString &iniPath, const QStringList &logTables)

@@ -22,7 +22,9 @@ struct Finding
     // What the administrator does about it; "" when nothing is to be done.
     QString nextStep;
 
-    // The finding on one line: its level, the text and the next step.
+    // The text and the next step.
+    QString sentence() const;
+    // The finding on one line: its level and sentence().
     QString line() const;
 };
 
