@@ -8,6 +8,7 @@
 #include "LogSelect.h"
 #include "PassRateChart.h"
 #include "SelectedCells.h"
+#include "StationBanner.h"
 
 #include "support/ErrorLog.h"
 
@@ -77,6 +78,7 @@ ViewerWindow::ViewerWindow(const LogCatalogue &catalogue, QWidget *parent)
     , m_entries(catalogue.entries())
     , m_model(new LogRowsModel(1000, this))
     , m_rows(new LabelledRows(this))
+    , m_banner(new StationBanner(catalogue.tables(), this))
 {
     m_rows->setSourceModel(m_model);
     setWindowTitle(u"%1 — %2"_s.arg(AppTitle, m_database.describe()));
@@ -92,11 +94,10 @@ ViewerWindow::ViewerWindow(const LogCatalogue &catalogue, QWidget *parent)
         queryFailed(u"在%1上查询失败"_s.arg(m_database.describe()), error);
     });
     resize(1100, 700);
+    m_banner->start();
     // Without a station the catalogue beside its seal.ini is missing too:
-    // the station is the one fault to tell.
-    if (const QString station = m_database.findStation(); !station.isEmpty())
-        fault(station);
-    else if (!catalogue.problems().isEmpty())
+    // the station is the one fault to tell, and the banner tells it.
+    if (m_database.findStation().isEmpty() && !catalogue.problems().isEmpty())
         fault(u"日志目录有误，以下条目未列出：\n"_s + catalogue.problems().join(u'\n'));
 }
 
@@ -131,6 +132,7 @@ QWidget *ViewerWindow::makeResultPane()
 {
     auto *pane = new QWidget(this);
     auto *layout = new QVBoxLayout(pane);
+    layout->addWidget(m_banner);
     m_errorLabel = messageLabel(u"errorLabel"_s, u"color: #a40000; background: #fde8e8;"_s, pane);
     layout->addWidget(m_errorLabel);
     m_noticeLabel = messageLabel(u"noticeLabel"_s, u"background: #fff6d5;"_s, pane);
@@ -218,8 +220,10 @@ void ViewerWindow::runLog(int index)
     LogEntry entry = m_entries[index];
     m_errorLabel->hide();
     m_noticeLabel->hide();
-    // A database that cannot be opened is said here once, before a dialog
-    // meets it and says it in words of its own.
+    // A station the component cannot use is said by the banner, before a
+    // dialog meets it and says it in boxes of its own.
+    if (!m_banner->usable())
+        return;
     if (const QString fault = m_database.open(); !fault.isEmpty()) {
         this->fault(fault);
         return;

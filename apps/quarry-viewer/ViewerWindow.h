@@ -24,6 +24,7 @@ namespace quarry::viewer {
 class LabelledRows;
 class LogRowsModel;
 class PassRateChart;
+class StationBanner;
 
 // The logs of the station in a list; choosing one asks the operator for the
 // condition through CQuarry's own dialog, runs the log's SELECT on the
@@ -36,9 +37,12 @@ class PassRateChart;
 // dialog changes none of them. The seal result statistics get a bar chart
 // of the pass rates too.
 //
-// A fault (no station, a database that cannot be opened or read, an error
-// of the component) is said once above the rows and appended to the
-// station's error log; the next query tries again.
+// What is wrong with the station is found by the station check, at start
+// and before each query, and said in a banner above the rows; no query is
+// asked for on a station the component cannot use. A fault of a query (a
+// database that cannot be read, an error of the component) is said once
+// above the rows and appended to the station's error log; the next query
+// tries again.
 class ViewerWindow : public QMainWindow
 {
     Q_OBJECT
@@ -120,6 +124,7 @@ private:
     QProgressBar *m_progress = nullptr;
     QPushButton *m_cancelButton = nullptr;
     PassRateChart *m_chart = nullptr;
+    StationBanner *m_banner;
     QPushButton *m_exportPngButton = nullptr;
 };
 

@@ -252,7 +252,7 @@ void TestViewerWindow::tools()
 
 namespace {
 
-enum Fault { NoStation, MissingFile, ServerDown, MissingTable };
+enum Fault { NoStation, MissingFile, ServerDown, MissingTable, NotANumber };
 
 // Puts the fault in; the returned function takes it out again.
 std::function<void()> breakStation(int fault, SampleStation &station, const QTemporaryDir &empty)
@@ -268,6 +268,9 @@ std::function<void()> breakStation(int fault, SampleStation &station, const QTem
     case ServerDown:
         station.writeIni(NoHint, u"127.0.0.1:1"_s);
         return [&station] { station.writeIni(NoHint); };
+    case NotANumber:
+        station.writeIni(NoHint + "[BANKPARAM]\nPRINTLINES=abc\n");
+        return [&station] { station.writeIni(NoHint); };
     case MissingTable:
         break;
     }
@@ -282,22 +285,28 @@ void TestViewerWindow::faults_data()
     QTest::addColumn<int>("fault");
     QTest::addColumn<QString>("logType");
     QTest::addColumn<QString>("ok"); // the dialog's OK button
-    QTest::addColumn<QStringList>("said"); // in the one message, in this order
+    QTest::addColumn<QStringList>("said"); // by the station's banner, then the window, in this order
 
+    const QString blocked = u"本站点现在不能查询，请管理员处理："_s;
     QTest::newRow("no station") << Engine::Sqlite << int(NoStation) << u"PTFHRZ"_s << u"BtnOk"_s
-                                << QStringList{u"未找到站点配置"_s, u"seal.ini"_s, u"CONVERT.INI"_s, u"QUARRY_SYSTEM_DIR"_s};
+                                << QStringList{blocked, u"未找到站点配置"_s, u"seal.ini"_s, u"CONVERT.INI"_s, u"QUARRY_SYSTEM_DIR"_s};
     QTest::newRow("missing file") << Engine::Sqlite << int(MissingFile) << u"YWRZ"_s << u"BtnOk"_s
-                                  << QStringList{u"无法打开验印数据库："_s, u"SEAL.db"_s};
+                                  << QStringList{blocked, u"验印数据库 SEAL 打不开："_s, u"SEAL.db"_s, u"处理："_s};
     QTest::newRow("server down") << Engine::MariaDb << int(ServerDown) << u"ZPGLRZ"_s << u"CmdYes"_s
-                                 << QStringList{u"无法打开验印数据库："_s, u"127.0.0.1:1"_s, u"quarry_seal_"_s, u"连接不上"_s, u"Can't connect"_s};
+                                 << QStringList{blocked, u"（服务器 127.0.0.1:1）打不开："_s, u"quarry_seal_"_s, u"连接不上"_s, u"Can't connect"_s};
+    QTest::newRow("not a number") << Engine::Sqlite << int(NotANumber) << u"YWRZ"_s << u"BtnOk"_s
+                                  << QStringList{blocked, u"[BANKPARAM] PRINTLINES=abc 不是数字"_s};
     QTest::newRow("missing table") << Engine::Sqlite << int(MissingTable) << u"XXRZ"_s << u"BtnOk"_s
-                                   << QStringList{u"在嵌入式数据库 SEAL"_s, u"上查询失败："_s, u"no such table: NOSUCHLOG"_s};
+                                   << QStringList{u"本站点有以下问题"_s, u"读不到表 NOSUCHLOG"_s, u"在嵌入式数据库 SEAL"_s, u"上查询失败："_s, u"no such table: NOSUCHLOG"_s};
 }
 
-// Each fault is said once, in one message that names what failed and
-// where, and is appended to the error log; no dialog is shown over a
-// database that cannot be opened (a branch lookup would blame the branch);
-// the same window's next query, with the fault gone, shows the rows.
+// What is wrong with the station is said once, in the banner that names
+// what failed and where with the administrator's next step, and appended
+// to the error log once however often the operator tries; no dialog is
+// shown over a station the component cannot use (its own boxes would say
+// it again, a branch lookup would blame the branch). A station that can be
+// used runs its queries, whose faults the window says. The same window's
+// next query, with the fault gone, shows the rows.
 void TestViewerWindow::faults()
 {
     QFETCH(Engine, engine);
@@ -308,7 +317,9 @@ void TestViewerWindow::faults()
     QUARRY_SAMPLE_STATION(station, engine, NoHint);
     station.clearErrorLog();
     QTemporaryDir dir;
-    LogCatalogue logs = catalogue(dir, "[Catalogue]\nLogs=XXRZ, PTFHRZ, YWRZ, ZPGLRZ\n[XXRZ]\nTitle=x\nTable=NOSUCHLOG\nKey=LOGID\n"
+    // The station check finds the missing table too.
+    const QByteArray missing = fault == MissingTable ? "XXRZ, " : "";
+    LogCatalogue logs = catalogue(dir, "[Catalogue]\nLogs=" + missing + "PTFHRZ, YWRZ, ZPGLRZ\n[XXRZ]\nTitle=x\nTable=NOSUCHLOG\nKey=LOGID\n"
                                        "[PTFHRZ]\nTitle=p\nTable=PTFHLOG\nKey=LOGID\n[YWRZ]\nTitle=y\nTable=YWLOG\nKey=LOGID\nShowWDH=true\n"
                                        "[ZPGLRZ]\nTitle=z\nTable=ZPGLLOG\nKey=LOGID\nListASql=SELECT FieldValue, ValueDescr FROM P_FIELD_VAL_DEF\n");
     const int index = int(std::find_if(logs.entries().cbegin(), logs.entries().cend(),
@@ -318,9 +329,9 @@ void TestViewerWindow::faults()
     // Taken out again before the next query, or when the test fails first.
     std::optional repair(qScopeGuard(breakStation(fault, station, dir)));
 
-    const auto outcome = run(window, index, {ok + u'!'});
-    QCOMPARE(outcome.shown, fault == MissingTable);
-    const QString message = shown(window, u"errorLabel"_s);
+    QCOMPARE(run(window, index, {ok + u'!'}).shown, fault == MissingTable);
+    QCOMPARE(run(window, index, {ok + u'!'}).shown, fault == MissingTable);
+    const QString message = shown(window, u"stationBanner"_s) + u'\n' + shown(window, u"errorLabel"_s);
     qsizetype at = 0;
     for (const QString &part : std::as_const(said)) {
         at = message.indexOf(part, at);
@@ -329,14 +340,16 @@ void TestViewerWindow::faults()
     QVERIFY2(!message.contains(u"网点号不存在"_s), qPrintable(message));
     const QString log = fault == NoStation ? QString::fromUtf8(quarry::test::readFile(m_drives.filePath(u"c/errorpath/error.txt"_s)))
                                            : station.errorLog();
-    QCOMPARE(log.count(u"quarry-viewer"_s), 1);
-    QVERIFY2(log.contains(said.constFirst()), qPrintable(log));
+    QCOMPARE(log.count(u"StationCheck"_s), 1);
+    QVERIFY2(log.contains(said[1]), qPrintable(log));
+    QCOMPARE(log.count(u"quarry-viewer"_s), fault == MissingTable ? 2 : 0); // each query tries again
     QCOMPARE(table(window)->model()->rowCount(), 0);
 
     repair.reset();
     const int working = logType == u"XXRZ"_s ? 1 : index;
     run(window, working, {working == index ? ok + u'!' : u"BtnOk!"_s});
     QCOMPARE(shown(window, u"errorLabel"_s), QString());
+    QCOMPARE(shown(window, u"stationBanner"_s) == QString(), fault != MissingTable);
     QVERIFY(table(window)->model()->rowCount() > 0);
 }
 
