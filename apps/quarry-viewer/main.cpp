@@ -34,6 +34,8 @@ const QString Usage = u"用法：quarry-viewer [--catalogue 文件]\n"
                       "--mariadb（临时的 MariaDB 服务器，统计图只在这样的站点上有）。\n"
                       "验印结果统计只列出区间内至少有一张票据通过的操作员，没有通过票据的操作员"
                       "不在结果中。\n"
+                      "站点有问题时，窗口上方会说明问题和处理办法；管理员可用 quarry-config check "
+                      "一次查看全部检查结果。\n"
                       "出错时的记录写在 seal.ini [ERROR] ERRORFILE 文件夹中的 error.txt。\n"_s;
 
 } // namespace
