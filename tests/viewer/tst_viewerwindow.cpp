@@ -131,6 +131,7 @@ private Q_SLOTS:
     void tools();
     void faults_data();
     void faults();
+    void noLogFolder();
     void statistics_data();
     void statistics();
     void pages_data();
@@ -351,6 +352,24 @@ void TestViewerWindow::faults()
     QCOMPARE(shown(window, u"errorLabel"_s), QString());
     QCOMPARE(shown(window, u"stationBanner"_s) == QString(), fault != MissingTable);
     QVERIFY(table(window)->model()->rowCount() > 0);
+}
+
+// A station whose error log cannot be written is still queried; the banner
+// says why nothing is logged, and says it once.
+void TestViewerWindow::noLogFolder()
+{
+    QUARRY_SAMPLE_STATION(station, Engine::Sqlite, NoHint);
+    const QString ini = QDir(station.folder()).filePath(u"seal.ini"_s);
+    quarry::test::writeFile(ini, quarry::test::readFile(ini).replace("/log\n", "/no/log\n"));
+    ViewerWindow window(sampleCatalogue());
+    window.show();
+    QTRY_VERIFY(!shown(window, u"stationBanner"_s).isEmpty()); // from the check at start
+    const QString banner = shown(window, u"stationBanner"_s);
+    QVERIFY2(banner.startsWith(u"本站点有以下问题"_s) && banner.contains(u"/no/log"_s), qPrintable(banner));
+    QCOMPARE(banner.count(u"错误日志"_s), 1);
+    run(window, u"HYRZ"_s, {u"TxtHy=0011"_s, u"BtnOk!"_s});
+    QVERIFY(table(window)->model()->rowCount() > 0);
+    QCOMPARE(shown(window, u"stationBanner"_s), banner);
 }
 
 void TestViewerWindow::statistics_data()
