@@ -1,13 +1,14 @@
 #include "TestFiles.h"
 
 #include <QFile>
+#include <QSaveFile>
 
 namespace quarry::test {
 
 void writeFile(const QString &path, const QByteArray &bytes)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size())
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
         qFatal("Cannot write %s", qPrintable(path));
 }
 

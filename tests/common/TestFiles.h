@@ -10,7 +10,9 @@ namespace quarry::test {
 // sanitized one, needs a few seconds at most, and a fault is told soon.
 constexpr int WaitLimit = 10'000;
 
-// Writes bytes into the file at path, replacing it; a failure ends the program.
+// Replaces the file at path with bytes at once (a program reading it meanwhile,
+// such as the viewer's station check, reads the old file or the new one); a
+// failure ends the program.
 void writeFile(const QString &path, const QByteArray &bytes);
 // The file's bytes; empty when it cannot be read.
 QByteArray readFile(const QString &path);
