@@ -33,8 +33,9 @@ struct Finding
 // take and what it then leaves unread, the bank profile and the database
 // type, each database the station uses (opened with the station's login)
 // with the tables read from it, the error log's folder and the other
-// folders seal.ini names. Reads only: changes no file, writes no log. Each
-// run reads the station anew, on the thread it is called on.
+// folders seal.ini names. Changes no file and writes no log (a probe file,
+// removed at once, tells whether the log's folder can be written). Each run
+// reads the station anew, on the thread it is called on.
 class StationCheck
 {
 public:
