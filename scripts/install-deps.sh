@@ -14,7 +14,7 @@ packages=(
     mariadb-server mariadb-client
     unixodbc unixodbc-dev odbc-mariadb
     clang libclang-rt-14-dev
-    doxygen clang-format file
+    doxygen clang-format file lintian man-db
     fonts-noto-cjk xvfb xauth
     dbus-daemon python3-gi gir1.2-glib-2.0 libxcb1-dev
 )

@@ -38,7 +38,6 @@ fi
 "$root/scripts/install-deps.sh"
 "$root/scripts/check-format.sh"
 "$root/scripts/build.sh"
-cmake --build "$build" --target docs
 suite "$build" 600
 
 QUARRY_PRESET=sanitize QUARRY_BUILD_DIR=$build-sanitize "$root/scripts/build.sh"

@@ -1,7 +1,8 @@
-# cmake -DQUARRY_BUILD_DIR=... -DCONSUMER_SOURCE_DIR=... -DEXAMPLES_DIR=... -DWORK_DIR=... -DGENERATOR=... -DCXX=... -P CheckInstall.cmake
-# Makes the Debian packages, unpacks them into a folder of their own, and
-# builds a small host against them twice, with the CMake package and with
-# pkg-config, as a host developer on another machine would; then runs both.
+# cmake -DQUARRY_BUILD_DIR=... -DCONSUMER_SOURCE_DIR=... -DEXAMPLES_DIR=... -DWORK_DIR=... -DGENERATOR=... -DCXX=... -DLIBRARY_ARCHITECTURE=... -P CheckInstall.cmake
+# Makes the Debian packages, checks them with lintian and apt-get, unpacks
+# them into a folder of their own, and builds a small host against them
+# twice, with the CMake package and with pkg-config, as a host developer on
+# another machine would; then runs both.
 # The host uses the compiler the library was built with: a sanitized library
 # needs that compiler's sanitizer runtime.
 # The host guide's examples are built and run there too, as far as they go
@@ -17,13 +18,34 @@ function(run)
 endfunction()
 
 run(cpack -G DEB -B "${WORK_DIR}/packages" --config "${QUARRY_BUILD_DIR}/CPackConfig.cmake")
-file(GLOB packages "${WORK_DIR}/packages/quarry-*.deb")
-list(LENGTH packages count)
-if(NOT count EQUAL 3)
-    message(FATAL_ERROR "Expected quarry-lib, quarry-dev and quarry-tools, found: ${packages}")
+file(GLOB packages "${WORK_DIR}/packages/*.deb")
+file(GLOB debug_packages "${WORK_DIR}/packages/*.ddeb")
+list(TRANSFORM packages REPLACE ".*/([^/_]+)_[^/]*$" "\\1" OUTPUT_VARIABLE names)
+list(TRANSFORM debug_packages REPLACE ".*/([^/_]+)_[^/]*$" "\\1" OUTPUT_VARIABLE debug_names)
+if(NOT names STREQUAL "libquarry-dev;libquarry-doc;libquarry0;quarry-tools"
+   OR NOT debug_names STREQUAL "libquarry0-dbgsym;quarry-tools-dbgsym")
+    message(FATAL_ERROR "Expected libquarry0, libquarry-dev, quarry-tools, libquarry-doc and "
+        "the -dbgsym of the first and the third, found: ${names};${debug_names}")
 endif()
+
+# Every package as Debian's tools judge it: a new error or warning fails.
+run(lintian --fail-on error,warning --tag-display-limit 0 ${packages} ${debug_packages})
+# What apt-get install ./*.deb would do, against the machine's packages.
+run(apt-get install --simulate --no-install-recommends ${packages})
+
 foreach(package IN LISTS packages)
     run(dpkg-deb -x "${package}" "${root}")
+endforeach()
+if(NOT EXISTS "${root}/usr/lib/${LIBRARY_ARCHITECTURE}/libquarry.so.0")
+    message(FATAL_ERROR "The library is not in the multiarch folder /usr/lib/${LIBRARY_ARCHITECTURE}")
+endif()
+# man finds every program's page where the packages put them.
+set(ENV{MANPATH} "${root}/usr/share/man")
+foreach(program IN ITEMS quarry-viewer quarry-ask quarry-config quarry-service)
+    execute_process(COMMAND man -P cat ${program} OUTPUT_VARIABLE page RESULT_VARIABLE result)
+    if(NOT result EQUAL 0 OR NOT page MATCHES "NAME\n +${program} - ")
+        message(FATAL_ERROR "man ${program} (${result}):\n${page}")
+    endif()
 endforeach()
 file(GLOB_RECURSE pcfile "${root}/quarry.pc")
 file(GLOB_RECURSE library "${root}/libquarry.so")
