@@ -6,6 +6,7 @@
 
 #include <QElapsedTimer>
 #include <QMainWindow>
+#include <QStandardPaths>
 
 #include <optional>
 
@@ -114,7 +115,9 @@ private:
     QString m_shownHead;  // the log and station of the rows on screen
     qint64 m_shownMs = 0; // how long their first rows took
     QString m_shownAt;    // and when they came
-    QString m_lastFolder; // of the last file written
+    // Where the save dialogs open: the user's documents, then the folder of
+    // the last file written.
+    QString m_lastFolder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     QListWidget *m_logList = nullptr;
     QLabel *m_errorLabel = nullptr;
     QLabel *m_noticeLabel = nullptr;

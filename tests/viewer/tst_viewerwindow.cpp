@@ -23,11 +23,13 @@
 #include <QRegularExpression>
 #include <QDir>
 #include <QFile>
+#include <QFileDialog>
 #include <QHeaderView>
 #include <QImage>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QProgressBar>
+#include <QPushButton>
 #include <QScopeGuard>
 #include <QSignalSpy>
 #include <QStatusBar>
@@ -125,6 +127,7 @@ class TestViewerWindow : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void init();
     void query_data();
     void query();
@@ -142,7 +145,15 @@ private Q_SLOTS:
 
 private:
     QTemporaryDir m_drives; // where an error log without a station lands
+    QTemporaryDir m_home;   // the user's, with the documents folder
 };
+
+void TestViewerWindow::initTestCase()
+{
+    qputenv("HOME", QFile::encodeName(m_home.path()));
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_home.path())); // without user-dirs.dirs
+    QVERIFY(QDir(m_home.path()).mkpath(u"Documents"_s));
+}
 
 void TestViewerWindow::init()
 {
@@ -218,8 +229,21 @@ void TestViewerWindow::tools()
     QCOMPARE(run(window, u"YWRZ"_s, {u"TxtHy=0012"_s, u"BtnCancel!"_s}).dialog, u"frmYWLog"_s);
     QCOMPARE((QStringList{shown(window, u"resultLabel"_s), sql(window), window.windowTitle()}), before);
 
+    // The first save dialog opens in the user's documents, the next one where
+    // the last file went.
     QTemporaryDir dir;
-    QVERIFY(window.exportCsv(dir.filePath(u"hy.csv"_s)));
+    QStringList opened;
+    for (const bool save : {true, false}) {
+        quarry::test::ModalWatch watch(nullptr, [&](QWidget *widget) {
+            auto *dialog = qobject_cast<QFileDialog *>(widget);
+            opened << (dialog ? dialog->directory().absolutePath() : widget->objectName());
+            if (dialog)
+                dialog->selectFile(dir.filePath(u"hy.csv"_s));
+            QTest::keyClick(widget, save ? Qt::Key_Return : Qt::Key_Escape);
+        });
+        window.findChild<QPushButton *>(u"exportCsvButton"_s)->click();
+    }
+    QCOMPARE(opened, (QStringList{m_home.filePath(u"Documents"_s), dir.path()}));
     const QStringList lines = QString::fromUtf8(quarry::test::readFile(dir.filePath(u"hy.csv"_s))).split(u"\r\n"_s, Qt::SkipEmptyParts);
     QCOMPARE(lines.size(), rows + 1);
     QCOMPARE(lines[0], u"序号,操作柜员,操作柜员姓名,复核柜员,复核柜员姓名,操作类型,所涉柜员,说明,日期,时间,网点号"_s);
