@@ -59,7 +59,6 @@ bool OwnerlessDialogs::eventFilter(QObject *watched, QEvent *event)
     auto *dialog = qobject_cast<QDialog *>(watched);
     if (!dialog || !dialog->isWindow() || dialog->parentWidget())
         return false;
-    ++m_shownCount;
     if (!m_hostWindow || !dialog->windowHandle())
         return false;
     dialog->windowHandle()->setTransientParent(m_hostWindow);

@@ -20,15 +20,12 @@ public:
 
     // nullptr for none; the window must outlive the dialogs shown over it.
     void setHostWindow(QWindow *window) { m_hostWindow = window; }
-    // How many have been shown so far.
-    int shownCount() const { return m_shownCount; }
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     QWindow *m_hostWindow = nullptr;
-    int m_shownCount = 0;
 };
 
 } // namespace quarry::apps

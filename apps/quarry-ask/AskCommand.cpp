@@ -3,9 +3,11 @@
 #include "CodeListText.h"
 
 #include <quarry/CQuarry.h>
+#include <quarry/QuarryError.h>
 
 #include <QCommandLineParser>
 #include <QHash>
+#include <QTextStream>
 
 using namespace Qt::StringLiterals;
 
@@ -204,6 +206,26 @@ void runAskCommand(CQuarry &quarry, const AskCommand &command)
         quarry.showComplexEx(command.logType);
         break;
     }
+}
+
+int reportOutcome(const CQuarry &quarry, QTextStream &out, QTextStream &err)
+{
+    switch (quarry.lastOutcome()) {
+    case CQuarry::Outcome::Accepted:
+        out << quarry.SQLStr() << u"\n"_s;
+        return AskStatus::Accepted;
+    case CQuarry::Outcome::Failed: {
+        const QuarryError error = quarry.lastError().value();
+        err << u"quarry-ask: "_s << error.source() << u": "_s << error.description() << u" ("_s
+            << error.number() << u")\n"_s;
+        return AskStatus::Failed;
+    }
+    case CQuarry::Outcome::NotCalled:
+    case CQuarry::Outcome::Cancelled:
+    case CQuarry::Outcome::NothingAsked:
+        break;
+    }
+    return AskStatus::NoCondition;
 }
 
 } // namespace quarry

@@ -4,6 +4,8 @@
 #include <QString>
 #include <QStringList>
 
+class QTextStream;
+
 #include <optional>
 
 namespace quarry {
@@ -39,5 +41,13 @@ AskRequest parseAskArguments(const QStringList &arguments);
 QString askUsage();
 // Shows the command's dialog; the condition is then in quarry.SQLStr().
 void runAskCommand(CQuarry &quarry, const AskCommand &command);
+
+// The exit statuses of quarry-ask (askUsage() says them to its users).
+enum AskStatus { Accepted = 0, NoCondition = 1, BadArguments = 2, Failed = 3 };
+
+// Tells how the last call of quarry ended: the condition on out when the
+// operator accepted it, the fault on err when it failed; hands back the
+// exit status.
+int reportOutcome(const CQuarry &quarry, QTextStream &out, QTextStream &err);
 
 } // namespace quarry

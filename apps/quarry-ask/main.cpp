@@ -28,11 +28,11 @@ int main(int argc, char *argv[])
         = quarry::parseAskArguments(quarry::apps::commandArguments(argc, argv).mid(1));
     if (request.help) {
         out << quarry::askUsage();
-        return 0;
+        return quarry::AskStatus::Accepted;
     }
     if (!request.command) {
         err << u"quarry-ask: "_s << request.error << u"\n\n"_s << quarry::askUsage();
-        return 2;
+        return quarry::AskStatus::BadArguments;
     }
     QApplication app(argc, argv);
     quarry::apps::useChinese(app);
@@ -41,16 +41,11 @@ int main(int argc, char *argv[])
                                             : nullptr);
     quarry::apps::OwnerlessDialogs dialogs;
     dialogs.setHostWindow(host.get());
+    quarry::CQuarry quarry;
     try {
-        quarry::CQuarry quarry;
         quarry::runAskCommand(quarry, *request.command);
-        if (quarry.SQLStr().isEmpty())
-            return 1;
-        out << quarry.SQLStr() << u"\n"_s;
-        return 0;
-    } catch (const quarry::QuarryError &error) {
-        err << u"quarry-ask: "_s << error.source() << u": "_s << error.description() << u" ("_s
-            << error.number() << u")\n"_s;
-        return 3;
+    } catch (const quarry::QuarryError &) {
+        // Told below, from the outcome.
     }
+    return quarry::reportOutcome(quarry, out, err);
 }

@@ -20,7 +20,7 @@ using Outcome = DialogAnswer::Outcome;
 struct OutcomeForm
 {
     QLatin1StringView name;
-    QJsonObject::size_type members; // "outcome" among them
+    QJsonObject::size_type members; // "outcome" among them, optional ones not
     uint response;                  // the Response signal's
 };
 
@@ -30,6 +30,10 @@ constexpr std::array<OutcomeForm, 4> Forms{{
     {"nothing"_L1, 1, 1},
     {"failed"_L1, 4, 2},
 }};
+
+// What a cancelled dialog handed back all the same, under a name of its own
+// so that no host takes it for an accepted condition.
+constexpr auto StoredCondition = "stored_condition"_L1;
 
 const OutcomeForm &formOf(Outcome outcome)
 {
@@ -53,6 +57,8 @@ QByteArray DialogAnswer::toJson() const
     QJsonObject object{{"outcome"_L1, formOf(outcome).name}};
     if (outcome == Outcome::Condition)
         object.insert("condition"_L1, condition);
+    if (outcome == Outcome::Cancelled && !condition.isEmpty())
+        object.insert(StoredCondition, condition);
     if (outcome == Outcome::Failed) {
         object.insert("error_number"_L1, errorNumber);
         object.insert("error_source"_L1, errorSource);
@@ -71,12 +77,19 @@ std::optional<DialogAnswer> DialogAnswer::fromJson(const QByteArray &text)
     const auto form = std::find_if(Forms.cbegin(), Forms.cend(), [&](const OutcomeForm &f) {
         return object["outcome"_L1] == f.name;
     });
-    if (form == Forms.cend() || object.size() != form->members)
+    if (form == Forms.cend())
         return std::nullopt;
-
     DialogAnswer answer;
     answer.outcome = Outcome(form - Forms.cbegin());
-    if (answer.outcome == Outcome::Condition) {
+    const bool stored = answer.outcome == Outcome::Cancelled && object.contains(StoredCondition);
+    if (object.size() != form->members + (stored ? 1 : 0))
+        return std::nullopt;
+
+    if (stored) {
+        answer.condition = object[StoredCondition].toString();
+        if (answer.condition.isEmpty())
+            return std::nullopt;
+    } else if (answer.outcome == Outcome::Condition) {
         answer.condition = object["condition"_L1].toString();
         if (answer.condition.isEmpty())
             return std::nullopt;
@@ -100,6 +113,8 @@ QVariantMap DialogAnswer::results() const
 {
     if (outcome == Outcome::Condition)
         return {{u"condition"_s, condition}};
+    if (outcome == Outcome::Cancelled && !condition.isEmpty())
+        return {{StoredCondition, condition}};
     if (outcome == Outcome::Failed)
         return {{u"error_number"_s, errorNumber},
                 {u"error_source"_s, errorSource},

@@ -12,6 +12,8 @@ namespace quarry::service {
 // object, and nothing else,
 //   {"outcome": "condition", "condition": TEXT}   TEXT not empty
 //   {"outcome": "cancelled"}                      a dialog was shown
+//   {"outcome": "cancelled", "stored_condition": TEXT}
+//                                                 and handed back TEXT all the same
 //   {"outcome": "nothing"}                        the log type asks for nothing
 //   {"outcome": "failed", "error_number": N, "error_source": TEXT,
 //    "error_description": TEXT}
@@ -21,7 +23,7 @@ struct DialogAnswer
     enum class Outcome { Condition, Cancelled, Nothing, Failed };
 
     Outcome outcome = Outcome::Nothing;
-    QString condition;
+    QString condition; // accepted, or stored by a dialog that was cancelled
     qint32 errorNumber = 0;
     QString errorSource;
     QString errorDescription;

@@ -245,8 +245,9 @@ DialogAnswer QuarryService::failure(const QString &description) const
 
 void QuarryService::respond(const Request &request, const DialogAnswer &answer)
 {
-    // As CQuarry::SQLStr: a cancelled dialog empties it; a call that shows
-    // no dialog, or fails, leaves it as it was.
+    // As CQuarry::SQLStr: what a dialog handed back, accepted or cancelled
+    // (mostly empty then); a call that shows no dialog, or fails, leaves it
+    // as it was.
     if (answer.outcome == DialogAnswer::Outcome::Condition
         || answer.outcome == DialogAnswer::Outcome::Cancelled)
         m_conditions[request.caller] = answer.condition;

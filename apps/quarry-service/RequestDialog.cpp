@@ -21,21 +21,32 @@ namespace quarry::service {
 
 namespace {
 
-DialogAnswer answerTo(const ComponentCall &call, const apps::OwnerlessDialogs &dialogs)
+DialogAnswer answerTo(const ComponentCall &call)
 {
-    DialogAnswer answer;
+    CQuarry quarry;
     try {
-        CQuarry quarry;
         call.invoke(quarry);
-        answer.condition = quarry.SQLStr();
-    } catch (const QuarryError &error) {
+    } catch (const QuarryError &) {
+        // Kept as the outcome's fault.
+    }
+    DialogAnswer answer;
+    answer.condition = quarry.SQLStr();
+    switch (quarry.lastOutcome()) {
+    case CQuarry::Outcome::Accepted:
+        answer.outcome = DialogAnswer::Outcome::Condition;
+        break;
+    case CQuarry::Outcome::Cancelled:
+        answer.outcome = DialogAnswer::Outcome::Cancelled;
+        break;
+    case CQuarry::Outcome::Failed: {
+        const QuarryError error = quarry.lastError().value();
         return DialogAnswer::failed(error.number(), error.source(), error.description());
     }
-    // A fresh CQuarry: its SQLStr is empty unless this dialog gave a condition.
-    if (!answer.condition.isEmpty())
-        answer.outcome = DialogAnswer::Outcome::Condition;
-    else if (dialogs.shownCount() > 0)
-        answer.outcome = DialogAnswer::Outcome::Cancelled;
+    case CQuarry::Outcome::NotCalled:
+    case CQuarry::Outcome::NothingAsked:
+        answer = {};
+        break;
+    }
     return answer;
 }
 
@@ -63,7 +74,7 @@ int runRequestDialog()
     const std::unique_ptr<QWindow> host(parent ? QWindow::fromWinId(parent) : nullptr);
     apps::OwnerlessDialogs dialogs;
     dialogs.setHostWindow(host.get());
-    output.write(answerTo(call.value(), dialogs).toJson());
+    output.write(answerTo(call.value()).toJson());
     return 0;
 }
 

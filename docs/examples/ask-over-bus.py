@@ -2,7 +2,9 @@
 # A host of Quarry in Python, through the session bus (python3-gi): asks
 # quarry-service for the condition of a log query and prints it.
 #   ask-over-bus.py [LOGTYPE [LIST-A]]     (default YYRZ "1=自动验印,2=人工验印")
-# Exit status as quarry-ask's: 0 a condition, 1 none, 3 the component's error.
+# Exit status as quarry-ask's: 0 a condition, 1 none, 3 the call failed.
+# Only Response 0 carries a condition to run; a cancelled dialog's
+# "stored_condition" (Response 1) is none.
 import os
 import sys
 

@@ -22,9 +22,8 @@ int main(int argc, char *argv[])
     }
     const QString logType = argc == 3 ? QString::fromLocal8Bit(argv[2]) : QStringLiteral("YYRZ");
 
-    QString condition;
+    quarry::CQuarry quarry;
     try {
-        quarry::CQuarry quarry;
         // Verification methods (list A) and results (list B): codes,
         // descriptions, how many; then the lengths of the teller, account and
         // cheque boxes, and whether to offer branch, seal card and operator.
@@ -32,13 +31,23 @@ int main(int argc, char *argv[])
                            {QStringLiteral("自动验印"), QStringLiteral("人工验印")}, {0, 1},
                            {QStringLiteral("通过"), QStringLiteral("不通过")}, 2, 2, 4, 17, 8, true,
                            true, false);
-        condition = quarry.SQLStr();
-    } catch (const quarry::QuarryError &error) {
+    } catch (const quarry::QuarryError &) {
+        // The same error is lastError(), below.
+    }
+    // How the call ended, not whether SQLStr() is empty: a cancelled dialog
+    // can hand back the clause it stored before a check refused it.
+    switch (quarry.lastOutcome()) {
+    case quarry::CQuarry::Outcome::Accepted:
+        break;
+    case quarry::CQuarry::Outcome::Failed: {
+        const quarry::QuarryError error = *quarry.lastError();
         out << error.source() << ": " << error.description() << '\n';
         return 3;
     }
-    if (condition.isEmpty())
-        return 1; // the operator cancelled
+    default:
+        return 1; // the operator cancelled, or the log type asks nothing
+    }
+    const QString condition = quarry.SQLStr();
 
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"));
     db.setDatabaseName(QString::fromLocal8Bit(argv[1]));

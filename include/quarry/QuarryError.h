@@ -32,6 +32,10 @@ public:
     static constexpr qint32 SubscriptOutOfRange = 9; ///< An index past a list's end.
     static constexpr qint32 TypeMismatch = 13;       ///< A text that is no number or date.
     static constexpr qint32 DataError = 2000;        ///< A database or data error.
+    /// A dialog asked for in a program that has no QApplication.
+    static constexpr qint32 NoApplication = 2001;
+    /// A dialog asked for on another thread than the QApplication's.
+    static constexpr qint32 NotGuiThread = 2002;
 
 private:
     qint32 m_number;

@@ -489,7 +489,7 @@ bool CSysCfg::GetParameter()
     try {
         readAll();
     } catch (const QuarryError &error) {
-        showSystemMessage(u"系统提示"_s, u"初始化系统参数错误！"_s + error.description());
+        tellConfigurationFault(u"初始化系统参数错误！"_s + error.description(), error);
         return false;
     }
     return true;

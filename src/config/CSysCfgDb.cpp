@@ -137,7 +137,7 @@ bool CSysCfgDb::GetParameter()
         return true;
     } catch (const QuarryError &error) {
         m_localDb->close();
-        showSystemMessage(u"系统提示"_s, u"从数据库读取系统参数错误！"_s + error.description());
+        tellConfigurationFault(u"从数据库读取系统参数错误！"_s + error.description(), error);
         return false;
     }
 }

@@ -1,5 +1,7 @@
 #include "platform/SystemMessage.h"
 
+#include "platform/FaultWatch.h"
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QMessageBox>
@@ -33,6 +35,12 @@ void showSystemMessage(const QString &caption, const QString &text)
     }
     std::fprintf(stderr, "%s: %s\n", caption.toUtf8().constData(), text.toUtf8().constData());
     std::fflush(stderr);
+}
+
+void tellConfigurationFault(const QString &text, const QuarryError &cause)
+{
+    showSystemMessage(u"系统提示"_s, text);
+    FaultWatch::report(QuarryError(cause.number(), cause.source(), text));
 }
 
 } // namespace quarry

@@ -6,9 +6,10 @@
 
 namespace quarry::test {
 
-ModalWatch::ModalWatch(QWidget *except, std::function<void(QWidget *)> action)
+ModalWatch::ModalWatch(QWidget *except, std::function<void(QWidget *)> action, bool every)
     : m_except(except)
     , m_action(std::move(action))
+    , m_every(every)
 {
     m_timer.setInterval(5);
     connect(&m_timer, &QTimer::timeout, this, &ModalWatch::poll);
@@ -27,6 +28,8 @@ void ModalWatch::poll()
     // leaves the operation blocked.
     if (auto *dialog = qobject_cast<QDialog *>(modal); dialog && dialog->isVisible())
         dialog->reject();
+    if (m_every)
+        m_timer.start();
 }
 
 std::function<void(QWidget *)> answerBox(QMessageBox::StandardButton answer, BoxSeen *seen)

@@ -16,8 +16,9 @@ namespace quarry::test {
 class ModalWatch : public QObject
 {
 public:
-    // Ignores `except` (the dialog under a message box) and acts once.
-    ModalWatch(QWidget *except, std::function<void(QWidget *)> action);
+    // Ignores `except` (the dialog under a message box) and acts once, or
+    // on each modal window in turn with `every`.
+    ModalWatch(QWidget *except, std::function<void(QWidget *)> action, bool every = false);
 
     bool fired() const { return m_fired; }
 
@@ -28,6 +29,7 @@ private:
     std::function<void(QWidget *)> m_action;
     QTimer m_timer;
     bool m_fired = false;
+    bool m_every;
 };
 
 // What a message box showed.

@@ -4,6 +4,10 @@
 #include "AskCommand.h"
 #include "TestFiles.h"
 
+#include <quarry/CQuarry.h>
+#include <quarry/QuarryError.h>
+
+#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -69,6 +73,24 @@ private Q_SLOTS:
         ask.start(QStringLiteral(QUARRY_ASK_PROGRAM), arguments);
         const QString written = ask.waitForFinished(test::WaitLimit) ? QString::fromUtf8(ask.readAllStandardOutput() + ask.readAllStandardError()) : u"still running"_s;
         QVERIFY2(ask.exitCode() == status && written.contains(output), qPrintable(u"%1: %2"_s.arg(ask.exitCode()).arg(written)));
+    }
+
+    // This test has no QApplication: CQuarry raises its error instead of
+    // aborting the program.
+    void withoutApplication()
+    {
+        QTemporaryDir systemDir;
+        quarry::test::writeFile(systemDir.filePath(u"SEAL.INI"_s), "[SBMK]\r\nDoubleSealQuota=0\r\n");
+        qputenv("QUARRY_SYSTEM_DIR", QFile::encodeName(systemDir.path()));
+        CQuarry quarry;
+        try {
+            quarry.showClerk(4);
+            QFAIL("no error raised");
+        } catch (const QuarryError &error) {
+            QCOMPARE(error.number(), QuarryError::NoApplication);
+            QCOMPARE(error.source(), u"CQuarry.showClerk()"_s);
+        }
+        QCOMPARE(quarry.lastOutcome(), CQuarry::Outcome::Failed);
     }
 };
 

@@ -292,6 +292,18 @@ private Q_SLOTS:
             QVERIFY2(QStringList({u"确定"_s, u"是(&Y)"_s, u"否(&N)"_s, u"取消"_s}).contains(text), qPrintable(text));
     }
 
+    // OK stored the clause before the branch check refused it, and the
+    // operator cancelled: SQLStr keeps the clause, as it always has, and the
+    // outcome says that the operator cancelled.
+    void cancelAfterStoredClause()
+    {
+        QUARRY_SAMPLE_STATION(station, Engine::Sqlite, user(u"Vefos"_s));
+        CQuarry quarry;
+        const Asked asked = operate(quarry, hostCall(u"YYRZ+wdh"_s), {u"txtWdh=999999"_s, u"chkSub!"_s, u"BtnOk!"_s, u"BtnCancel!"_s});
+        QVERIFY(asked.sql.startsWith(u" where Opcode Like"_s));
+        QCOMPARE(quarry.lastOutcome(), CQuarry::Outcome::Cancelled);
+    }
+
     // A long legend stays on one line: Chinese wraps between any two
     // characters, so a wrapped legend breaks inside a description.
     void legendOnOneLine()

@@ -218,6 +218,37 @@ private Q_SLOTS:
         QCOMPARE(call(m_client, u"SQLStr"_s, {}).arguments().value(0).toString(), u" Where YJKNUMBER like '12%'"_s);
     }
 
+    // How the call ended, apart from the condition: a Cancel after an OK
+    // that stored its clause (the branch check then refused it), and a
+    // station whose configuration cannot be read.
+    void outcomes_data()
+    {
+        QTest::addColumn<QByteArray>("sealIni"); // null: no station
+        QTest::addColumn<QStringList>("steps");
+        QTest::addColumn<QString>("outcome"); // its start
+        QTest::addColumn<QString>("sqlStr");  // the caller's SQLStr after it
+
+        const QString stored = u" where Opcode Like '%' And ACCNO  LIKE  '%' And Opdate Between '1980-01-01' And '3000-01-01' and chequeno between '00000000' and 'zzzzzzzz'"_s;
+        QTest::newRow("cancel after a stored clause") << QByteArray("[SBMK]\nDoubleSealQuota=0\n[USER]\nMODE=Vefos\n") << QStringList{u"txtWdh=999999"_s, u"chkSub!"_s, u"BtnOk!"_s, u"BtnCancel!"_s} << u"frmYYLog | 1 stored_condition="_s + stored << stored;
+        QTest::newRow("no station") << QByteArray() << QStringList{u"BtnOk!"_s} << u"frmYYLog | 2 error_description=初始化系统参数错误！连接数据库SealServer 失败！"_s << stored;
+    }
+
+    void outcomes()
+    {
+        QFETCH(QByteArray, sealIni);
+        QFETCH(QStringList, steps);
+        QFETCH(QString, outcome);
+        QTemporaryDir station;
+        if (!sealIni.isNull())
+            test::writeFile(station.filePath(u"SEAL.INI"_s), sealIni);
+        qputenv("QUARRY_SYSTEM_DIR", QFile::encodeName(station.path()));
+        const QString said = ask(u"showComplex"_s, {u"YYRZ"_s, codes({}), QStringList(), codes({}), QStringList(), 0, 0, 0, 0, 8, true, false, false}, steps);
+        qputenv("QUARRY_SYSTEM_DIR", QFile::encodeName(m_station.path()));
+        QVERIFY2(said.startsWith(outcome), qPrintable(said));
+        QVERIFY(outcome.contains(u"| 1 "_s) || said.endsWith(u"error_number=2000; error_source=CSysCfg.ConnectDb()"_s));
+        QTEST(call(m_client, u"SQLStr"_s, {}).arguments().value(0).toString(), "sqlStr");
+    }
+
     // What the service says it offers is the interface file, word for word.
     void introspection()
     {
@@ -311,9 +342,15 @@ private Q_SLOTS:
 int drivenDialog()
 {
     const QStringList steps = qEnvironmentVariable("QUARRY_TEST_STEPS").split(u'\n', Qt::SkipEmptyParts);
+    // Configuration faults are told in boxes before the dialog shows; the
+    // operator acknowledges each. Boxes over the dialog are answered OK.
+    test::BoxSeen box;
     test::ModalWatch watch(nullptr, [&](QWidget *dialog) {
+        if (auto *fault = qobject_cast<QMessageBox *>(dialog))
+            return fault->accept();
         if (!QTest::qWaitForWindowActive(dialog))
             return;
+        test::ModalWatch boxWatch(dialog, test::answerBox(QMessageBox::Ok, &box));
         const QWindow *parent = dialog->windowHandle()->transientParent();
         QFile seen(seenFile());
         if (!seen.open(QIODevice::Append))
@@ -335,7 +372,7 @@ int drivenDialog()
                 test::step(dialog, action);
             }
         }
-    });
+    }, true);
     return service::runRequestDialog();
 }
 
