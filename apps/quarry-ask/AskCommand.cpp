@@ -49,6 +49,18 @@ std::optional<qint32> parseLength(const QString &text)
     return length;
 }
 
+// A window id as a shell gets it: decimal (xdotool, xwininfo -int) or hex
+// with 0x (xwininfo, xprop). A leading 0 is no octal here.
+std::optional<quint64> parseWindowId(const QString &text)
+{
+    const bool hex = text.startsWith(u"0x"_s, Qt::CaseInsensitive);
+    bool ok = false;
+    const quint64 window = (hex ? text.mid(2) : text).toULongLong(&ok, hex ? 16 : 10);
+    if (!ok || window > 0xffffffffU || text.contains(u'+') || text.contains(u'-'))
+        return std::nullopt;
+    return window;
+}
+
 AskRequest failure(const QString &message)
 {
     AskRequest request;
@@ -130,9 +142,9 @@ AskRequest parseAskArguments(const QStringList &arguments)
     command.showYjk = parser.isSet(showYjk);
     command.showOpCode = parser.isSet(showOpCode);
     if (parser.isSet(parent)) {
-        bool ok = false;
-        command.parentWindow = parser.value(parent).toULongLong(&ok, 0);
-        if (!ok || command.parentWindow == 0)
+        const std::optional<quint64> window = parseWindowId(parser.value(parent));
+        command.parentWindow = window.value_or(0);
+        if (command.parentWindow == 0)
             return failure(u"not a window id: --parent "_s + parser.value(parent));
     }
 

@@ -23,17 +23,30 @@ const QString RequestPrefix = u"/org/quarry/Quarry1/request/"_s;
 const QString RequestInterface = u"org.quarry.Quarry1.Request"_s;
 const QString InvalidArgs = u"org.freedesktop.DBus.Error.InvalidArgs"_s;
 
-// "x11:XID" in hex, or 0 for no window: "" and the forms of other window
-// systems, which cannot be a Qt window's transient parent here.
+// "x11:" and the XID in hex, as the portals write it, or "" for no window.
+// Anything else is refused: a host that passes a window wants the dialog
+// over it, and one that is ignored leaves the dialog behind the host.
 std::optional<quint64> parentWindow(const QString &text)
 {
-    if (!text.startsWith(u"x11:"_s))
+    if (text.isEmpty())
         return 0;
-    bool ok = false;
-    const quint64 window = text.mid(4).toULongLong(&ok, 16);
-    if (!ok || window == 0)
+    static const QRegularExpression x11Form(u"^x11:[0-9a-fA-F]{1,8}$"_s);
+    if (!x11Form.match(text).hasMatch())
+        return std::nullopt;
+    const quint64 window = text.mid(4).toULongLong(nullptr, 16);
+    if (window == 0)
         return std::nullopt;
     return window;
+}
+
+// A caller's value in an error message, cut short: the message goes back
+// over the bus and into logs.
+QString quoted(const QString &value)
+{
+    constexpr qsizetype Shown = 40;
+    if (value.size() <= Shown)
+        return u'"' + value + u'"';
+    return u"\"%1…\" (%2 characters)"_s.arg(value.left(Shown)).arg(value.size());
 }
 
 } // namespace
@@ -121,12 +134,19 @@ void QuarryService::ask(const QDBusMessage &message, const ServiceContract::Meth
     const QVariantMap options = qdbus_cast<QVariantMap>(values.takeLast());
     const std::optional<quint64> parent = parentWindow(parentText);
     if (!parent)
-        return refuse(InvalidArgs, u"parent_window \"%1\" is not x11:XID"_s.arg(parentText));
+        return refuse(InvalidArgs,
+                      u"parent_window %1 is neither \"\" nor x11: and a window "
+                      "id in hex"_s.arg(quoted(parentText)));
+    const QVariant tokenValue
+        = options.value(u"handle_token"_s, u"quarry%1"_s.arg(++m_requestCount));
+    if (tokenValue.metaType() != QMetaType::fromType<QString>())
+        return refuse(InvalidArgs,
+                      u"handle_token is a string (s), not %1"_s.arg(
+                          QLatin1StringView(tokenValue.metaType().name())));
     static const QRegularExpression tokenForm(u"^[A-Za-z0-9_]+$"_s);
-    const QString token
-        = options.value(u"handle_token"_s, u"quarry%1"_s.arg(++m_requestCount)).toString();
+    const QString token = tokenValue.toString();
     if (!tokenForm.match(token).hasMatch())
-        return refuse(InvalidArgs, u"handle_token \"%1\" is not [A-Za-z0-9_]+"_s.arg(token));
+        return refuse(InvalidArgs, u"handle_token %1 is not [A-Za-z0-9_]+"_s.arg(quoted(token)));
     QString error;
     const auto call = ComponentCall::make(message.member(), method.in.mid(1, method.in.size() - 2),
                                           values, &error);

@@ -31,6 +31,8 @@ private Q_SLOTS:
         QTest::newRow("complex, the three lengths") << QStringList{u"complex"_s, u"YYRZ"_s, u"--clerk-len"_s, u"4"_s, u"--acc-len"_s, u"17"_s, u"--cheque-len"_s, u"8"_s} << u"complex 0 YYRZ lengths 4/17/8"_s;
         QTest::newRow("complex-ex") << QStringList{u"complex-ex"_s, u"YJREQLOG"_s} << u"complex-ex 0 YJREQLOG"_s;
         QTest::newRow("over the host's window") << QStringList{u"date"_s, u"--parent"_s, u"0x2a"_s} << u"date 0 parent 42"_s;
+        QTest::newRow("window id in decimal, a leading 0") << QStringList{u"date"_s, u"--parent"_s, u"010"_s} << u"date 0 parent 10"_s;
+        QTest::newRow("window id in hex, upper case") << QStringList{u"date"_s, u"--parent"_s, u"0X2A"_s} << u"date 0 parent 42"_s;
     }
 
     void arguments()

@@ -202,8 +202,24 @@ private Q_SLOTS:
         const QString invalid = u"org.freedesktop.DBus.Error.InvalidArgs: "_s;
         QTest::newRow("wrong type") << u"showClerk"_s << busArguments({u"6"_s}) << invalid + u"showClerk takes (s parent_window, i lClerkLen, a{sv} options), not (ssa{sv})"_s;
         QTest::newRow("arrays of different lengths") << u"showComplex"_s << busArguments({u"YYRZ"_s, codes({1, 2}), QStringList{u"自动验印"_s, u"人工验印"_s}, codes({0}), QStringList{u"通过"_s, u"不通过"_s}, 2, 2, 0, 0, 0, true, true, false}) << invalid + u"showComplex: arrTmpIdB has 1 codes but arrTmpDesB has 2 descriptions"_s;
-        QTest::newRow("parent window") << u"showDate"_s << busArguments({}, u"x11:window"_s) << invalid + u"showDate: parent_window \"x11:window\" is not x11:XID"_s;
-        QTest::newRow("handle token") << u"showDate"_s << QVariantList{QString(), QVariantMap{{u"handle_token"_s, u"a/b"_s}}} << invalid + u"showDate: handle_token \"a/b\" is not [A-Za-z0-9_]+"_s;
+        const auto parent = [&](const char *tag, const QString &window, const QString &named) {
+            QTest::newRow(tag) << u"showDate"_s << busArguments({}, window) << invalid + u"showDate: parent_window %1 is neither \"\" nor x11: and a window id in hex"_s.arg(named);
+        };
+        parent("parent window: no id", u"x11:window"_s, u"\"x11:window\""_s);
+        parent("parent window: upper case", u"X11:400006"_s, u"\"X11:400006\""_s);
+        parent("parent window: a blank first", u" x11:1"_s, u"\" x11:1\""_s);
+        parent("parent window: Wayland", u"wayland:abc"_s, u"\"wayland:abc\""_s);
+        parent("parent window: 0x", u"x11:0x1"_s, u"\"x11:0x1\""_s);
+        parent("parent window: no window", u"x11:0"_s, u"\"x11:0\""_s);
+        parent("parent window: past 32 bits", u"x11:100000000"_s, u"\"x11:100000000\""_s);
+        parent("parent window: a long one, cut short", u"x11:"_s + QString(100000, u'f'), u"\"x11:%1…\" (100004 characters)"_s.arg(QString(36, u'f')));
+        const auto token = [&](const char *tag, const QVariant &value, const QString &said) {
+            QTest::newRow(tag) << u"showDate"_s << QVariantList{QString(), QVariantMap{{u"handle_token"_s, value}}} << invalid + u"showDate: handle_token "_s + said;
+        };
+        token("handle token: a slash", u"a/b"_s, u"\"a/b\" is not [A-Za-z0-9_]+"_s);
+        token("handle token: a number", 7, u"is a string (s), not int"_s);
+        token("handle token: a boolean", true, u"is a string (s), not bool"_s);
+        token("handle token: an array", QStringList{u"a"_s}, u"is a string (s), not QStringList"_s);
         QTest::newRow("unknown method") << u"showLog"_s << busArguments({}) << u"org.freedesktop.DBus.Error.UnknownMethod: org.quarry.Quarry1 has no method showLog"_s;
     }
 
