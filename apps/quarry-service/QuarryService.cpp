@@ -11,6 +11,11 @@
 #include <QJsonDocument>
 #include <QRegularExpression>
 
+#include <csignal>
+
+#include <sys/prctl.h>
+#include <unistd.h>
+
 using namespace Qt::StringLiterals;
 
 namespace quarry::service {
@@ -52,10 +57,11 @@ QString quoted(const QString &value)
 } // namespace
 
 QuarryService::QuarryService(const QDBusConnection &connection, std::chrono::milliseconds idleTime,
-                             const QString &dialogProgram, QObject *parent)
+                             const QString &dialogProgram, qsizetype maxDialogs, QObject *parent)
     : QDBusVirtualObject(parent)
     , m_connection(connection)
     , m_dialogProgram(dialogProgram)
+    , m_maxDialogs(maxDialogs)
 {
     m_callers.setConnection(connection);
     m_callers.setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
@@ -128,6 +134,10 @@ void QuarryService::ask(const QDBusMessage &message, const ServiceContract::Meth
         return refuse(u"org.quarry.Quarry1.Error.Busy"_s,
                       u"this caller's request %1 is still open; wait for its Response or "
                       "Close it"_s.arg(open->path));
+    if (m_requests.size() >= m_maxDialogs)
+        return refuse(u"org.quarry.Quarry1.Error.TooManyDialogs"_s,
+                      u"%1 dialogs are open, the most this service shows at once; call again "
+                      "when one has closed"_s.arg(m_requests.size()));
 
     QVariantList values = message.arguments();
     const QString parentText = values.takeFirst().toString();
@@ -178,6 +188,13 @@ void QuarryService::startDialog(const QString &caller, const QString &path,
     connect(process, &QProcess::errorOccurred, this, [this, process](QProcess::ProcessError error) {
         if (error == QProcess::FailedToStart)
             processEnded(process);
+    });
+    // The dialog ends with the service, however the service ends: an
+    // orphaned dialog would answer nobody.
+    process->setChildProcessModifier([service = getpid()] {
+        ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+        if (getppid() != service)
+            ::_exit(1);
     });
     m_requests.append({path, caller, process});
     m_idle.stop();

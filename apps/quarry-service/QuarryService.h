@@ -33,8 +33,14 @@ public:
     // The dialog program's first argument, which makes it a dialog process.
     static constexpr auto DialogOption = "--dialog";
 
+    // How many dialog processes run at once at most: each holds a Qt
+    // application (some 5 MB), and a caller that loops must not exhaust the
+    // machine.
+    static constexpr qsizetype MaxDialogs = 16;
+
     QuarryService(const QDBusConnection &connection, std::chrono::milliseconds idleTime,
-                  const QString &dialogProgram, QObject *parent = nullptr);
+                  const QString &dialogProgram, qsizetype maxDialogs = MaxDialogs,
+                  QObject *parent = nullptr);
     ~QuarryService() override;
 
     // Exports the object and takes the bus name; false when the name is taken.
@@ -69,6 +75,7 @@ private:
 
     QDBusConnection m_connection;
     QString m_dialogProgram;
+    qsizetype m_maxDialogs;
     ServiceContract m_contract;
     QDBusServiceWatcher m_callers;
     QTimer m_idle;

@@ -28,8 +28,20 @@ def on_response(connection, sender, path, interface, signal, parameters):
     loop.quit()
 
 
+def on_owner_changed(connection, sender, path, interface, signal, parameters):
+    # The service ended (killed, or its bus went away) before it answered:
+    # no Response will come.
+    name, old_owner, new_owner = parameters.unpack()
+    if not new_owner and not outcome:
+        outcome.extend((2, {"error_source": NAME, "error_number": 2000,
+                            "error_description": "查询条件服务已退出，没有给出结果"}))
+        loop.quit()
+
+
 bus.signal_subscribe(None, NAME + ".Request", "Response", request, None,
                      Gio.DBusSignalFlags.NONE, on_response)
+bus.signal_subscribe("org.freedesktop.DBus", "org.freedesktop.DBus", "NameOwnerChanged",
+                     "/org/freedesktop/DBus", NAME, Gio.DBusSignalFlags.NONE, on_owner_changed)
 bus.call_sync(NAME, PATH, NAME, "showComplex", GLib.Variant("(ssanasanasiiiiibbba{sv})", (
     parent_window, log_type, [int(code) for code, _ in entries], [text for _, text in entries],
     [0, 1], ["通过", "不通过"], len(entries), 2, 4, 17, 8, True, True, False,

@@ -9,6 +9,7 @@
 #include "RequestDialog.h"
 #include "TestFiles.h"
 
+#include <QDBusConnectionInterface>
 #include <QDBusMetaType>
 #include <QDBusPendingCall>
 #include <QFile>
@@ -17,6 +18,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QWindow>
+
+#include <QScopeGuard>
 
 #include <csignal>
 #include <cstdlib>
@@ -30,6 +33,7 @@ namespace quarry {
 namespace {
 
 constexpr auto Idle = 400ms;
+constexpr qsizetype MaxDialogs = 2;
 
 const QString Service = u"org.quarry.Quarry1"_s;
 
@@ -127,7 +131,7 @@ private Q_SLOTS:
         test::writeSealIni(m_station.path(), QString(), 0);
         qputenv("QUARRY_DRIVES", QFile::encodeName(m_station.filePath(u"drives"_s)));
         qputenv("QUARRY_TEST_SEEN", QFile::encodeName(m_station.filePath(u"seen"_s)));
-        m_service = std::make_unique<service::QuarryService>(QDBusConnection::sessionBus(), Idle, QCoreApplication::applicationFilePath());
+        m_service = std::make_unique<service::QuarryService>(QDBusConnection::sessionBus(), Idle, QCoreApplication::applicationFilePath(), MaxDialogs);
         QVERIFY(m_service->start());
         // QtDBus delivers signals by the slot's name only.
         QVERIFY(m_client.connect(QString(), QString(), u"org.quarry.Quarry1.Request"_s,
@@ -296,6 +300,10 @@ private Q_SLOTS:
         const QString otherPath = call(other, u"showClerk"_s, busArguments({0})).arguments().value(0).value<QDBusObjectPath>().path();
 
         QVERIFY2(QTest::qWaitFor([&] { return seen().size() == 2; }, test::WaitLimit), "two dialogs shown");
+        // A third dialog is more than this service shows at once.
+        QDBusConnection third = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"third"_s);
+        const QDBusMessage refused = call(third, u"showDate"_s, busArguments({}));
+        QCOMPARE(refused.errorName() + u": "_s + refused.errorMessage(), u"org.quarry.Quarry1.Error.TooManyDialogs: showDate: 2 dialogs are open, the most this service shows at once; call again when one has closed"_s);
         QTest::qWait(int(2 * Idle.count()));
         QVERIFY(!responseTo(firstPath) && !responseTo(otherPath));
         QCOMPARE(call(m_client, u"Close"_s, {}, firstPath, u"org.quarry.Quarry1.Request"_s).type(), QDBusMessage::ReplyMessage);
@@ -332,6 +340,39 @@ private Q_SLOTS:
         QCOMPARE(ask(u"showDate"_s, {}, {step}), u"FrmDate | 2 error_description=%1; error_number=2000; error_source=quarry-service"_s.arg(said));
         QVERIFY(QString::fromUtf8(test::readFile(m_station.filePath(u"drives/c/errorpath/error.txt"_s))).contains(said));
         QCOMPARE(ask(u"showDate"_s, {}, {u"Esc"_s}), u"FrmDate | 1 "_s);
+    }
+
+    // The service program killed while a dialog is open: the dialog process
+    // ends with it, and the guide's Python host learns that no Response
+    // will come. This test's own service steps aside meanwhile.
+    void serviceKilled()
+    {
+        QDBusConnection bus = QDBusConnection::sessionBus();
+        QVERIFY(bus.unregisterService(Service));
+        const auto backAgain = qScopeGuard([&] { bus.registerService(Service); });
+        QProcess service;
+        service.start(QStringLiteral(QUARRY_SERVICE_PROGRAM));
+        QVERIFY(QTest::qWaitFor([&] { return bus.interface()->isServiceRegistered(Service).value(); }, 10000));
+        QProcess python;
+        python.start(QStringLiteral(QUARRY_PYTHON_EXAMPLE));
+        const QString children = u"/proc/%1/task/%1/children"_s.arg(service.processId());
+        QString dialog;
+        QVERIFY(QTest::qWaitFor([&] {
+            dialog = QString::fromLatin1(test::readFile(children)).trimmed();
+            return !dialog.isEmpty();
+        }, 10000));
+        // Once it has shown its dialog, which takes its time.
+        QTest::qWait(500);
+
+        ::kill(pid_t(service.processId()), SIGKILL);
+        QVERIFY(service.waitForFinished());
+        QVERIFY(python.waitForFinished(10000));
+        QCOMPARE(python.exitCode(), 3);
+        QVERIFY(QString::fromUtf8(python.readAllStandardError()).contains(u"查询条件服务已退出"_s));
+        // Gone, or a zombie that nobody reaps in a container without init.
+        QVERIFY(QTest::qWaitFor([&] {
+            const QByteArray stat = test::readFile(u"/proc/%1/stat"_s.arg(dialog));
+            return stat.isEmpty() || stat.contains(") Z "); }, 10000));
     }
 
     void transientForTheHostWindow()
