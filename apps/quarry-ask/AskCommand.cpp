@@ -1,6 +1,7 @@
 #include "AskCommand.h"
 
 #include "CodeListText.h"
+#include "ProgramHelp.h"
 
 #include <quarry/CQuarry.h>
 #include <quarry/QuarryError.h>
@@ -61,6 +62,25 @@ std::optional<quint64> parseWindowId(const QString &text)
     return window;
 }
 
+// What is wrong with a command line the parser refused, in the operators'
+// language. A negative number is taken for options ("-1": "-" and "1"), so
+// it is named as the length it was meant to be.
+QString parseError(const QCommandLineParser &parser, const QStringList &arguments)
+{
+    for (const QString &argument : arguments) {
+        bool number = false;
+        argument.toLongLong(&number);
+        if (number && argument.startsWith(u'-'))
+            return u"长度应是 0 或正整数，不是 "_s + argument;
+    }
+    if (!parser.unknownOptionNames().isEmpty())
+        return u"未知的选项："_s + parser.unknownOptionNames().join(u", "_s);
+    // Qt names the option between quotes: "Missing value after '--parent'."
+    const QString option = parser.errorText().section(u'\'', 1, 1);
+    return parser.errorText().startsWith(u"Missing"_s) ? u"选项 %1 后面缺少它的值"_s.arg(option)
+                                                       : u"选项 %1 不带值"_s.arg(option);
+}
+
 AskRequest failure(const QString &message)
 {
     AskRequest request;
@@ -73,7 +93,6 @@ AskRequest failure(const QString &message)
 AskRequest parseAskArguments(const QStringList &arguments)
 {
     QCommandLineParser parser;
-    const QCommandLineOption help({u"h"_s, u"help"_s}, {});
     const QCommandLineOption listA(u"list-a"_s, {}, u"list"_s);
     const QCommandLineOption listB(u"list-b"_s, {}, u"list"_s);
     const QCommandLineOption clerkLen(u"clerk-len"_s, {}, u"n"_s);
@@ -84,37 +103,32 @@ AskRequest parseAskArguments(const QStringList &arguments)
     const QCommandLineOption showOpCode(u"show-opcode"_s, {});
     const QCommandLineOption parent(u"parent"_s, {}, u"winid"_s);
     parser.addOptions(
-        {help, listA, listB, clerkLen, accLen, chequeLen, showWdh, showYjk, showOpCode, parent});
+        {listA, listB, clerkLen, accLen, chequeLen, showWdh, showYjk, showOpCode, parent});
     if (!parser.parse(QStringList{u"quarry-ask"_s} + arguments))
-        return failure(parser.errorText());
-    if (parser.isSet(help)) {
-        AskRequest request;
-        request.help = true;
-        return request;
-    }
+        return failure(parseError(parser, arguments));
 
     const QStringList words = parser.positionalArguments();
     if (words.isEmpty())
-        return failure(u"no operation given"_s);
+        return failure(u"没有指定操作"_s);
     const auto found = operations().constFind(words.first());
     if (found == operations().cend())
-        return failure(u"unknown operation: "_s + words.first());
+        return failure(u"未知的操作："_s + words.first());
     const OperationName &name = found.value();
     const qsizetype expectedWords = (name.takesLength || name.takesLogType) ? 2 : 1;
     if (words.size() != expectedWords)
-        return failure(words.first() + u": wrong number of arguments"_s);
+        return failure(words.first() + u"：参数个数不对"_s);
     const bool complexOptions = parser.isSet(listA) || parser.isSet(listB) || parser.isSet(clerkLen)
         || parser.isSet(accLen) || parser.isSet(chequeLen) || parser.isSet(showWdh)
         || parser.isSet(showYjk) || parser.isSet(showOpCode);
     if (complexOptions && name.operation != Operation::Complex)
-        return failure(u"options are for the complex operation only"_s);
+        return failure(u"这些选项只用于 complex 操作"_s);
 
     AskCommand command;
     command.operation = name.operation;
     if (name.takesLength) {
         const std::optional<qint32> length = parseLength(words.at(1));
         if (!length)
-            return failure(u"not a length: "_s + words.at(1));
+            return failure(u"长度应是 0 或正整数，不是 "_s + words.at(1));
         command.length = *length;
     }
     if (name.takesLogType)
@@ -130,14 +144,14 @@ AskRequest parseAskArguments(const QStringList &arguments)
             continue;
         const std::optional<qint32> length = parseLength(parser.value(*option));
         if (!length)
-            return failure(u"not a length: --"_s + option->names().first() + u" "_s
-                           + parser.value(*option));
+            return failure(u"--%1 的长度应是 0 或正整数，不是 %2"_s.arg(option->names().first(),
+                                                                        parser.value(*option)));
         *target = *length;
     }
     if (!parseCodeList(parser.value(listA), command.idsA, command.namesA))
-        return failure(u"not a code list (CODE=TEXT,...): "_s + parser.value(listA));
+        return failure(u"--list-a 不是代码表（代码=说明,...）："_s + parser.value(listA));
     if (!parseCodeList(parser.value(listB), command.idsB, command.namesB))
-        return failure(u"not a code list (CODE=TEXT,...): "_s + parser.value(listB));
+        return failure(u"--list-b 不是代码表（代码=说明,...）："_s + parser.value(listB));
     command.showWdh = parser.isSet(showWdh);
     command.showYjk = parser.isSet(showYjk);
     command.showOpCode = parser.isSet(showOpCode);
@@ -145,7 +159,7 @@ AskRequest parseAskArguments(const QStringList &arguments)
         const std::optional<quint64> window = parseWindowId(parser.value(parent));
         command.parentWindow = window.value_or(0);
         if (command.parentWindow == 0)
-            return failure(u"not a window id: --parent "_s + parser.value(parent));
+            return failure(u"--parent 不是窗口号："_s + parser.value(parent));
     }
 
     AskRequest request;
@@ -155,38 +169,39 @@ AskRequest parseAskArguments(const QStringList &arguments)
 
 QString askUsage()
 {
-    return uR"(Usage:
-  quarry-ask clerk LEN          teller code pattern
-  quarry-ask yjk LEN            seal-card number pattern
-  quarry-ask acc LEN            account number pattern
-  quarry-ask branch LEN         branch number pattern
-  quarry-ask date               operation-date range
-  quarry-ask complex LOGTYPE [options]
-                                the query dialog of a log (YWRZ, YYRZ, ...)
-  quarry-ask complex-ex LOGTYPE the seal-request log (YJREQLOG)
+    return uR"(用法：
+  quarry-ask clerk 长度           行员号特征
+  quarry-ask yjk 长度             印鉴卡号特征
+  quarry-ask acc 长度             帐号特征
+  quarry-ask branch 长度          网点号特征
+  quarry-ask date                 操作日期区间
+  quarry-ask complex 日志类型 [选项]
+                                  某种日志的查询对话框（YWRZ、YYRZ 等，区分大小写）
+  quarry-ask complex-ex 日志类型  验印请求日志（YJREQLOG，不区分大小写）
+显示组件的一个查询条件对话框；操作员按“确定”后，把条件（一个 WHERE 子句，
+统计为整个 SELECT）以 UTF-8 写到标准输出。长度是文本框的最大长度，0 为不限。
 
-LEN is the text box's length limit, 0 for none.
+选项（所有操作）：
+  --parent 窗口号    宿主的 X11 窗口：十进制（如 xdotool getactivewindow 所给）
+                     或 0x 开头的十六进制（如 xwininfo 所给）；对话框显示在它上面
+)"_s + apps::standardOptionLines()
+        + uR"(
+选项（complex）：
+  --list-a 代码表    第一个代码表，如 "1=自动验印,2=人工验印"
+  --list-b 代码表    第二个代码表，格式相同
+  --clerk-len 长度   行员号文本框的最大长度
+  --acc-len 长度     帐号文本框的最大长度
+  --cheque-len 长度  支票号文本框的最大长度
+  --show-wdh         提供网点号
+  --show-yjk         提供印鉴卡号
+  --show-opcode      提供操作员号
 
-Options of every operation:
-  --parent WINID    the host's X11 window (decimal or 0x hex): the dialog
-                    opens over it and stays above it
-
-Options of complex:
-  --list-a LIST     first code list, e.g. "1=自动验印,2=人工验印"
-  --list-b LIST     second code list, same form
-  --clerk-len N     length limit of teller code boxes
-  --acc-len N       length limit of account number boxes
-  --cheque-len N    length limit of cheque number boxes
-  --show-wdh        offer the branch number field
-  --show-yjk        offer the seal-card number field
-  --show-opcode     offer the operator code field
-
-The dialog is shown; on OK its condition (a WHERE clause) is printed on
-standard output in UTF-8.
-
-Exit status: 0 a condition was printed; 1 no condition (cancelled, or a log
-type with nothing to ask); 2 bad arguments; 3 the component reported an
-error (on standard error).
+退出状态：
+  0  操作员确定，条件在标准输出上
+  1  没有条件：操作员取消，或该日志类型无需输入（标准输出为空）
+  2  参数错误（说明在标准错误上）
+  3  调用失败：组件的错误，或以“系统提示”框告知的配置故障（站点配置、
+     LOCAL.db、数据库服务器），来源、说明和错误号在标准错误上
 )"_s;
 }
 

@@ -27,12 +27,11 @@ struct AskCommand
     quint64 parentWindow = 0; // X11 window id of the host, 0 for none
 };
 
-// What the command line asks for: a command, the help text, or an error
-// message for a command line that makes no sense.
+// What the command line asks for: a command, or an error message for a
+// command line that makes no sense.
 struct AskRequest
 {
     std::optional<AskCommand> command;
-    bool help = false;
     QString error;
 };
 

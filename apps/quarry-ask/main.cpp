@@ -4,6 +4,7 @@
 #include "AskCommand.h"
 #include "CommandArguments.h"
 #include "OwnerlessDialogs.h"
+#include "ProgramHelp.h"
 #include "QtChinese.h"
 
 #include <quarry/CQuarry.h>
@@ -24,12 +25,11 @@ int main(int argc, char *argv[])
     QTextStream out(stdout);
     QTextStream err(stderr);
 
-    const quarry::AskRequest request
-        = quarry::parseAskArguments(quarry::apps::commandArguments(argc, argv).mid(1));
-    if (request.help) {
-        out << quarry::askUsage();
-        return quarry::AskStatus::Accepted;
-    }
+    const QStringList arguments = quarry::apps::commandArguments(argc, argv);
+    if (const std::optional<int> answered
+        = quarry::apps::answerHelpOrVersion(arguments, quarry::askUsage()))
+        return *answered;
+    const quarry::AskRequest request = quarry::parseAskArguments(arguments.mid(1));
     if (!request.command) {
         err << u"quarry-ask: "_s << request.error << u"\n\n"_s << quarry::askUsage();
         return quarry::AskStatus::BadArguments;

@@ -6,8 +6,10 @@
 //   quarry-config [--ini PATH] set SECTION KEY VALUE
 //   quarry-config [--ini PATH] check [--json]
 
+#include "CommandArguments.h"
 #include "LogCatalogue.h"
 #include "MissingStation.h"
+#include "ProgramHelp.h"
 #include "StationCheck.h"
 
 #include "platform/IniFile.h"
@@ -25,13 +27,26 @@
 #include <QJsonObject>
 #include <QTextStream>
 
-#include <cstdio>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 const QString SealIni = u"SEAL.INI"_s;
+
+const QString Usage
+    = u"用法：quarry-config [--ini 文件] 命令\n"
+      "显示和修改本站点的 seal.ini（按组件读取的方式），供管理员使用，不需要显示器。\n\n"
+      "命令：\n"
+      "  dump                      列出组件读到的每个值（缺省的值注明）\n"
+      "  get 节 键 [缺省值]        显示一个值\n"
+      "  set 节 键 值              写入一个值，文件的其余部分不变\n"
+      "  check [--json]            检查站点：seal.ini、数据库、表和文件夹，一次列出全部问题\n"
+      "                            （--json 以 JSON 给出）；没有问题时退出状态为 0，有问题时为 1\n\n"
+      "选项：\n"
+      "  --ini 文件         使用这个 seal.ini，而不是找到的那个\n"_s
+    + quarry::apps::standardOptionLines();
 
 void tell(const QString &message)
 {
@@ -157,12 +172,14 @@ int check(const QString &iniPath, bool given, bool json)
 
 int main(int argc, char *argv[])
 {
+    if (const std::optional<int> answered
+        = quarry::apps::answerHelpOrVersion(quarry::apps::commandArguments(argc, argv), Usage))
+        return *answered;
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(u"quarry-config"_s);
 
     QCommandLineParser parser;
     parser.setApplicationDescription(u"Shows and changes the station's seal.ini."_s);
-    parser.addHelpOption();
     const QCommandLineOption iniOption(u"ini"_s, u"Use this seal.ini instead of the one found."_s,
                                        u"PATH"_s);
     parser.addOption(iniOption);
@@ -173,10 +190,6 @@ int main(int argc, char *argv[])
         u"dump | get SECTION KEY [DEFAULT] | set SECTION KEY VALUE | check [--json]"_s);
     if (!parser.parse(QCoreApplication::arguments()))
         return fail(parser.errorText());
-    if (parser.isSet(u"help"_s)) {
-        std::fputs(qPrintable(parser.helpText()), stdout);
-        return 0;
-    }
 
     const QStringList args = parser.positionalArguments();
     const QString command = args.value(0);

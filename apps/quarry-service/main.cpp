@@ -4,6 +4,7 @@
 // shown by a process of its own, this program started with --dialog.
 
 #include "CommandArguments.h"
+#include "ProgramHelp.h"
 #include "QtChinese.h"
 #include "QuarryService.h"
 #include "RequestDialog.h"
@@ -16,13 +17,35 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using quarry::service::QuarryService;
 
+namespace {
+
+QString usage()
+{
+    return u"用法：quarry-service\n"
+           "在会话总线上以 org.quarry.Quarry1 提供 CQuarry 的各项操作，供任何语言的宿主程序"
+           "调用（接口见 org.quarry.Quarry1.xml，用法见宿主开发指南 host-guide.md）。通常由总线"
+           "在第一次调用时启动，没有打开的对话框一分钟后退出。每个请求的对话框由本程序的一个"
+           "进程显示（内部选项 --dialog），同时最多 %1 个；服务退出时它们随之关闭。\n\n"
+           "选项：\n"_s.arg(QuarryService::MaxDialogs)
+        + quarry::apps::standardOptionLines();
+}
+
+} // namespace
+
 int main(int argc, char *argv[])
 {
-    if (quarry::apps::commandArguments(argc, argv).value(1)
-        == QLatin1StringView(QuarryService::DialogOption)) {
+    const QStringList arguments = quarry::apps::commandArguments(argc, argv);
+    if (arguments.value(1) == QLatin1StringView(QuarryService::DialogOption)) {
         QApplication app(argc, argv);
         quarry::apps::useChinese(app);
         return quarry::service::runRequestDialog();
+    }
+    if (const std::optional<int> answered = quarry::apps::answerHelpOrVersion(arguments, usage()))
+        return *answered;
+    if (arguments.size() > 1) {
+        QTextStream(stderr) << u"quarry-service: 未知的参数：%1\n\n"_s.arg(arguments.mid(1).join(
+            u' ')) << usage();
+        return 2;
     }
     // The service itself shows nothing.
     QCoreApplication app(argc, argv);

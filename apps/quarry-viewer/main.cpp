@@ -3,6 +3,7 @@
 
 #include "CommandArguments.h"
 #include "LogCatalogue.h"
+#include "ProgramHelp.h"
 #include "QtChinese.h"
 #include "StationDatabase.h"
 #include "ViewerWindow.h"
@@ -24,31 +25,30 @@ const QString Usage = u"用法：quarry-viewer [--catalogue 文件]\n"
                       "所指的验印数据库上执行并显示结果。\n\n"
                       "选项：\n"
                       "  --catalogue 文件   日志目录（默认为 seal.ini 旁的 logs.ini，"
-                      "格式见示例 data/sample/logs.ini 开头的说明）\n"
-                      "  -h, --help         显示本说明\n"
-                      "  -v, --version      显示版本\n\n"
-                      "站点配置：先找程序库旁的 seal.ini，否则找系统配置文件夹中 CONVERT.INI 的 "
-                      "[SYSTEM] INITCFG 所指的文件；系统配置文件夹由环境变量 QUARRY_SYSTEM_DIR "
-                      "指定，默认 /etc/quarry。\n"
-                      "示例站点：bash scripts/run.sh（嵌入式数据库）；bash scripts/run.sh "
-                      "--mariadb（临时的 MariaDB 服务器，统计图只在这样的站点上有）。\n"
-                      "验印结果统计只列出区间内至少有一张票据通过的操作员，没有通过票据的操作员"
-                      "不在结果中。\n"
-                      "站点有问题时，窗口上方会说明问题和处理办法；管理员可用 quarry-config check "
-                      "一次查看全部检查结果。\n"
-                      "出错时的记录写在 seal.ini [ERROR] ERRORFILE 文件夹中的 error.txt。\n"_s;
+                      "格式见示例 data/sample/logs.ini 开头的说明）\n"_s
+    + quarry::apps::standardOptionLines()
+    + u"\n站点配置：先找程序库旁的 seal.ini，否则找系统配置文件夹中 CONVERT.INI 的 "
+      "[SYSTEM] INITCFG 所指的文件；系统配置文件夹由环境变量 QUARRY_SYSTEM_DIR "
+      "指定，默认 /etc/quarry。\n"
+      "示例站点：bash scripts/run.sh（嵌入式数据库）；bash scripts/run.sh "
+      "--mariadb（临时的 MariaDB 服务器，统计图只在这样的站点上有）。\n"
+      "验印结果统计只列出区间内至少有一张票据通过的操作员，没有通过票据的操作员"
+      "不在结果中。\n"
+      "站点有问题时，窗口上方会说明问题和处理办法；管理员可用 quarry-config check "
+      "一次查看全部检查结果。\n"
+      "出错时的记录写在 seal.ini [ERROR] ERRORFILE 文件夹中的 error.txt。\n"_s;
 
 } // namespace
 
 int main(int argc, char *argv[])
 {
+    const QStringList arguments = quarry::apps::commandArguments(argc, argv);
+    if (const std::optional<int> answered = quarry::apps::answerHelpOrVersion(arguments, Usage))
+        return *answered;
     QCommandLineParser parser;
-    const QCommandLineOption help(QStringList{u"h"_s, u"help"_s});
-    const QCommandLineOption version(QStringList{u"v"_s, u"version"_s});
     const QCommandLineOption catalogueOption(u"catalogue"_s, QString(), u"file"_s);
-    parser.addOptions({help, version, catalogueOption});
-    if (!parser.parse(quarry::apps::commandArguments(argc, argv))
-        || !parser.positionalArguments().isEmpty()) {
+    parser.addOption(catalogueOption);
+    if (!parser.parse(arguments) || !parser.positionalArguments().isEmpty()) {
         QString error = u"多余的参数：%1"_s.arg(parser.positionalArguments().join(u' '));
         if (!parser.unknownOptionNames().isEmpty())
             error = u"未知的选项：%1"_s.arg(parser.unknownOptionNames().join(u", "_s));
@@ -56,14 +56,6 @@ int main(int argc, char *argv[])
             error = u"--catalogue 后面应是日志目录文件"_s;
         QTextStream(stderr) << u"quarry-viewer: "_s << error << u"\n\n"_s << Usage;
         return 2;
-    }
-    if (parser.isSet(help)) {
-        QTextStream(stdout) << Usage;
-        return 0;
-    }
-    if (parser.isSet(version)) {
-        QTextStream(stdout) << u"quarry-viewer " QUARRY_VERSION "\n"_s;
-        return 0;
     }
 
     QApplication app(argc, argv);

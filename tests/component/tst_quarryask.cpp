@@ -8,6 +8,7 @@
 #include <quarry/QuarryError.h>
 
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -54,10 +55,14 @@ private Q_SLOTS:
         QTest::addColumn<int>("status");
         QTest::addColumn<QString>("output"); // a part of what it writes
 
-        QTest::newRow("help") << QStringList{u"acc"_s, u"-h"_s} << 0 << u"Usage:"_s;
+        QTest::newRow("help after an operation") << QStringList{u"acc"_s, u"-h"_s} << 0 << u"用法："_s;
         QTest::newRow("nothing to ask") << QStringList{u"complex"_s, u"YZXCLRZ"_s} << 1 << QString();
-        QTest::newRow("length not a number") << QStringList{u"acc"_s, u"x"_s} << 2 << u"not a length: x"_s;
-        QTest::newRow("window id not a number") << QStringList{u"date"_s, u"--parent"_s, u"x"_s} << 2 << u"not a window id: --parent x"_s;
+        QTest::newRow("length not a number") << QStringList{u"acc"_s, u"x"_s} << 2 << u"长度应是 0 或正整数，不是 x"_s;
+        QTest::newRow("negative length") << QStringList{u"clerk"_s, u"-1"_s} << 2 << u"长度应是 0 或正整数，不是 -1"_s;
+        QTest::newRow("unknown option") << QStringList{u"clerk"_s, u"4"_s, u"--Parent"_s, u"1"_s} << 2 << u"未知的选项：Parent"_s;
+        QTest::newRow("option without its value") << QStringList{u"date"_s, u"--parent"_s} << 2 << u"选项 --parent 后面缺少它的值"_s;
+        QTest::newRow("window id not a number") << QStringList{u"date"_s, u"--parent"_s, u"x"_s} << 2 << u"--parent 不是窗口号：x"_s;
+        QTest::newRow("window id past 32 bits") << QStringList{u"date"_s, u"--parent"_s, u"0x100000000"_s} << 2 << u"--parent 不是窗口号：0x100000000"_s;
         // The cheque management log shows the second description in its list.
         QTest::newRow("component error") << QStringList{u"complex"_s, u"ZPGLRZ"_s, u"--list-a"_s, u"1=转账支票"_s} << 3 << u"Quarry: 下标越界"_s;
     }
@@ -75,6 +80,41 @@ private Q_SLOTS:
         ask.start(QStringLiteral(QUARRY_ASK_PROGRAM), arguments);
         const QString written = ask.waitForFinished(test::WaitLimit) ? QString::fromUtf8(ask.readAllStandardOutput() + ask.readAllStandardError()) : u"still running"_s;
         QVERIFY2(ask.exitCode() == status && written.contains(output), qPrintable(u"%1: %2"_s.arg(ask.exitCode()).arg(written)));
+    }
+
+    // Every program answers --help and --version alike, before it starts
+    // anything: here without a display or a session bus, which would fail
+    // a program that started.
+    void helpAndVersion_data()
+    {
+        QTest::addColumn<QString>("program");
+        QTest::addColumn<QString>("option");
+        for (const char *program : {QUARRY_ASK_PROGRAM, QUARRY_SERVICE_PROGRAM, QUARRY_CONFIG_PROGRAM, QUARRY_VIEWER_PROGRAM}) {
+            for (const QString &option : {u"--help"_s, u"-h"_s, u"--version"_s, u"-v"_s})
+                QTest::addRow("%s %s", qPrintable(QFileInfo(QString::fromUtf8(program)).fileName()), qPrintable(option)) << QString::fromUtf8(program) << option;
+        }
+    }
+
+    void helpAndVersion()
+    {
+        QFETCH(QString, program);
+        QFETCH(QString, option);
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const QString &name : {u"DISPLAY"_s, u"WAYLAND_DISPLAY"_s, u"DBUS_SESSION_BUS_ADDRESS"_s})
+            environment.remove(name);
+        environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
+        process.setProcessEnvironment(environment);
+        process.start(program, {option});
+        QVERIFY(process.waitForFinished());
+        const QString name = QFileInfo(program).fileName();
+        const QString output = QString::fromUtf8(process.readAllStandardOutput());
+        QCOMPARE(process.exitCode(), 0);
+        if (option.contains(u'v'))
+            QCOMPARE(output, u"%1 %2\n"_s.arg(name, QStringLiteral(QUARRY_VERSION)));
+        else
+            QVERIFY2(output.startsWith(u"用法："_s) && output.contains(name)
+                         && output.contains(u"  -h, --help         显示本说明\n  -v, --version      显示版本\n"_s), qPrintable(output));
     }
 
     // This test has no QApplication: CQuarry raises its error instead of
