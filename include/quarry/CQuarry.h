@@ -20,11 +20,18 @@ class CSysCfg;
 /// Asks the operator for the conditions of a log query. Every operation shows
 /// a fresh modal dialog, with no owner window, and blocks until it closes;
 /// the condition it built (a WHERE clause with its own leading " Where " or
-/// " where ", or for SEALRESULTSTAT a whole SELECT) is then in SQLStr().
+/// " where ", the case being each dialog's, or for SEALRESULTSTAT a whole
+/// SELECT) is then in SQLStr().
 ///
 /// How the call ended is in lastOutcome(), apart from the condition: a
 /// cancelled dialog can leave a condition in SQLStr() (see SQLStr()), so
-/// run the condition only when lastOutcome() is Outcome::Accepted.
+/// run the condition only when lastOutcome() is Outcome::Accepted:
+/// @code
+/// quarry::CQuarry quarry;
+/// quarry.showAcc(17);
+/// if (quarry.lastOutcome() == quarry::CQuarry::Outcome::Accepted)
+///     query.exec(u"SELECT * FROM YYLOG"_s + quarry.SQLStr());
+/// @endcode
 ///
 /// The operations need a QApplication and must be called on its thread (the
 /// GUI thread); otherwise they raise QuarryError::NoApplication or
@@ -47,7 +54,9 @@ public:
     };
     Q_ENUM(Outcome)
 
-    /// Reads the station's seal.ini (see CSysCfg).
+    /// Reads the station's seal.ini (see CSysCfg); a configuration that
+    /// cannot be read is told in a "系统提示" box and raises nothing.
+    /// @param parent the QObject parent, or none.
     explicit CQuarry(QObject *parent = nullptr);
     ~CQuarry() override;
 
@@ -69,33 +78,76 @@ public:
     /// a configuration it could not read; SQLStr() still holds what the
     /// dialog handed back.
     std::optional<QuarryError> lastError() const;
-    /// The teller code pattern (frmClerk). Length parameters here and below
-    /// are the text boxes' limits: 0 means no limit, a negative one raises
-    /// QuarryError.
+    /// @name Operations
+    /// Each shows its dialog modally and returns when the operator closes
+    /// it; the condition is then in SQLStr() and how the call ended in
+    /// lastOutcome(). A length is a text box's limit, 0 for none.
+    ///
+    /// Each can raise QuarryError (and then ends Outcome::Failed):
+    /// QuarryError::NoApplication or QuarryError::NotGuiThread before any
+    /// dialog; QuarryError::DataError for a negative length or a data error
+    /// inside the dialog; QuarryError::SubscriptOutOfRange for a code list
+    /// whose count is larger than its arrays. Configuration faults are told
+    /// in boxes and not raised: see lastError().
+    ///@{
+
+    /// The teller code pattern (dialog frmClerk).
+    /// @param lClerkLen the teller code box's length limit, 0 for none.
+    /// @throws QuarryError as the operations do.
     Q_INVOKABLE void showClerk(qint32 lClerkLen);
-    /// The seal-card number pattern (FrmYJK).
+    /// The seal-card number pattern (dialog FrmYJK).
+    /// @param YJKLEN the seal-card number box's length limit, 0 for none.
+    /// @throws QuarryError as the operations do.
     Q_INVOKABLE void ShowYJK(qint32 YJKLEN);
-    /// The account number pattern (frmAcc).
+    /// The account number pattern (dialog frmAcc).
+    /// @param lAccLen the account number box's length limit, 0 for none.
+    /// @throws QuarryError as the operations do.
     Q_INVOKABLE void showAcc(qint32 lAccLen);
-    /// The range of operation dates (FrmDate).
+    /// The range of operation dates (dialog FrmDate).
+    /// @throws QuarryError as the operations do.
     Q_INVOKABLE void showDate();
-    /// The dialog of log type szLogType (compared exactly), set up with the
-    /// two code lists (codes, descriptions, how many are used), the lengths
-    /// of the teller, account and cheque boxes, and whether it offers the
-    /// branch, seal-card and operator-code fields. "YZXCLRZ" shows nothing
-    /// and leaves SQLStr as it was; a count larger than its arrays raises
-    /// QuarryError 9.
+    /// The query dialog of a log. A code list is three arguments: the codes,
+    /// their descriptions (indexed alike) and how many of them are used.
+    /// @param szLogType the log, compared exactly (case matters): "YWRZ",
+    ///        "YYRZ", "HYRZ", "SJRZ", "ZGSQRZ", "ZPGLRZ", "PJSBRZ",
+    ///        "SEALRESULTSTAT" (a whole SELECT); "YZXCLRZ" shows nothing
+    ///        (Outcome::NothingAsked, SQLStr() unchanged); any other text
+    ///        the compound query.
+    /// @param arrTmpIdA the first code list's codes (operation, business,
+    ///        voucher or authorisation types, by log).
+    /// @param arrTmpDesA the first code list's descriptions.
+    /// @param arrTmpIdB the second code list's codes (the seal verification
+    ///        and bill recognition results).
+    /// @param arrTmpDesB the second code list's descriptions.
+    /// @param lTmpCountA how many entries of the first list are used.
+    /// @param lTmpCountB how many entries of the second list are used.
+    /// @param lClerkLen the teller code boxes' length limit, 0 for none.
+    /// @param lAccLen the account number boxes' length limit (and, under
+    ///        bank profile 38, the cheque series number's), 0 for none.
+    /// @param lChequeLen the cheque number boxes' length limit, 0 for none.
+    /// @param ShowWDH whether the dialog offers the branch number.
+    /// @param ShowYJK whether it offers the seal-card number.
+    /// @param ShowOpCode whether it offers the operator code.
+    /// @throws QuarryError as the operations do.
     Q_INVOKABLE void showComplex(const QString &szLogType, const QList<qint16> &arrTmpIdA,
                                  const QStringList &arrTmpDesA, const QList<qint16> &arrTmpIdB,
                                  const QStringList &arrTmpDesB, qint32 lTmpCountA,
                                  qint32 lTmpCountB, qint32 lClerkLen, qint32 lAccLen,
                                  qint32 lChequeLen, bool ShowWDH, bool ShowYJK, bool ShowOpCode);
-    /// The branch number pattern (frmWdh).
+    /// The branch number pattern (dialog frmWdh).
+    /// @param LWDHLen the branch number box's length limit, 0 for none.
+    /// @throws QuarryError as the operations do.
     Q_INVOKABLE void showBranch(qint32 LWDHLen);
-    /// The seal-request dialog for "YJREQLOG" in any case; any other log type
-    /// does nothing. p2 to p4 are accepted and not used.
+    /// The seal-request log (dialog frmYjReqLog).
+    /// @param logType "YJREQLOG" in any case; any other log type shows
+    ///        nothing (Outcome::NothingAsked, SQLStr() unchanged).
+    /// @param p2 accepted and not used.
+    /// @param p3 accepted and not used.
+    /// @param p4 accepted and not used.
+    /// @throws QuarryError as the operations do.
     Q_INVOKABLE void showComplexEx(const QString &logType, const QVariant &p2 = {},
                                    const QVariant &p3 = {}, const QVariant &p4 = {});
+    ///@}
 
 private:
     // Runs an operation: its preconditions, then show, which shows the

@@ -5,6 +5,7 @@
 
 #include "DialogDriver.h"
 #include "SampleLogs.h"
+#include "TestFiles.h"
 
 #include "logdialogs/frmHYLog.h"
 
@@ -290,6 +291,57 @@ private Q_SLOTS:
         // Chinese buttons, though this program loads no translation.
         for (const QString &text : outcome.box.buttonTexts)
             QVERIFY2(QStringList({u"确定"_s, u"是(&Y)"_s, u"否(&N)"_s, u"取消"_s}).contains(text), qPrintable(text));
+    }
+
+    // The host guide's table of each dialog's controls (for hosts that
+    // test their own use of the component) is this dialog's, as it shows
+    // with every field offered: the fields in focus order, and the keys
+    // that cancel it from its first field.
+    void guideListsTheControls()
+    {
+        QUARRY_SAMPLE_STATION(station, Engine::Sqlite, user(u"Vefos"_s));
+        const std::pair<QString, std::function<void(CQuarry &)>> calls[] = {
+            {u"showClerk"_s, [](CQuarry &q) { q.showClerk(0); }},
+            {u"ShowYJK"_s, [](CQuarry &q) { q.ShowYJK(0); }},
+            {u"showAcc"_s, [](CQuarry &q) { q.showAcc(0); }},
+            {u"showBranch"_s, [](CQuarry &q) { q.showBranch(0); }},
+            {u"showDate"_s, [](CQuarry &q) { q.showDate(); }},
+            {u"showComplexEx(\"YJREQLOG\")"_s, [](CQuarry &q) { q.showComplexEx(u"YJREQLOG"_s); }},
+        };
+        QStringList rows;
+        const auto addRow = [&](const QString &call, const std::function<void(CQuarry &)> &show) {
+            CQuarry quarry;
+            QString name;
+            QStringList controls;
+            quarry::test::operate([&] { show(quarry); }, {}, QMessageBox::Ok, [&](QWidget *dialog) {
+                name = dialog->objectName();
+                for (QWidget *w = dialog->nextInFocusChain(); w != dialog; w = w->nextInFocusChain()) {
+                    if ((w->focusPolicy() & Qt::TabFocus) && w->isVisibleTo(dialog) && w->isEnabled()
+                        && !w->objectName().isEmpty() && !w->objectName().startsWith(u"qt_"_s))
+                        controls.append(w->objectName());
+                }
+            });
+            QStringList keys;
+            for (const QString &key : {u"Esc"_s, u"Pad*"_s}) {
+                if (quarry::test::operate([&] { show(quarry); }, {key}).after == u"closed"_s)
+                    keys.append(key == u"Esc"_s ? key : u"keypad *"_s);
+            }
+            rows.append(u"| `%1` | `%2` | %3 | %4 |"_s.arg(call, name, u'`' + controls.join(u"`, `"_s) + u'`',
+                                                         keys.isEmpty() ? u"none"_s : keys.join(u", "_s)));
+        };
+        for (const auto &[call, show] : calls)
+            addRow(call, show);
+        for (const QString &logType : {u"YWRZ"_s, u"YYRZ"_s, u"HYRZ"_s, u"SJRZ"_s, u"ZGSQRZ"_s, u"ZPGLRZ"_s, u"PJSBRZ"_s, u"SEALRESULTSTAT"_s, u"XYZ"_s})
+            addRow(u"showComplex(\"%1\")"_s.arg(logType), [&](CQuarry &q) { ask(q, {logType, true, true, true, false}); });
+
+        const QString guide = QString::fromUtf8(quarry::test::readFile(qEnvironmentVariable("QUARRY_SOURCE_DIR") + u"/docs/host-guide.md"_s));
+        const QString begin = u"<!-- controls: tst_logdialogs guideListsTheControls -->\n"_s;
+        const qsizetype start = guide.indexOf(begin) + begin.size();
+        const QString table = guide.mid(start, guide.indexOf(u"<!-- end of controls -->"_s) - start);
+        const QString expected = u"| call | dialog | fields and buttons, in focus order | cancel keys |\n|---|---|---|---|\n"_s + rows.join(u'\n') + u'\n';
+        if (table != expected)
+            qInfo().noquote() << u"The guide's table should be:\n"_s + expected;
+        QCOMPARE(table, expected);
     }
 
     // OK stored the clause before the branch check refused it, and the
