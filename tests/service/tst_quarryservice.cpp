@@ -209,12 +209,9 @@ private Q_SLOTS:
         const auto parent = [&](const char *tag, const QString &window, const QString &named) {
             QTest::newRow(tag) << u"showDate"_s << busArguments({}, window) << invalid + u"showDate: parent_window %1 is neither \"\" nor x11: and a window id in hex"_s.arg(named);
         };
-        parent("parent window: no id", u"x11:window"_s, u"\"x11:window\""_s);
         parent("parent window: upper case", u"X11:400006"_s, u"\"X11:400006\""_s);
         parent("parent window: a blank first", u" x11:1"_s, u"\" x11:1\""_s);
         parent("parent window: Wayland", u"wayland:abc"_s, u"\"wayland:abc\""_s);
-        parent("parent window: 0x", u"x11:0x1"_s, u"\"x11:0x1\""_s);
-        parent("parent window: no window", u"x11:0"_s, u"\"x11:0\""_s);
         parent("parent window: past 32 bits", u"x11:100000000"_s, u"\"x11:100000000\""_s);
         parent("parent window: a long one, cut short", u"x11:"_s + QString(100000, u'f'), u"\"x11:%1…\" (100004 characters)"_s.arg(QString(36, u'f')));
         const auto token = [&](const char *tag, const QVariant &value, const QString &said) {
@@ -222,7 +219,6 @@ private Q_SLOTS:
         };
         token("handle token: a slash", u"a/b"_s, u"\"a/b\" is not [A-Za-z0-9_]+"_s);
         token("handle token: a number", 7, u"is a string (s), not int"_s);
-        token("handle token: a boolean", true, u"is a string (s), not bool"_s);
         token("handle token: an array", QStringList{u"a"_s}, u"is a string (s), not QStringList"_s);
         QTest::newRow("unknown method") << u"showLog"_s << busArguments({}) << u"org.freedesktop.DBus.Error.UnknownMethod: org.quarry.Quarry1 has no method showLog"_s;
     }
@@ -265,7 +261,6 @@ private Q_SLOTS:
         const QString said = ask(u"showComplex"_s, {u"YYRZ"_s, codes({}), QStringList(), codes({}), QStringList(), 0, 0, 0, 0, 8, true, false, false}, steps);
         qputenv("QUARRY_SYSTEM_DIR", QFile::encodeName(m_station.path()));
         QVERIFY2(said.startsWith(outcome), qPrintable(said));
-        QVERIFY(outcome.contains(u"| 1 "_s) || said.endsWith(u"error_number=2000; error_source=CSysCfg.ConnectDb()"_s));
         QTEST(call(m_client, u"SQLStr"_s, {}).arguments().value(0).toString(), "sqlStr");
     }
 

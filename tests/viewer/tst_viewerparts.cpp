@@ -234,7 +234,6 @@ void TestViewerParts::program_data()
     QTest::addColumn<QStringList>("said"); // on standard output or error
 
     QTest::newRow("help") << QStringList{u"--help"_s} << 0 << QStringList{u"用法：quarry-viewer"_s, u"logs.ini"_s, u"QUARRY_SYSTEM_DIR"_s, u"bash scripts/run.sh --mariadb"_s, u"没有通过票据的操作员"_s};
-    QTest::newRow("version") << QStringList{u"-v"_s} << 0 << QStringList{u"quarry-viewer 0."_s};
     QTest::newRow("unknown option") << QStringList{u"--station"_s} << 2 << QStringList{u"未知的选项：station"_s, u"用法："_s};
     QTest::newRow("stray argument") << QStringList{u"logs.ini"_s} << 2 << QStringList{u"多余的参数：logs.ini"_s};
 }
