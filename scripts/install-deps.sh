@@ -15,7 +15,7 @@ packages=(
     unixodbc unixodbc-dev odbc-mariadb
     clang libclang-rt-14-dev
     doxygen clang-format file lintian man-db
-    fonts-noto-cjk xvfb xauth
+    fonts-noto-cjk fonts-wqy-zenhei xvfb xauth poppler-utils
     dbus-daemon python3-gi gir1.2-glib-2.0 libxcb1-dev
 )
 

@@ -42,6 +42,18 @@ QVariant LabelledRows::headerData(int section, Qt::Orientation orientation, int 
     return m_entry.columnTitles.value(name.toUpper(), name);
 }
 
+QList<int> LabelledRows::identifyingColumns() const
+{
+    QList<int> columns;
+    for (int c = 0; c < columnCount(); ++c) {
+        const QString name = sourceName(c);
+        if (name.compare(m_entry.key, Qt::CaseInsensitive) == 0
+            || name.compare(u"ACCNO"_s, Qt::CaseInsensitive) == 0)
+            columns.append(c);
+    }
+    return columns;
+}
+
 QString LabelledRows::sourceName(int section) const
 {
     return sourceModel() ? sourceModel()->headerData(section, Qt::Horizontal).toString()

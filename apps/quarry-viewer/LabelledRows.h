@@ -21,6 +21,9 @@ public:
 
     void setEntry(const LogEntry &entry);
     const LogEntry &entry() const { return m_entry; }
+    // The columns that tell one row from another: the log's key and the
+    // account.
+    QList<int> identifyingColumns() const;
 
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
     QVariant headerData(int section, Qt::Orientation orientation,

@@ -1,14 +1,19 @@
 #include "LogReport.h"
 
+#include "output/ReportFont.h"
+#include "output/TableLayout.h"
+
 #include <QAbstractItemModel>
 #include <QDate>
-#include <QFontMetrics>
+#include <QFontMetricsF>
 #include <QPagedPaintDevice>
 #include <QPainter>
-#include <QStringList>
+#include <QTextBoundaryFinder>
+#include <QTextLayout>
 #include <QWidget>
 
 #include <algorithm>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -16,156 +21,367 @@ namespace quarry::viewer {
 
 namespace {
 
-// Rows read for the columns' widths.
-constexpr int RowsMeasured = 100;
+// How often the row passes tell their progress.
+constexpr int ProgressEvery = 200;
+
+// A value's line breaks as the layout takes them.
+QString layoutText(QString text)
+{
+    return text.replace(u'\n', QChar::LineSeparator);
+}
+
+// Text broken into lines no wider than width: at a word or between
+// ideographs, and anywhere in a piece wider than the width itself.
+std::unique_ptr<QTextLayout> wrap(const QString &text, const QFont &font, QPaintDevice *device,
+                                  double width)
+{
+    auto layout = std::make_unique<QTextLayout>(layoutText(text), font, device);
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout->setTextOption(option);
+    layout->beginLayout();
+    double y = 0;
+    for (QTextLine line = layout->createLine(); line.isValid(); line = layout->createLine()) {
+        line.setLineWidth(width);
+        line.setPosition(QPointF(0, y));
+        y += line.height();
+    }
+    layout->endLayout();
+    return layout;
+}
+
+// The widest piece of text that no line may break.
+double widestPiece(const QString &text, const QFontMetricsF &metrics)
+{
+    QTextBoundaryFinder breaks(QTextBoundaryFinder::Line, text);
+    double widest = 0;
+    qsizetype start = 0;
+    while (breaks.toNextBoundary() >= 0) {
+        const qsizetype end = breaks.position();
+        widest
+            = std::max(widest, metrics.horizontalAdvance(text.mid(start, end - start).trimmed()));
+        start = end;
+    }
+    return widest;
+}
 
 } // namespace
+
+// A strip of a page, painted below the one before.
+struct LogReport::Band
+{
+    enum class Kind { Words, Titles, Row, SqlTitle, Sql, Space, Picture };
+    Kind kind;
+    int index = 0; // the line of the words or the statement, or the row
+    double height = 0;
+};
+
+struct LogReport::Plan
+{
+    struct Page
+    {
+        int group = 0;
+        QList<Band> bands;
+    };
+
+    QPagedPaintDevice *device = nullptr;
+    QRectF page; // in the painter's coordinates
+    QFont font, bold, title, small;
+    double line = 0;    // the body's line spacing
+    double padding = 0; // beside a cell's text
+    double leading = 0; // above and below it
+    double headHeight = 0;
+    TableLayout table;
+    // Each row's lines, the most any of its cells takes in any group.
+    QList<quint16> rowLines;
+    double titlesHeight = 0;
+    std::unique_ptr<QTextLayout> words;
+    std::unique_ptr<QTextLayout> sql;
+    QList<Page> pages;
+
+    double rowHeight(int row) const { return rowLines.at(row) * line + leading; }
+};
 
 LogReport::LogReport(const QAbstractItemModel &rows, const ExportHeading &heading,
                      const PrintSettings &settings)
     : m_rows(rows)
     , m_heading(heading)
     , m_settings{std::max(settings.rowsPerPage, 1), std::clamp(settings.pointSize, 4, 72)}
+    , m_font(searchableFont(m_settings.pointSize))
 {
-    m_font.setPointSize(m_settings.pointSize);
 }
 
-int LogReport::rowPages() const
+qint64 LogReport::progressSteps() const
 {
-    return std::max(1, (m_rows.rowCount() + m_settings.rowsPerPage - 1) / m_settings.rowsPerPage);
+    return 3 * qint64(m_rows.rowCount());
 }
 
-int LogReport::pageCount() const
+QString LogReport::cellText(int row, int column) const
 {
-    return rowPages() + (m_picture ? 1 : 0);
+    return row < 0 ? m_rows.headerData(column, Qt::Horizontal).toString()
+                   : m_rows.index(row, column).data().toString();
 }
 
-bool LogReport::paint(QPagedPaintDevice &device, const std::function<bool(qint64)> &progress) const
+QList<ColumnNeed> LogReport::columnNeeds(const QPaintDevice &device,
+                                         const std::function<bool(qint64)> &progress) const
 {
-    QPainter painter(&device);
-    painter.setFont(m_font);
-    const QRect page = painter.viewport();
-    for (int number = 1; number <= pageCount(); ++number) {
-        const qint64 painted
-            = qMin<qint64>(qint64(number - 1) * m_settings.rowsPerPage, m_rows.rowCount());
-        if (progress && !progress(painted))
-            return false;
-        if (number > 1)
-            device.newPage();
-        const int top = paintHead(painter, page, number);
-        const QRect area(page.left(), top, page.width(), page.bottom() - top);
-        if (number <= rowPages()) {
-            paintRows(painter, area, (number - 1) * m_settings.rowsPerPage);
-        } else {
-            const QPixmap picture = m_picture->grab();
-            const QSize size = picture.size().scaled(area.size(), Qt::KeepAspectRatio);
-            painter.drawPixmap(QRect(area.topLeft(), size), picture);
+    const QFontMetricsF metrics(m_font, &device);
+    QFont bold = m_font;
+    bold.setBold(true);
+    const QFontMetricsF titleMetrics(bold, &device);
+    const double padding = 2 * metrics.averageCharWidth();
+    QList<ColumnNeed> needs;
+    for (int c = 0; c < m_rows.columnCount(); ++c) {
+        const QString title = cellText(-1, c);
+        // A title is not broken, the column at least as wide as it.
+        const double width = titleMetrics.horizontalAdvance(title);
+        needs.append({width, width, m_identifying.contains(c)});
+    }
+    for (int r = 0; r < m_rows.rowCount(); ++r) {
+        if (progress && r % ProgressEvery == 0 && !progress(r))
+            return {};
+        for (int c = 0; c < m_rows.columnCount(); ++c) {
+            const QString text = cellText(r, c);
+            ColumnNeed &need = needs[c];
+            const double natural = metrics.horizontalAdvance(text);
+            if (natural > need.minimum) // else none of its pieces is wider
+                need.minimum = std::max(need.minimum, widestPiece(text, metrics));
+            need.natural = std::max(need.natural, natural);
         }
+    }
+    for (ColumnNeed &need : needs) {
+        need.natural += padding;
+        need.minimum += padding;
+    }
+    return needs;
+}
+
+bool LogReport::planTable(Plan &plan, const std::function<bool(qint64)> &progress) const
+{
+    const qint64 rows = m_rows.rowCount();
+    const auto linesOf = [&](int row, const QFont &font) {
+        int most = 1;
+        for (const ColumnGroup &group : std::as_const(plan.table.groups)) {
+            for (qsizetype i = 0; i < group.columns.size(); ++i) {
+                const QString text = cellText(row, group.columns[i]);
+                const double width = group.widths[i] - plan.padding;
+                if (QFontMetricsF(font, plan.device).horizontalAdvance(text) > width
+                    || text.contains(u'\n'))
+                    most = std::max(most, wrap(text, font, plan.device, width)->lineCount());
+            }
+        }
+        return most;
+    };
+    plan.titlesHeight = linesOf(-1, plan.bold) * plan.line + plan.leading;
+    plan.rowLines.reserve(rows);
+    for (int r = 0; r < rows; ++r) {
+        if (progress && r % ProgressEvery == 0 && !progress(rows + r))
+            return false;
+        plan.rowLines.append(quint16(std::min(linesOf(r, plan.font), 0xFFFF)));
     }
     return true;
 }
 
-int LogReport::paintHead(QPainter &painter, const QRect &page, int number) const
+// The bands on the pages: the condition's lines, then the table in slices
+// of rows (a slice on one page for each group of columns, the rows at the
+// same height on each), the statement, and the picture on a page of its
+// own.
+void LogReport::planPages(Plan &plan) const
 {
-    const QFontMetrics metrics(painter.font());
-    const int line = metrics.lineSpacing();
-    QFont title = painter.font();
-    title.setPointSize(m_settings.pointSize + 4);
-    title.setBold(true);
-    painter.save();
-    painter.setFont(title);
-    const int titleHeight = QFontMetrics(title).lineSpacing();
-    painter.drawText(QRect(page.left(), page.top(), page.width(), titleHeight),
-                     Qt::AlignLeft | Qt::AlignVCenter, m_heading.log);
-    painter.restore();
-    int top = page.top() + titleHeight;
-    painter.drawText(QRect(page.left(), top, page.width(), line), Qt::AlignLeft,
-                     u"站点：%1"_s.arg(m_heading.station));
-    painter.drawText(QRect(page.left(), top, page.width(), line), Qt::AlignRight,
+    const double available = plan.page.height() - plan.headHeight;
+    Plan::Page current;
+    double y = 0;
+    const auto newPage = [&] {
+        plan.pages.append(current);
+        current = {};
+        y = 0;
+    };
+    const auto place = [&](Band band) {
+        if (y + band.height > available && !current.bands.isEmpty())
+            newPage();
+        current.bands.append(band);
+        y += band.height;
+    };
+    for (int i = 0; i < plan.words->lineCount(); ++i)
+        place({Band::Kind::Words, i, plan.words->lineAt(i).height()});
+    place({Band::Kind::Space, 0, plan.line / 2});
+
+    const int rows = m_rows.rowCount();
+    int row = 0;
+    do {
+        if (row > 0)
+            newPage();
+        const double first = rows > 0 ? plan.rowHeight(row) : 0;
+        if (y + plan.titlesHeight + first > available && !current.bands.isEmpty())
+            newPage();
+        const double sliceTop = y;
+        QList<Band> slice{{Band::Kind::Titles, 0, plan.titlesHeight}};
+        y += plan.titlesHeight;
+        int end = row;
+        while (end < rows && end - row < m_settings.rowsPerPage
+               && (end == row || y + plan.rowHeight(end) <= available)) {
+            slice.append({Band::Kind::Row, end, plan.rowHeight(end)});
+            y += plan.rowHeight(end);
+            ++end;
+        }
+        current.bands.append(slice);
+        slice.prepend({Band::Kind::Space, 0, sliceTop});
+        for (int group = 1; group < plan.table.groups.size(); ++group) {
+            plan.pages.append(current);
+            current = {group, slice};
+        }
+        row = end;
+    } while (row < rows);
+
+    place({Band::Kind::Space, 0, plan.line});
+    place({Band::Kind::SqlTitle, 0, plan.line});
+    for (int i = 0; i < plan.sql->lineCount(); ++i)
+        place({Band::Kind::Sql, i, plan.sql->lineAt(i).height()});
+    plan.pages.append(current);
+    if (m_picture)
+        plan.pages.append({0, {{Band::Kind::Picture, 0, available}}});
+}
+
+bool LogReport::paint(QPagedPaintDevice &device, const std::function<bool(qint64)> &progress) const
+{
+    Plan plan;
+    plan.device = &device;
+    plan.font = m_font;
+    plan.bold = m_font;
+    plan.bold.setBold(true);
+    plan.title = plan.bold;
+    plan.title.setPointSize(m_settings.pointSize + 4);
+    plan.small = m_font;
+    plan.small.setPointSize(std::max(m_settings.pointSize - 2, 4));
+    const QFontMetricsF metrics(m_font, &device);
+    plan.line = metrics.lineSpacing();
+    plan.padding = 2 * metrics.averageCharWidth();
+    plan.leading = plan.line / 4;
+
+    const QList<ColumnNeed> needs = columnNeeds(device, progress);
+    if (needs.size() != m_rows.columnCount())
+        return false;
+    QPageLayout layout = device.pageLayout();
+    const int dpi = device.logicalDpiX();
+    layout.setOrientation(QPageLayout::Portrait);
+    const double portrait = layout.paintRectPixels(dpi).width();
+    layout.setOrientation(QPageLayout::Landscape);
+    plan.table = layoutTable(needs, portrait, layout.paintRectPixels(dpi).width());
+    device.setPageOrientation(plan.table.landscape ? QPageLayout::Landscape
+                                                   : QPageLayout::Portrait);
+    plan.page = QRectF(QPointF(0, 0), device.pageLayout().paintRectPixels(dpi).size());
+    plan.headHeight = QFontMetricsF(plan.title, &device).lineSpacing() + 1.5 * plan.line;
+    if (!planTable(plan, progress))
+        return false;
+    const QString words
+        = m_heading.conditionWords.isEmpty() ? u"全部记录"_s : m_heading.conditionWords;
+    plan.words = wrap(u"条件：%1"_s.arg(words), m_font, &device, plan.page.width());
+    const QString sql = m_heading.sql.isEmpty() ? m_heading.condition : m_heading.sql;
+    plan.sql = wrap(sql.trimmed(), plan.small, &device, plan.page.width());
+    planPages(plan);
+
+    QPainter painter(&device);
+    const qint64 rows = m_rows.rowCount();
+    for (int number = 0; number < plan.pages.size(); ++number) {
+        const qint64 done = 2 * rows + rows * number / plan.pages.size();
+        if (progress && !progress(done))
+            return false;
+        if (number > 0)
+            device.newPage();
+        paintPage(painter, plan, number);
+    }
+    return true;
+}
+
+void LogReport::paintPage(QPainter &painter, const Plan &plan, int number) const
+{
+    const Plan::Page &page = plan.pages.at(number);
+    const ColumnGroup &group = plan.table.groups.at(page.group);
+    double top = paintHead(painter, plan, number);
+    const double width = plan.page.width();
+    for (const Band &band : page.bands) {
+        switch (band.kind) {
+        case Band::Kind::Words:
+            painter.setFont(plan.font);
+            plan.words->lineAt(band.index)
+                .draw(&painter, QPointF(0, top - plan.words->lineAt(band.index).y()));
+            break;
+        case Band::Kind::Titles:
+            painter.setFont(plan.bold);
+            paintCells(painter, plan, group, -1, top);
+            painter.drawLine(QLineF(0, top + band.height, width, top + band.height));
+            break;
+        case Band::Kind::Row:
+            painter.setFont(plan.font);
+            paintCells(painter, plan, group, band.index, top);
+            painter.save();
+            painter.setPen(QPen(Qt::lightGray, 0));
+            painter.drawLine(QLineF(0, top + band.height, width, top + band.height));
+            painter.restore();
+            break;
+        case Band::Kind::SqlTitle:
+            painter.setFont(plan.bold);
+            painter.drawText(QRectF(0, top, width, band.height), Qt::AlignLeft | Qt::AlignVCenter,
+                             u"执行的 SQL："_s);
+            break;
+        case Band::Kind::Sql:
+            painter.setFont(plan.small);
+            plan.sql->lineAt(band.index)
+                .draw(&painter, QPointF(0, top - plan.sql->lineAt(band.index).y()));
+            break;
+        case Band::Kind::Space:
+            break;
+        case Band::Kind::Picture: {
+            const QPixmap picture = m_picture->grab();
+            const QSize size
+                = picture.size().scaled(QSizeF(width, band.height).toSize(), Qt::KeepAspectRatio);
+            painter.drawPixmap(QRect(QPointF(0, top).toPoint(), size), picture);
+            break;
+        }
+        }
+        top += band.height;
+    }
+}
+
+double LogReport::paintHead(QPainter &painter, const Plan &plan, int number) const
+{
+    const double width = plan.page.width();
+    painter.setFont(plan.title);
+    const double titleHeight = QFontMetricsF(plan.title, plan.device).lineSpacing();
+    painter.drawText(QRectF(0, 0, width, titleHeight), Qt::AlignLeft | Qt::AlignVCenter,
+                     m_heading.log);
+    painter.setFont(plan.font);
+    const QRectF line(0, titleHeight, width, plan.line);
+    painter.drawText(line, Qt::AlignLeft, u"站点：%1"_s.arg(m_heading.station));
+    painter.drawText(line, Qt::AlignRight,
                      u"打印日期：%1    第 %2 页，共 %3 页"_s
                          .arg(QDate::currentDate().toString(u"yyyy-MM-dd"_s))
-                         .arg(number)
-                         .arg(pageCount()));
-    top += line;
-    if (number == 1)
-        top = paintCondition(painter, page, top);
-    painter.drawLine(page.left(), top + line / 4, page.right(), top + line / 4);
-    return top + line / 2;
+                         .arg(number + 1)
+                         .arg(plan.pages.size()));
+    const double bottom = titleHeight + 1.25 * plan.line;
+    painter.drawLine(QLineF(0, bottom, width, bottom));
+    return plan.headHeight;
 }
 
-int LogReport::paintCondition(QPainter &painter, const QRect &page, int top) const
+// A row's cells (the titles for row -1), each wrapped in its width.
+void LogReport::paintCells(QPainter &painter, const Plan &plan, const ColumnGroup &group, int row,
+                           double top) const
 {
-    const QString label = u"条件："_s;
-    const int indent = painter.fontMetrics().horizontalAdvance(label);
-    painter.drawText(QRect(page.left(), top, indent, page.height()), Qt::AlignLeft, label);
-    QStringList paragraphs;
-    for (const QString &text : {m_heading.conditionWords, m_heading.condition.trimmed()}) {
-        if (!text.isEmpty() && !paragraphs.contains(text))
-            paragraphs.append(text);
-    }
-    if (paragraphs.isEmpty())
-        paragraphs.append(u"全部记录"_s);
-    for (const QString &text : std::as_const(paragraphs)) {
-        const QRect bounds = painter.boundingRect(QRect(page.left() + indent, top,
-                                                        page.width() - indent, page.height()),
-                                                  Qt::TextWordWrap, text);
-        painter.drawText(bounds, Qt::TextWordWrap, text);
-        top = bounds.bottom() + 1;
-    }
-    return top;
-}
-
-void LogReport::paintRows(QPainter &painter, const QRect &area, int firstRow) const
-{
-    const int columns = m_rows.columnCount();
-    if (columns == 0)
-        return;
-    const QList<double> shares = columnShares();
-    // The titles and the page's rows share the area in equal lines.
-    const int height = std::max(1, area.height() / (m_settings.rowsPerPage + 1));
-    const auto paintLine = [&](int y, const auto &textOf) {
-        double x = area.left();
-        for (int c = 0; c < columns; ++c) {
-            const double width = shares.at(c) * area.width();
-            const QRect cell(int(x), y, int(width) - 4, height);
-            painter.drawText(cell, Qt::AlignLeft | Qt::AlignVCenter,
-                             painter.fontMetrics().elidedText(textOf(c), Qt::ElideRight,
-                                                              cell.width()));
-            x += width;
+    double x = 0;
+    for (qsizetype i = 0; i < group.columns.size(); ++i) {
+        const QString text = cellText(row, group.columns[i]);
+        const double width = group.widths[i] - plan.padding;
+        const QPointF at(x + plan.padding / 2, top + plan.leading / 2);
+        if (QFontMetricsF(painter.font(), plan.device).horizontalAdvance(text) <= width
+            && !text.contains(u'\n')) {
+            painter.drawText(QRectF(at, QSizeF(width, plan.line)), Qt::AlignLeft | Qt::AlignVCenter,
+                             text);
+        } else {
+            const auto lines = wrap(text, painter.font(), plan.device, width);
+            lines->draw(&painter, at);
         }
-    };
-    painter.save();
-    QFont bold = painter.font();
-    bold.setBold(true);
-    painter.setFont(bold);
-    paintLine(area.top(), [&](int c) { return m_rows.headerData(c, Qt::Horizontal).toString(); });
-    painter.restore();
-    const int last = std::min(m_rows.rowCount(), firstRow + m_settings.rowsPerPage);
-    for (int r = firstRow; r < last; ++r) {
-        const int y = area.top() + (r - firstRow + 1) * height;
-        paintLine(y, [&](int c) { return m_rows.index(r, c).data().toString(); });
+        x += group.widths[i];
     }
-}
-
-// Each column's part of the page's width, as its widest text among the
-// title and the first rows.
-QList<double> LogReport::columnShares() const
-{
-    const QFontMetrics metrics(m_font);
-    const int measured = std::min(m_rows.rowCount(), RowsMeasured);
-    QList<double> widths;
-    double total = 0;
-    for (int c = 0; c < m_rows.columnCount(); ++c) {
-        int width = metrics.horizontalAdvance(m_rows.headerData(c, Qt::Horizontal).toString());
-        for (int r = 0; r < measured; ++r)
-            width
-                = std::max(width, metrics.horizontalAdvance(m_rows.index(r, c).data().toString()));
-        widths.append(width + metrics.averageCharWidth());
-        total += widths.constLast();
-    }
-    for (double &width : widths)
-        width /= total;
-    return widths;
 }
 
 } // namespace quarry::viewer

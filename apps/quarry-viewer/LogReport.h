@@ -10,24 +10,31 @@
 class QAbstractItemModel;
 class QPagedPaintDevice;
 class QPainter;
-class QRect;
 class QWidget;
 
 namespace quarry::viewer {
 
-// The station's print settings: seal.ini [BANKPARAM] PRINTLINES (rows on a
-// page) and PRINTFONT (points).
+struct ColumnGroup;
+struct ColumnNeed;
+
+// The station's print settings: seal.ini [BANKPARAM] PRINTLINES (the most
+// rows on a page) and PRINTFONT (points).
 struct PrintSettings
 {
     int rowsPerPage = 60;
     int pointSize = 10;
 };
 
-// A log's rows as a printed report: on every page the log's title, the
-// station, the date printed and the page number; on the first the
-// condition in words and in SQL; then the rows under the model's column
-// titles, the station's number of rows to a page. A picture (the
-// statistics' chart) may follow the rows on a page of its own.
+// A log's rows as a printed report. Every page has the log's title, the
+// station, the date printed and the page number, and the table's titles;
+// the first has the condition in words; the statement that ran follows the
+// rows once, in smaller print. Every value is printed whole: the columns
+// are as wide as their text, the page is turned when they need it, a long
+// value wraps in its cell, and a table too wide for a turned page
+// continues on further pages, each with the rows' identifying columns, so
+// that a page's rows stand side by side on consecutive pages. A page holds
+// at most the station's number of rows. A picture (the statistics' chart)
+// may follow on a page of its own.
 class LogReport
 {
 public:
@@ -35,26 +42,35 @@ public:
               const PrintSettings &settings);
 
     void setPicture(QWidget *picture) { m_picture = picture; }
-    int pageCount() const;
-    // Paints every page on device (a printer, a PDF writer); before each,
-    // progress (when given) is told the rows painted so far and stops the
-    // painting with false. False when stopped.
+    // Columns repeated on every page of a table too wide for one.
+    void setIdentifyingColumns(const QList<int> &columns) { m_identifying = columns; }
+    // What paint() tells progress as it goes, at its end.
+    qint64 progressSteps() const;
+    // Turns the device's pages as the columns need, then paints every page
+    // on it (a printer, a PDF writer); on the way, progress (when given) is
+    // told the steps done so far and stops the painting with false. False
+    // when stopped.
     bool paint(QPagedPaintDevice &device, const std::function<bool(qint64)> &progress = {}) const;
 
 private:
-    int rowPages() const;
-    // The page's head; returns the top of what follows it.
-    int paintHead(QPainter &painter, const QRect &page, int number) const;
-    // "条件：" with the condition in words and, under them, its SQL (once
-    // when the words are the SQL); returns the top of what follows.
-    int paintCondition(QPainter &painter, const QRect &page, int top) const;
-    void paintRows(QPainter &painter, const QRect &area, int firstRow) const;
-    QList<double> columnShares() const;
+    struct Plan;
+    struct Band;
+
+    QList<ColumnNeed> columnNeeds(const QPaintDevice &device,
+                                  const std::function<bool(qint64)> &progress) const;
+    bool planTable(Plan &plan, const std::function<bool(qint64)> &progress) const;
+    void planPages(Plan &plan) const;
+    void paintPage(QPainter &painter, const Plan &plan, int number) const;
+    double paintHead(QPainter &painter, const Plan &plan, int number) const;
+    void paintCells(QPainter &painter, const Plan &plan, const ColumnGroup &group, int row,
+                    double top) const;
+    QString cellText(int row, int column) const;
 
     const QAbstractItemModel &m_rows;
     ExportHeading m_heading;
     PrintSettings m_settings;
     QFont m_font;
+    QList<int> m_identifying;
     QWidget *m_picture = nullptr;
 };
 

@@ -501,6 +501,7 @@ ExportHeading ViewerWindow::heading() const
 LogReport ViewerWindow::report() const
 {
     LogReport report(*m_rows, heading(), m_database.printSettings());
+    report.setIdentifyingColumns(m_rows->identifyingColumns());
     if (m_chart->isVisible())
         report.setPicture(m_chart);
     return report;
@@ -552,7 +553,8 @@ bool ViewerWindow::exportPdf(const QString &path)
         QPdfWriter pdf(&file);
         pdf.setTitle(m_shownTitle);
         QProgressDialog progress(this);
-        whole = report().paint(pdf, exportProgress(progress, m_rows->rowCount()));
+        const LogReport pages = report();
+        whole = pages.paint(pdf, exportProgress(progress, pages.progressSteps()));
     }
     // A stop leaves whatever was at path before.
     if (!whole) {
