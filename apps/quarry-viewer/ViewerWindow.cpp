@@ -2,13 +2,13 @@
 
 #include "ConditionRequest.h"
 #include "ConditionWords.h"
-#include "CsvWriter.h"
 #include "LabelledRows.h"
 #include "LogRowsModel.h"
 #include "LogSelect.h"
 #include "PassRateChart.h"
 #include "SelectedCells.h"
 #include "StationBanner.h"
+#include "output/FileExports.h"
 
 #include "support/ErrorLog.h"
 
@@ -27,14 +27,12 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QListWidget>
-#include <QPdfWriter>
 #include <QPlainTextEdit>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
 #include <QProgressBar>
 #include <QProgressDialog>
 #include <QPushButton>
-#include <QSaveFile>
 #include <QSplitter>
 #include <QSqlError>
 #include <QStatusBar>
@@ -382,52 +380,26 @@ void ViewerWindow::clearResult(const QString &label)
     showBusy();
 }
 
-void ViewerWindow::cannotWrite(const QFileDevice &file)
-{
-    fault(u"无法写入 %1：%2"_s.arg(file.fileName(), file.errorString()));
-}
-
 bool ViewerWindow::exportCsv(const QString &path)
 {
     if (!hasRows())
         return false;
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
-        cannotWrite(file);
-        return false;
-    }
-    CsvWriter csv(file);
-    QStringList header;
-    for (int c = 0; c < m_rows->columnCount(); ++c)
-        header.append(m_rows->headerData(c, Qt::Horizontal).toString());
-    csv.writeRow(header);
     QProgressDialog progress(this);
     const auto goOn = exportProgress(progress, m_rows->rowCount());
-    bool stopped = false;
-    for (int row = 0; row < m_rows->rowCount() && !m_model->lastError().isValid(); ++row) {
-        if (row % 1000 == 0 && !goOn(row)) {
-            stopped = true;
-            break;
-        }
-        QStringList fields;
-        for (int c = 0; c < m_rows->columnCount(); ++c)
-            fields.append(m_rows->index(row, c).data().toString());
-        csv.writeRow(fields);
-    }
-    // A page that could not be read, or a stop, leaves no half file behind.
-    if (stopped || m_model->lastError().isValid()) {
-        file.cancelWriting();
-        if (stopped)
-            statusBar()->showMessage(u"已取消导出，未写入 %1。"_s.arg(path));
+    // A page that could not be read stops the export; the model says why.
+    const QString failed = writeCsv(path, *m_rows, [&](qint64 row) {
+        return !m_model->lastError().isValid() && goOn(row);
+    });
+    return exported(failed,
+                    u"已导出%1的 %2 行到 %3"_s.arg(m_shownTitle).arg(m_rows->rowCount()).arg(path));
+}
+
+bool ViewerWindow::exported(const QString &failed, const QString &done)
+{
+    if (m_model->lastError().isValid())
         return false;
-    }
-    if (!csv.ok() || !file.commit()) {
-        cannotWrite(file);
-        return false;
-    }
-    statusBar()->showMessage(
-        u"已导出%1的 %2 行到 %3"_s.arg(m_shownTitle).arg(m_rows->rowCount()).arg(path));
-    return true;
+    statusBar()->showMessage(failed.isEmpty() ? done : failed);
+    return failed.isEmpty();
 }
 
 bool ViewerWindow::exportChartPng(const QString &path)
@@ -529,45 +501,19 @@ bool ViewerWindow::writeWorkbook(const QString &path, const QAbstractItemModel &
     QProgressDialog progress(this);
     const QString failed
         = writeXlsx(path, rows, heading(), exportProgress(progress, rows.rowCount()));
-    if (!failed.isEmpty()) {
-        statusBar()->showMessage(failed);
-        return false;
-    }
-    statusBar()->showMessage(
-        u"已导出%1的 %2 行到 %3"_s.arg(m_shownTitle).arg(rows.rowCount()).arg(path));
-    return true;
+    return exported(failed,
+                    u"已导出%1的 %2 行到 %3"_s.arg(m_shownTitle).arg(rows.rowCount()).arg(path));
 }
 
 bool ViewerWindow::exportPdf(const QString &path)
 {
     if (!hasRows())
         return false;
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
-        cannotWrite(file);
-        return false;
-    }
-    bool whole = false;
-    {
-        // The writer ends the document when it goes.
-        QPdfWriter pdf(&file);
-        pdf.setTitle(m_shownTitle);
-        QProgressDialog progress(this);
-        const LogReport pages = report();
-        whole = pages.paint(pdf, exportProgress(progress, pages.progressSteps()));
-    }
-    // A stop leaves whatever was at path before.
-    if (!whole) {
-        file.cancelWriting();
-        statusBar()->showMessage(u"已取消导出，未写入 %1。"_s.arg(path));
-        return false;
-    }
-    if (!file.commit()) {
-        cannotWrite(file);
-        return false;
-    }
-    statusBar()->showMessage(u"已把%1的报表写到 %2"_s.arg(m_shownTitle, path));
-    return true;
+    QProgressDialog progress(this);
+    const LogReport pages = report();
+    const QString failed
+        = writePdf(path, pages, m_shownTitle, exportProgress(progress, pages.progressSteps()));
+    return exported(failed, u"已把%1的报表写到 %2"_s.arg(m_shownTitle, path));
 }
 
 void ViewerWindow::printPreview()

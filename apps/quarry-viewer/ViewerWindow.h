@@ -10,7 +10,6 @@
 
 #include <optional>
 
-class QFileDevice;
 class QLabel;
 class QListWidget;
 class QPlainTextEdit;
@@ -77,8 +76,9 @@ private:
     void showBusy();
     void queryFailed(const QString &what, const QSqlError &error);
     void fault(const QString &text);
-    // Says which file could not be written, and why.
-    void cannotWrite(const QFileDevice &file);
+    // Says how an export ended (failed, or else done); false when it did
+    // not write, also when a page of the rows could not be read.
+    bool exported(const QString &failed, const QString &done);
     void clearResult(const QString &label);
     void chooseCsvFile();
     void choosePngFile();

@@ -1,15 +1,17 @@
 // The viewer's parts that hold no widgets: reading the log catalogue, the
 // titles and code descriptions over the rows, the CSV text of an export;
-// and the program's answers without a display.
+// and the program's answers without a display, its exports among them.
 
 #include "CsvWriter.h"
 #include "LabelledRows.h"
 #include "LogCatalogue.h"
 #include "QtChinese.h"
 
+#include "SampleStation.h"
 #include "TestFiles.h"
 
 #include <QBuffer>
+#include <QDir>
 #include <QProcess>
 #include <QStandardItemModel>
 #include <QTemporaryDir>
@@ -232,10 +234,28 @@ void TestViewerParts::program_data()
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<int>("status");
     QTest::addColumn<QStringList>("said"); // on standard output or error
+    QTest::addColumn<QString>("written");  // a text of the file out.*, as a search finds it
 
-    QTest::newRow("help") << QStringList{u"--help"_s} << 0 << QStringList{u"用法：quarry-viewer"_s, u"logs.ini"_s, u"QUARRY_SYSTEM_DIR"_s, u"bash scripts/run.sh --mariadb"_s, u"没有通过票据的操作员"_s};
-    QTest::newRow("unknown option") << QStringList{u"--station"_s} << 2 << QStringList{u"未知的选项：station"_s, u"用法："_s};
-    QTest::newRow("stray argument") << QStringList{u"logs.ini"_s} << 2 << QStringList{u"多余的参数：logs.ini"_s};
+    QTest::newRow("help") << QStringList{u"--help"_s} << 0 << QStringList{u"用法：quarry-viewer"_s, u"logs.ini"_s, u"QUARRY_SYSTEM_DIR"_s, u"bash scripts/run.sh --mariadb"_s, u"没有通过票据的操作员"_s} << QString();
+    QTest::newRow("unknown option") << QStringList{u"--station"_s} << 2 << QStringList{u"未知的选项：station"_s, u"用法："_s} << QString();
+    QTest::newRow("stray argument") << QStringList{u"logs.ini"_s} << 2 << QStringList{u"多余的参数：logs.ini"_s} << QString();
+
+    // Exports of the sample station's log, {dir} the test's folder.
+    const QString all = u" where Opcode Like '%' And ACCNO  LIKE  '%' And Opdate Between '1980-01-01' And '3000-01-01'"_s;
+    const QStringList yy{u"--catalogue"_s, QString::fromLocal8Bit(qgetenv("QUARRY_SOURCE_DIR")) + u"/data/sample/logs.ini"_s, u"--log"_s, u"yyrz"_s};
+    QTest::newRow("export: PDF") << yy + QStringList{u"--where"_s, all, u"--export"_s, u"{dir}/out.PDF"_s} << 0 << QStringList{u"正在写 "_s, u"已把验印日志的 4000 行写到"_s} << u"日期 从 1980-01-01 到 3000-01-01"_s;
+    QTest::newRow("export: CSV, condition from a file") << yy + QStringList{u"--where-file"_s, u"{dir}/where.txt"_s, u"--export"_s, u"{dir}/out.csv"_s} << 0 << QStringList{u"行写到"_s} << u"4000,1107023166,31668081"_s;
+    QTest::newRow("export: Excel") << yy + QStringList{u"--where"_s, all, u"--export"_s, u"{dir}/out.xlsx"_s} << 0 << QStringList{u"4000 行"_s} << QString();
+    QTest::newRow("export: no such log") << QStringList{u"--log"_s, u"NOPE"_s, u"--where"_s, all, u"--export"_s, u"{dir}/out.csv"_s} << 1 << QStringList{u"没有日志类型 NOPE"_s} << QString();
+    QTest::newRow("export: a condition the database refuses") << yy + QStringList{u"--where"_s, u" where NOCOLUMN = 1"_s, u"--export"_s, u"{dir}/out.csv"_s} << 1 << QStringList{u"上查询失败："_s, u"NOCOLUMN"_s} << QString();
+    QTest::newRow("export: no condition file") << yy + QStringList{u"--where-file"_s, u"{dir}/none.txt"_s, u"--export"_s, u"{dir}/out.csv"_s} << 1 << QStringList{u"无法读取"_s, u"none.txt"_s} << QString();
+    QTest::newRow("export: an unwritable file") << yy + QStringList{u"--where"_s, all, u"--export"_s, u"{dir}/none/out.csv"_s} << 1 << QStringList{u"无法写入"_s, u"out.csv"_s} << QString();
+    QTest::newRow("export: no log") << QStringList{u"--where"_s, all, u"--export"_s, u"{dir}/out.csv"_s} << 2 << QStringList{u"--export 需要 --log"_s, u"用法："_s} << QString();
+    QTest::newRow("export: no condition") << QStringList{u"--log"_s, u"YYRZ"_s, u"--export"_s, u"{dir}/out.csv"_s} << 2 << QStringList{u"--where 或 --where-file 之一"_s} << QString();
+    QTest::newRow("export: two conditions") << QStringList{u"--log"_s, u"YYRZ"_s, u"--where"_s, all, u"--where-file"_s, u"{dir}/where.txt"_s, u"--export"_s, u"{dir}/out.csv"_s} << 2 << QStringList{u"之一"_s} << QString();
+    QTest::newRow("export: an empty condition") << QStringList{u"--log"_s, u"YYRZ"_s, u"--where"_s, u" "_s, u"--export"_s, u"{dir}/out.csv"_s} << 2 << QStringList{u"条件是空的"_s} << QString();
+    QTest::newRow("export: another kind of file") << QStringList{u"--log"_s, u"YYRZ"_s, u"--where"_s, all, u"--export"_s, u"{dir}/out.txt"_s} << 2 << QStringList{u".pdf、.xlsx 或 .csv"_s} << QString();
+    QTest::newRow("export: a condition without export") << QStringList{u"--log"_s, u"YYRZ"_s, u"--where"_s, all} << 2 << QStringList{u"只与 --export 一起用"_s} << QString();
 }
 
 // Answered without a display: the platform asked for has none to offer.
@@ -244,6 +264,13 @@ void TestViewerParts::program()
     QFETCH(QStringList, arguments);
     QFETCH(int, status);
     QFETCH(QStringList, said);
+    QFETCH(QString, written);
+    test::SampleStation station(test::Engine::Sqlite);
+    QVERIFY2(station.isValid(), qPrintable(station.errorText()));
+    station.writeIni();
+    QTemporaryDir dir;
+    test::writeFile(dir.filePath(u"where.txt"_s), " where ACCNO LIKE '1107%'\n");
+    arguments.replaceInStrings(u"{dir}"_s, dir.path());
     QProcess viewer;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
@@ -257,6 +284,16 @@ void TestViewerParts::program()
     QCOMPARE(viewer.exitCode(), status);
     for (const QString &part : std::as_const(said))
         QVERIFY2(out.contains(part), qPrintable(out));
+    const QStringList files = QDir(dir.path()).entryList({u"out.*"_s});
+    QCOMPARE(files.size(), status == 0 && arguments.contains(u"--export"_s) ? 1 : 0);
+    if (written.isEmpty())
+        return;
+    const QString file = dir.filePath(files.constFirst());
+    QProcess text;
+    text.start(u"pdftotext"_s, {file, u"-"_s});
+    text.waitForFinished();
+    const QString found = QString::fromUtf8(file.endsWith(u".csv"_s) ? test::readFile(file) : text.readAllStandardOutput());
+    QVERIFY2(found.contains(written), qPrintable(found.left(2000)));
 }
 
 } // namespace quarry::viewer

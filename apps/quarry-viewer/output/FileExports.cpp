@@ -1,0 +1,113 @@
+#include "FileExports.h"
+
+#include "CsvWriter.h"
+#include "LogReport.h"
+#include "XlsxExport.h"
+
+#include <QAbstractItemModel>
+#include <QDir>
+#include <QFileInfo>
+#include <QPdfWriter>
+#include <QSaveFile>
+
+using namespace Qt::StringLiterals;
+
+namespace quarry::viewer {
+
+namespace {
+
+constexpr int CsvProgressEvery = 1000;
+
+QString cannotWrite(const QFileDevice &file)
+{
+    return u"无法写入 %1：%2"_s.arg(QDir::toNativeSeparators(file.fileName()), file.errorString());
+}
+
+QString cancelled(const QString &path)
+{
+    return u"已取消导出，未写入 %1。"_s.arg(QDir::toNativeSeparators(path));
+}
+
+} // namespace
+
+QString writeCsv(const QString &path, const QAbstractItemModel &rows,
+                 const std::function<bool(qint64)> &progress)
+{
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return cannotWrite(file);
+    CsvWriter csv(file);
+    QStringList header;
+    for (int c = 0; c < rows.columnCount(); ++c)
+        header.append(rows.headerData(c, Qt::Horizontal).toString());
+    csv.writeRow(header);
+    for (int row = 0; row < rows.rowCount(); ++row) {
+        // A stop leaves no half file behind.
+        if (progress && row % CsvProgressEvery == 0 && !progress(row)) {
+            file.cancelWriting();
+            return cancelled(path);
+        }
+        QStringList fields;
+        for (int c = 0; c < rows.columnCount(); ++c)
+            fields.append(rows.index(row, c).data().toString());
+        csv.writeRow(fields);
+    }
+    if (!csv.ok() || !file.commit())
+        return cannotWrite(file);
+    return {};
+}
+
+QString writePdf(const QString &path, const LogReport &report, const QString &title,
+                 const std::function<bool(qint64)> &progress)
+{
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return cannotWrite(file);
+    bool whole = false;
+    {
+        // The writer ends the document when it goes.
+        QPdfWriter pdf(&file);
+        pdf.setTitle(title);
+        whole = report.paint(pdf, progress);
+    }
+    // A stop leaves whatever was at path before.
+    if (!whole) {
+        file.cancelWriting();
+        return cancelled(path);
+    }
+    if (!file.commit())
+        return cannotWrite(file);
+    return {};
+}
+
+FileExport::FileExport(const QAbstractItemModel &rows, const ExportHeading &heading,
+                       const LogReport &report)
+    : m_rows(rows)
+    , m_heading(heading)
+    , m_report(report)
+{
+}
+
+bool FileExport::knows(const QString &path)
+{
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    return suffix == u"csv"_s || suffix == u"xlsx"_s || suffix == u"pdf"_s;
+}
+
+qint64 FileExport::progressSteps(const QString &path) const
+{
+    return QFileInfo(path).suffix().toLower() == u"pdf"_s ? m_report.progressSteps()
+                                                          : m_rows.rowCount();
+}
+
+QString FileExport::write(const QString &path, const std::function<bool(qint64)> &progress) const
+{
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    if (suffix == u"csv"_s)
+        return writeCsv(path, m_rows, progress);
+    if (suffix == u"xlsx"_s)
+        return writeXlsx(path, m_rows, m_heading, progress);
+    return writePdf(path, m_report, m_heading.log, progress);
+}
+
+} // namespace quarry::viewer
