@@ -1,6 +1,7 @@
 #include "LogCatalogue.h"
 
 #include "CodeListText.h"
+#include "catalogue/NumberFormat.h"
 
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -18,7 +19,7 @@ const QStringList KnownKeys{u"Title"_s,      u"Table"_s,     u"Key"_s,         u
                             u"Result"_s,     u"ListA"_s,     u"ListASql"_s,    u"ListAColumn"_s,
                             u"ListB"_s,      u"ListBSql"_s,  u"ListBColumn"_s, u"ClerkLen"_s,
                             u"AccLen"_s,     u"ChequeLen"_s, u"ShowWDH"_s,     u"ShowYJK"_s,
-                            u"ShowOpCode"_s, u"Columns"_s,   u"Hide"_s};
+                            u"ShowOpCode"_s, u"Columns"_s,   u"Hide"_s,        u"Formats"_s};
 
 const QRegularExpression &identifier()
 {
@@ -122,19 +123,14 @@ public:
     // "NAME=标题,...": titles by upper-case column name.
     QHash<QString, QString> titles(const QString &key)
     {
-        QHash<QString, QString> titles;
-        const QString written = value(key);
-        for (const QString &entry : written.split(u',', Qt::SkipEmptyParts)) {
-            const qsizetype equals = entry.indexOf(u'=');
-            const QString name = entry.left(equals).trimmed();
-            const QString title = entry.mid(equals + 1).trimmed();
-            if (equals < 0 || !identifier().match(name).hasMatch() || title.isEmpty()) {
-                fault(key, u"\"%1\" is not a column title (NAME=TITLE)"_s.arg(entry.trimmed()));
-                continue;
-            }
-            titles.insert(name.toUpper(), title);
-        }
-        return titles;
+        return columnValues(key, u"column title (NAME=TITLE)"_s,
+                            [](const QString &title) { return !title.isEmpty(); });
+    }
+
+    // "NAME=0.00,...": number formats by upper-case column name.
+    QHash<QString, QString> formats(const QString &key)
+    {
+        return columnValues(key, u"number format (NAME=0.00)"_s, isNumberFormat);
     }
 
     QStringList names(const QString &key)
@@ -149,6 +145,24 @@ public:
     }
 
 private:
+    // "NAME=VALUE,...", values that pass `valid`, by upper-case column name.
+    QHash<QString, QString> columnValues(const QString &key, const QString &what,
+                                         bool (*valid)(const QString &))
+    {
+        QHash<QString, QString> values;
+        for (const QString &entry : value(key).split(u',', Qt::SkipEmptyParts)) {
+            const qsizetype equals = entry.indexOf(u'=');
+            const QString name = entry.left(equals).trimmed();
+            const QString text = entry.mid(equals + 1).trimmed();
+            if (equals < 0 || !identifier().match(name).hasMatch() || !valid(text)) {
+                fault(key, u"\"%1\" is not a %2"_s.arg(entry.trimmed(), what));
+                continue;
+            }
+            values.insert(name.toUpper(), text);
+        }
+        return values;
+    }
+
     const QSettings &m_settings;
     QString m_where;
     QStringList m_faults;
@@ -226,6 +240,7 @@ void LogCatalogue::readEntry(QSettings &settings, const QString &logType, const 
     entry.showOpCode = reader.flag(u"ShowOpCode"_s);
     entry.columnTitles = reader.titles(u"Columns"_s);
     entry.hiddenColumns = reader.names(u"Hide"_s);
+    entry.columnFormats = reader.formats(u"Formats"_s);
     if (reader.faults().isEmpty())
         m_entries.append(entry);
     else

@@ -27,6 +27,9 @@ namespace quarry::viewer {
 //                            shown with their descriptions
 //   ListB=..., ListBSql=..., ListBColumn=...   the second code list likewise
 //   Columns="LOGID=序号,ACCNO=账号"   column titles
+//   Formats="money=0.00,wdh=0000"   how numbers are written: zeros for the
+//                            digits always before the point, the decimals
+//                            after it
 //   Hide=id                  columns left out of the view, kept in exports
 //   ClerkLen=4, AccLen=17, ChequeLen=8   text-box lengths, 0 for none
 //   ShowWDH=true, ShowYJK=true, ShowOpCode=false

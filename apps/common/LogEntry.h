@@ -47,6 +47,8 @@ struct LogEntry
     // Column titles by column name in upper case; a column without one
     // shows its name.
     QHash<QString, QString> columnTitles;
+    // Number formats (isNumberFormat) by column name in upper case.
+    QHash<QString, QString> columnFormats;
     // Columns left out of the view (kept in exports), names in upper case.
     QStringList hiddenColumns;
 };

@@ -1,5 +1,7 @@
 #include "LabelledRows.h"
 
+#include "catalogue/NumberFormat.h"
+
 using namespace Qt::StringLiterals;
 
 namespace quarry::viewer {
@@ -21,10 +23,16 @@ void LabelledRows::setEntry(const LogEntry &entry)
 
 QVariant LabelledRows::data(const QModelIndex &index, int role) const
 {
+    if (role == NumberFormatRole)
+        return m_entry.columnFormats.value(sourceName(index.column()).toUpper());
     const QVariant value = QIdentityProxyModel::data(index, role);
-    if (role != Qt::DisplayRole || m_codes.isEmpty())
+    if (role != Qt::DisplayRole)
         return value;
-    const auto codes = m_codes.constFind(sourceName(index.column()).toUpper());
+    const QString name = sourceName(index.column()).toUpper();
+    if (const auto format = m_entry.columnFormats.constFind(name);
+        format != m_entry.columnFormats.cend() && !value.isNull())
+        return formatNumber(value, *format);
+    const auto codes = m_codes.constFind(name);
     if (codes == m_codes.cend())
         return value;
     const QString code = value.toString().trimmed();

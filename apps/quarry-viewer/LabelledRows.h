@@ -11,7 +11,8 @@ namespace quarry::viewer {
 // over the columns (the column's own name as the tooltip), and each code
 // of a code list's column with its description beside it ("1 增加行员").
 // A value that is no code of the list (a log that stores descriptions)
-// shows as it is.
+// shows as it is. A number of a column with a number format is written by
+// it (NumberFormatRole gives the format).
 class LabelledRows : public QIdentityProxyModel
 {
     Q_OBJECT

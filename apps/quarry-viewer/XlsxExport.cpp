@@ -1,9 +1,12 @@
 #include "XlsxExport.h"
 
+#include "catalogue/NumberFormat.h"
+
 #include <QAbstractItemModel>
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QHash>
 
 #include <xlsxwriter.h>
 
@@ -90,6 +93,25 @@ public:
         return sheet;
     }
 
+    // A number of a column with a format stays a number, shown by the
+    // format.
+    void writeCell(lxw_worksheet *sheet, lxw_row_t row, lxw_col_t column, const QModelIndex &cell)
+    {
+        const QString pattern = cell.data(NumberFormatRole).toString();
+        bool number = false;
+        const double value = cell.data(Qt::EditRole).toString().trimmed().toDouble(&number);
+        if (pattern.isEmpty() || !number) {
+            writeCell(sheet, row, column, cell.data());
+            return;
+        }
+        lxw_format *&format = m_numberFormats[pattern];
+        if (!format) {
+            format = workbook_add_format(m_workbook);
+            format_set_num_format(format, pattern.toUtf8().constData());
+        }
+        worksheet_write_number(sheet, row, column, value, format);
+    }
+
     void writeCell(lxw_worksheet *sheet, lxw_row_t row, lxw_col_t column, const QVariant &value)
     {
         if (value.isNull())
@@ -147,6 +169,7 @@ private:
     lxw_format *m_titleFormat;
     lxw_format *m_dateFormat;
     lxw_format *m_dateTimeFormat;
+    QHash<QString, lxw_format *> m_numberFormats; // by pattern
 };
 
 } // namespace
@@ -192,7 +215,7 @@ QString writeXlsx(const QString &path, const QAbstractItemModel &rows, const Exp
             sheet = writer.addRowsSheet(number == 1 ? u"数据"_s : u"数据%1"_s.arg(number));
         }
         for (int c = 0; c < columns; ++c)
-            writer.writeCell(sheet, lxw_row_t(onSheet + 1), lxw_col_t(c), rows.index(r, c).data());
+            writer.writeCell(sheet, lxw_row_t(onSheet + 1), lxw_col_t(c), rows.index(r, c));
         if (progress && (r + 1) % ProgressEvery == 0 && !progress(r + 1)) {
             workbook.reset();
             QFile::remove(part);

@@ -2,6 +2,7 @@
 // and values in the sheets' XML), the printed report's pages, and copied
 // cells.
 
+#include "LabelledRows.h"
 #include "LogReport.h"
 #include "SelectedCells.h"
 #include "TestFiles.h"
@@ -137,6 +138,31 @@ private Q_SLOTS:
         QCOMPARE(first.value(u"A3"_s), u"text 2"_s);
         QVERIFY(member(path, u"xl/worksheets/sheet2.xml"_s).contains("state=\"frozen\""));
         QCOMPARE(cells(path, 3).value(u"A2"_s), u"text 3"_s);
+    }
+
+    // A column with a number format stays numbers in Excel, shown by the
+    // format; its text elsewhere is the formatted one.
+    void formattedNumbers()
+    {
+        QStandardItemModel source;
+        source.setHorizontalHeaderLabels({u"money"_s, u"wdh"_s});
+        source.appendRow(row({5172.8, 101}));
+        source.appendRow(row({u"无"_s, QVariant()}));
+        LogEntry entry;
+        entry.columnFormats = {{u"MONEY"_s, u"0.00"_s}, {u"WDH"_s, u"0000"_s}};
+        LabelledRows rows;
+        rows.setSourceModel(&source);
+        rows.setEntry(entry);
+        QTemporaryDir dir;
+        const QString path = dir.filePath(u"log.xlsx"_s);
+        QCOMPARE(writeXlsx(path, rows, {}), QString());
+        const QHash<QString, QString> sheet = cells(path, 2);
+        QCOMPARE(sheet.value(u"A2"_s), u"date 5172.8"_s); // a number with a format
+        QCOMPARE(sheet.value(u"B2"_s), u"date 101"_s);
+        QCOMPARE(sheet.value(u"A3"_s), u"text 无"_s);
+        QVERIFY(!sheet.contains(u"B3"_s));
+        const QByteArray styles = member(path, u"xl/styles.xml"_s);
+        QVERIFY2(styles.contains("formatCode=\"0.00\"") && styles.contains("formatCode=\"0000\""), styles.constData());
     }
 
     // A cancelled export leaves the file that was there.

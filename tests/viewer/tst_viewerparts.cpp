@@ -9,6 +9,7 @@
 
 #include "SampleStation.h"
 #include "TestFiles.h"
+#include "catalogue/NumberFormat.h"
 
 #include <QBuffer>
 #include <QDir>
@@ -47,6 +48,8 @@ QString describe(const LogEntry &e)
         extra += u' ' + title;
     for (const QString &hidden : e.hiddenColumns)
         extra += u" -"_s + hidden;
+    for (auto format = e.columnFormats.cbegin(); format != e.columnFormats.cend(); ++format)
+        extra += u' ' + format.key() + u'~' + format.value();
     return u"%1 %2 %3 %4 %5 A[%6] B[%7] %8/%9/%10 %11 %12 %13"_s
         .arg(e.logType, e.title, e.table.isEmpty() ? u"-"_s : e.table,
              e.call == LogEntry::Call::Complex ? u"complex"_s : u"complex-ex"_s,
@@ -74,6 +77,8 @@ private Q_SLOTS:
     void csv();
     void labelled_data();
     void labelled();
+    void formats_data();
+    void formats();
     void qtInChinese();
     void program_data();
     void program();
@@ -100,8 +105,8 @@ void TestViewerParts::catalogue_data()
     QTest::newRow("whole SELECT needs no table") << Head + "Result=select\n"
         << QStringList{u"YYRZ 验印日志 - complex select A[] B[] 0/0/0 - - -"_s} << QStringList{};
     QTest::newRow("titles, code columns, hidden columns") << Head + "Table=YYLOG\nListA=\"1=开户\"\nListAColumn=OPTYPE\n"
-        "ListBSql=SELECT 1, 'a'\nListBColumn=Result\nColumns=\"ACCNO=账号, opdate = 日期\"\nHide=id, Memo\n"
-        << QStringList{u"YYRZ 验印日志 YYLOG complex where A[1=开户 in OPTYPE] B[sql:SELECT 1, 'a' in Result] 0/0/0 - - - ACCNO=账号 OPDATE=日期 -ID -MEMO"_s}
+        "ListBSql=SELECT 1, 'a'\nListBColumn=Result\nColumns=\"ACCNO=账号, opdate = 日期\"\nHide=id, Memo\nFormats=money=0.00\n"
+        << QStringList{u"YYRZ 验印日志 YYLOG complex where A[1=开户 in OPTYPE] B[sql:SELECT 1, 'a' in Result] 0/0/0 - - - ACCNO=账号 OPDATE=日期 -ID -MEMO MONEY~0.00"_s}
         << QStringList{};
     QTest::newRow("order of the list") << QByteArray("[Catalogue]\nLogs=B, A\n[A]\nTitle=a\nTable=TA\nKey=ID\n[B]\nTitle=b\nTable=TB\nKey=ID\n")
         << QStringList{u"B b TB complex where A[] B[] 0/0/0 - - -"_s, u"A a TA complex where A[] B[] 0/0/0 - - -"_s}
@@ -128,6 +133,7 @@ void TestViewerParts::catalogue_data()
     faulty("code beyond 16 bits", "Title=t\nKey=LOGID\nTable=YYLOG\nListA=\"40000=x\"\n", u"cat.ini [YYRZ] ListA: \"40000=x\" is not a code list (CODE=TEXT,...)"_s);
     faulty("list twice", "Title=t\nKey=LOGID\nTable=YYLOG\nListA=\"1=a\"\nListASql=SELECT 1, 'a'\n", u"cat.ini [YYRZ] ListA: give either ListA or ListASql, not both"_s);
     faulty("title without a name", "Title=t\nKey=LOGID\nTable=YYLOG\nColumns=\"ACCNO=账号,=日期\"\n", u"cat.ini [YYRZ] Columns: \"=日期\" is not a column title (NAME=TITLE)"_s);
+    faulty("format not of zeros", "Title=t\nKey=LOGID\nTable=YYLOG\nFormats=\"wdh=0000,money=#.##\"\n", u"cat.ini [YYRZ] Formats: \"money=#.##\" is not a number format (NAME=0.00)"_s);
     faulty("code column with SQL", "Title=t\nKey=LOGID\nTable=YYLOG\nListAColumn=OPTYPE DESC\n", u"cat.ini [YYRZ] ListAColumn: \"OPTYPE DESC\" is not a column name"_s);
     faulty("hidden column with SQL", "Title=t\nKey=LOGID\nTable=YYLOG\nHide=id)\n", u"cat.ini [YYRZ] Hide: \"id)\" is not a column name"_s);
     faulty("list SQL not a SELECT", "Title=t\nKey=LOGID\nTable=YYLOG\nListASql=DELETE FROM HY\n", u"cat.ini [YYRZ] ListASql: not a SELECT"_s);
@@ -222,6 +228,45 @@ void TestViewerParts::labelled()
     QCOMPARE(got.join(u'|'), shown);
 }
 
+void TestViewerParts::formats_data()
+{
+    QTest::addColumn<QString>("format");
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<QString>("shown");
+
+    QTest::newRow("amount") << u"0.00"_s << QVariant(5172.8) << u"5172.80"_s;
+    QTest::newRow("amount as text") << u"0.00"_s << QVariant(u" 5172.8"_s) << u"5172.80"_s;
+    QTest::newRow("amount rounded") << u"0.00"_s << QVariant(0.126) << u"0.13"_s;
+    QTest::newRow("whole amount") << u"0.00"_s << QVariant(42) << u"42.00"_s;
+    QTest::newRow("negative") << u"0.00"_s << QVariant(-5.5) << u"-5.50"_s;
+    QTest::newRow("no negative zero") << u"0.00"_s << QVariant(-0.001) << u"0.00"_s;
+    QTest::newRow("code of four digits") << u"0000"_s << QVariant(101) << u"0101"_s;
+    QTest::newRow("longer code") << u"0000"_s << QVariant(u"12345"_s) << u"12345"_s;
+    QTest::newRow("decimals with leading zeros") << u"00.0"_s << QVariant(1.24) << u"01.2"_s;
+    QTest::newRow("no number") << u"0.00"_s << QVariant(u"无"_s) << u"无"_s;
+    QTest::newRow("empty") << u"0.00"_s << QVariant() << QString();
+    QTest::newRow("no format") << QString() << QVariant(5172.8) << u"5172.8"_s;
+}
+
+// A column's numbers as the catalogue's format writes them, wherever the
+// rows are read: the table, the report, CSV.
+void TestViewerParts::formats()
+{
+    QFETCH(QString, format);
+    QFETCH(QVariant, value);
+    QStandardItemModel source(1, 1);
+    source.setHorizontalHeaderLabels({u"Money"_s});
+    source.setData(source.index(0, 0), value);
+    LogEntry entry;
+    if (!format.isEmpty())
+        entry.columnFormats.insert(u"MONEY"_s, format);
+    LabelledRows rows;
+    rows.setSourceModel(&source);
+    rows.setEntry(entry);
+    QTEST(rows.index(0, 0).data().toString(), "shown");
+    QCOMPARE(rows.index(0, 0).data(NumberFormatRole).toString(), format);
+}
+
 // Qt's own texts (buttons, file dialogs) in Chinese, from Qt's translations.
 void TestViewerParts::qtInChinese()
 {
@@ -244,7 +289,7 @@ void TestViewerParts::program_data()
     const QString all = u" where Opcode Like '%' And ACCNO  LIKE  '%' And Opdate Between '1980-01-01' And '3000-01-01'"_s;
     const QStringList yy{u"--catalogue"_s, QString::fromLocal8Bit(qgetenv("QUARRY_SOURCE_DIR")) + u"/data/sample/logs.ini"_s, u"--log"_s, u"yyrz"_s};
     QTest::newRow("export: PDF") << yy + QStringList{u"--where"_s, all, u"--export"_s, u"{dir}/out.PDF"_s} << 0 << QStringList{u"正在写 "_s, u"已把验印日志的 4000 行写到"_s} << u"日期 从 1980-01-01 到 3000-01-01"_s;
-    QTest::newRow("export: CSV, condition from a file") << yy + QStringList{u"--where-file"_s, u"{dir}/where.txt"_s, u"--export"_s, u"{dir}/out.csv"_s} << 0 << QStringList{u"行写到"_s} << u"4000,1107023166,31668081"_s;
+    QTest::newRow("export: CSV, condition from a file") << yy + QStringList{u"--where-file"_s, u"{dir}/where.txt"_s, u"--export"_s, u"{dir}/out.csv"_s} << 0 << QStringList{u"行写到"_s} << u"3991,1105113159,31596810,0011970,转账支票,5166.30,"_s;
     QTest::newRow("export: Excel") << yy + QStringList{u"--where"_s, all, u"--export"_s, u"{dir}/out.xlsx"_s} << 0 << QStringList{u"4000 行"_s} << QString();
     QTest::newRow("export: no such log") << QStringList{u"--log"_s, u"NOPE"_s, u"--where"_s, all, u"--export"_s, u"{dir}/out.csv"_s} << 1 << QStringList{u"没有日志类型 NOPE"_s} << QString();
     QTest::newRow("export: a condition the database refuses") << yy + QStringList{u"--where"_s, u" where NOCOLUMN = 1"_s, u"--export"_s, u"{dir}/out.csv"_s} << 1 << QStringList{u"上查询失败："_s, u"NOCOLUMN"_s} << QString();
@@ -269,7 +314,7 @@ void TestViewerParts::program()
     QVERIFY2(station.isValid(), qPrintable(station.errorText()));
     station.writeIni();
     QTemporaryDir dir;
-    test::writeFile(dir.filePath(u"where.txt"_s), " where ACCNO LIKE '1107%'\n");
+    test::writeFile(dir.filePath(u"where.txt"_s), " where ACCNO LIKE '1105%'\n");
     arguments.replaceInStrings(u"{dir}"_s, dir.path());
     QProcess viewer;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
