@@ -458,10 +458,47 @@ private:
 
 } // namespace
 
+namespace {
+
+// The condition the statistics' SELECT carries, as a WHERE clause: its
+// dates, and its branch and teller patterns when it filters on them; ""
+// for a statement of another shape.
+QString statisticsCondition(const QString &select)
+{
+    static const QString literal = uR"('((?:[^'\\]|''|\\.)*)')"_s;
+    static const QRegularExpression dates(literal + uR"(\s+AS\s+BeginDate\s*,\s*)"_s + literal
+                                              + uR"(\s+AS\s+EndDate\b)"_s,
+                                          QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression branch(uR"(\swhere\s+wdh\s+like\s*)"_s + literal,
+                                           QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression teller(uR"(\sand\s+TotalPj\.opcode\s+like\s*)"_s + literal,
+                                           QRegularExpression::CaseInsensitiveOption);
+    const QRegularExpressionMatch range = dates.match(select);
+    if (!range.hasMatch())
+        return {};
+    QString clause
+        = u" where opdate between '%1' and '%2'"_s.arg(range.captured(1), range.captured(2));
+    if (const QRegularExpressionMatch found = branch.match(select); found.hasMatch())
+        clause += u" and wdh like '%1'"_s.arg(found.captured(1));
+    if (const QRegularExpressionMatch found = teller.match(select); found.hasMatch())
+        clause += u" and opcode like '%1'"_s.arg(found.captured(1));
+    return clause;
+}
+
+} // namespace
+
 QString conditionWords(const QString &condition, const LogEntry &entry, SqlDialect dialect)
 {
     if (condition.trimmed().isEmpty())
         return u"全部记录"_s;
+    if (entry.result == LogEntry::Result::Select) {
+        if (const QString clause = statisticsCondition(condition); !clause.isEmpty()) {
+            LogEntry dated = entry;
+            if (!dated.columnTitles.contains(u"OPDATE"_s))
+                dated.columnTitles.insert(u"OPDATE"_s, u"日期"_s);
+            return Reader(clause, dated, dialect).words();
+        }
+    }
     return Reader(condition, entry, dialect).words();
 }
 

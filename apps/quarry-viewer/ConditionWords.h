@@ -18,7 +18,8 @@ namespace quarry::viewer {
 // quote as one, the dialect's escapes undone); a value that is empty or has
 // blanks at an end stands between “ ”. A part it does not recognise stays
 // the SQL it is: the words are sometimes less plain, never something else.
-// An empty condition reads "全部记录".
+// An empty condition reads "全部记录". The statistics' SELECT reads as
+// its dates, branch and teller.
 QString conditionWords(const QString &condition, const LogEntry &entry, SqlDialect dialect);
 
 } // namespace quarry::viewer

@@ -62,6 +62,16 @@ QList<int> LabelledRows::identifyingColumns() const
     return columns;
 }
 
+QList<int> LabelledRows::shownColumns() const
+{
+    QList<int> columns;
+    for (int c = 0; c < columnCount(); ++c) {
+        if (!m_entry.hiddenColumns.contains(sourceName(c).toUpper()))
+            columns.append(c);
+    }
+    return columns;
+}
+
 QString LabelledRows::sourceName(int section) const
 {
     return sourceModel() ? sourceModel()->headerData(section, Qt::Horizontal).toString()

@@ -25,6 +25,8 @@ public:
     // The columns that tell one row from another: the log's key and the
     // account.
     QList<int> identifyingColumns() const;
+    // The columns the entry does not hide.
+    QList<int> shownColumns() const;
 
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
     QVariant headerData(int section, Qt::Orientation orientation,

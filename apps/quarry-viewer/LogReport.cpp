@@ -1,5 +1,6 @@
 #include "LogReport.h"
 
+#include "LabelledRows.h"
 #include "output/ReportFont.h"
 #include "output/TableLayout.h"
 
@@ -10,7 +11,6 @@
 #include <QPainter>
 #include <QTextBoundaryFinder>
 #include <QTextLayout>
-#include <QWidget>
 
 #include <algorithm>
 #include <memory>
@@ -70,7 +70,7 @@ double widestPiece(const QString &text, const QFontMetricsF &metrics)
 // A strip of a page, painted below the one before.
 struct LogReport::Band
 {
-    enum class Kind { Words, Titles, Row, SqlTitle, Sql, Space, Picture };
+    enum class Kind { Words, Titles, Row, SqlTitle, Sql, Space, ChartTitle, Scale, Bar };
     Kind kind;
     int index = 0; // the line of the words or the statement, or the row
     double height = 0;
@@ -85,7 +85,8 @@ struct LogReport::Plan
     };
 
     QPagedPaintDevice *device = nullptr;
-    QRectF page; // in the painter's coordinates
+    QList<int> printed; // the model's columns the table's columns are
+    QRectF page;        // in the painter's coordinates
     QFont font, bold, title, small;
     double line = 0;    // the body's line spacing
     double padding = 0; // beside a cell's text
@@ -98,6 +99,9 @@ struct LogReport::Plan
     std::unique_ptr<QTextLayout> words;
     std::unique_ptr<QTextLayout> sql;
     QList<Page> pages;
+    // The chart's bars run from barLeft to barRight, each rate after it.
+    double barLeft = 0;
+    double barRight = 0;
 
     double rowHeight(int row) const { return rowLines.at(row) * line + leading; }
 };
@@ -122,16 +126,13 @@ QString LogReport::cellText(int row, int column) const
                    : m_rows.index(row, column).data().toString();
 }
 
-QList<ColumnNeed> LogReport::columnNeeds(const QPaintDevice &device,
+QList<ColumnNeed> LogReport::columnNeeds(const Plan &plan,
                                          const std::function<bool(qint64)> &progress) const
 {
-    const QFontMetricsF metrics(m_font, &device);
-    QFont bold = m_font;
-    bold.setBold(true);
-    const QFontMetricsF titleMetrics(bold, &device);
-    const double padding = 2 * metrics.averageCharWidth();
+    const QFontMetricsF metrics(plan.font, plan.device);
+    const QFontMetricsF titleMetrics(plan.bold, plan.device);
     QList<ColumnNeed> needs;
-    for (int c = 0; c < m_rows.columnCount(); ++c) {
+    for (int c : plan.printed) {
         const QString title = cellText(-1, c);
         // A title is not broken, the column at least as wide as it.
         const double width = titleMetrics.horizontalAdvance(title);
@@ -140,8 +141,8 @@ QList<ColumnNeed> LogReport::columnNeeds(const QPaintDevice &device,
     for (int r = 0; r < m_rows.rowCount(); ++r) {
         if (progress && r % ProgressEvery == 0 && !progress(r))
             return {};
-        for (int c = 0; c < m_rows.columnCount(); ++c) {
-            const QString text = cellText(r, c);
+        for (qsizetype c = 0; c < plan.printed.size(); ++c) {
+            const QString text = cellText(r, plan.printed[c]);
             ColumnNeed &need = needs[c];
             const double natural = metrics.horizontalAdvance(text);
             if (natural > need.minimum) // else none of its pieces is wider
@@ -150,8 +151,8 @@ QList<ColumnNeed> LogReport::columnNeeds(const QPaintDevice &device,
         }
     }
     for (ColumnNeed &need : needs) {
-        need.natural += padding;
-        need.minimum += padding;
+        need.natural += plan.padding;
+        need.minimum += plan.padding;
     }
     return needs;
 }
@@ -163,7 +164,7 @@ bool LogReport::planTable(Plan &plan, const std::function<bool(qint64)> &progres
         int most = 1;
         for (const ColumnGroup &group : std::as_const(plan.table.groups)) {
             for (qsizetype i = 0; i < group.columns.size(); ++i) {
-                const QString text = cellText(row, group.columns[i]);
+                const QString text = cellText(row, plan.printed[group.columns[i]]);
                 const double width = group.widths[i] - plan.padding;
                 if (QFontMetricsF(font, plan.device).horizontalAdvance(text) > width
                     || text.contains(u'\n'))
@@ -237,9 +238,23 @@ void LogReport::planPages(Plan &plan) const
     place({Band::Kind::SqlTitle, 0, plan.line});
     for (int i = 0; i < plan.sql->lineCount(); ++i)
         place({Band::Kind::Sql, i, plan.sql->lineAt(i).height()});
+    if (m_rates.isEmpty()) {
+        plan.pages.append(current);
+        return;
+    }
+    // The chart from a page of its own, its scale over the bars on each.
+    newPage();
+    const double scale = 1.5 * plan.line;
+    place({Band::Kind::ChartTitle, 0, 2 * plan.line});
+    place({Band::Kind::Scale, 0, scale});
+    for (int i = 0; i < m_rates.size(); ++i) {
+        if (y + 1.5 * plan.line > available) {
+            newPage();
+            place({Band::Kind::Scale, 0, scale});
+        }
+        place({Band::Kind::Bar, i, 1.5 * plan.line});
+    }
     plan.pages.append(current);
-    if (m_picture)
-        plan.pages.append({0, {{Band::Kind::Picture, 0, available}}});
 }
 
 bool LogReport::paint(QPagedPaintDevice &device, const std::function<bool(qint64)> &progress) const
@@ -258,8 +273,13 @@ bool LogReport::paint(QPagedPaintDevice &device, const std::function<bool(qint64
     plan.padding = 2 * metrics.averageCharWidth();
     plan.leading = plan.line / 4;
 
-    const QList<ColumnNeed> needs = columnNeeds(device, progress);
-    if (needs.size() != m_rows.columnCount())
+    plan.printed = m_columns;
+    if (plan.printed.isEmpty()) {
+        for (int c = 0; c < m_rows.columnCount(); ++c)
+            plan.printed.append(c);
+    }
+    const QList<ColumnNeed> needs = columnNeeds(plan, progress);
+    if (needs.size() != plan.printed.size())
         return false;
     QPageLayout layout = device.pageLayout();
     const int dpi = device.logicalDpiX();
@@ -277,6 +297,11 @@ bool LogReport::paint(QPagedPaintDevice &device, const std::function<bool(qint64
         = m_heading.conditionWords.isEmpty() ? u"全部记录"_s : m_heading.conditionWords;
     plan.words = wrap(u"条件：%1"_s.arg(words), m_font, &device, plan.page.width());
     const QString sql = m_heading.sql.isEmpty() ? m_heading.condition : m_heading.sql;
+    double labels = 0;
+    for (const auto &rate : m_rates)
+        labels = std::max(labels, metrics.horizontalAdvance(rate.first));
+    plan.barLeft = labels + plan.padding;
+    plan.barRight = plan.page.width() - metrics.horizontalAdvance(u"100.00%"_s) - plan.padding;
     plan.sql = wrap(sql.trimmed(), plan.small, &device, plan.page.width());
     planPages(plan);
 
@@ -331,13 +356,19 @@ void LogReport::paintPage(QPainter &painter, const Plan &plan, int number) const
             break;
         case Band::Kind::Space:
             break;
-        case Band::Kind::Picture: {
-            const QPixmap picture = m_picture->grab();
-            const QSize size
-                = picture.size().scaled(QSizeF(width, band.height).toSize(), Qt::KeepAspectRatio);
-            painter.drawPixmap(QRect(QPointF(0, top).toPoint(), size), picture);
+        case Band::Kind::ChartTitle:
+            painter.setFont(plan.bold);
+            painter.drawText(QRectF(0, top, width, band.height), Qt::AlignCenter,
+                             u"各操作员验印通过率"_s);
             break;
-        }
+        case Band::Kind::Scale:
+            painter.setFont(plan.small);
+            paintScale(painter, plan, top, band.height);
+            break;
+        case Band::Kind::Bar:
+            painter.setFont(plan.font);
+            paintBar(painter, plan, band.index, top, band.height);
+            break;
         }
         top += band.height;
     }
@@ -363,13 +394,40 @@ double LogReport::paintHead(QPainter &painter, const Plan &plan, int number) con
     return plan.headHeight;
 }
 
+// 0 % to 100 % along the bars' span, the labels over the line.
+void LogReport::paintScale(QPainter &painter, const Plan &plan, double top, double height) const
+{
+    const double bottom = top + height - plan.leading;
+    painter.drawLine(QLineF(plan.barLeft, bottom, plan.barRight, bottom));
+    const double span = plan.barRight - plan.barLeft;
+    for (int percent = 0; percent <= 100; percent += 20) {
+        const double x = plan.barLeft + span * percent / 100;
+        painter.drawLine(QLineF(x, bottom, x, bottom - plan.leading));
+        painter.drawText(QRectF(x - span / 10, top, span / 5, height - 2 * plan.leading),
+                         Qt::AlignHCenter | Qt::AlignBottom, u"%1%"_s.arg(percent));
+    }
+}
+
+// An operator, his bar and his rate.
+void LogReport::paintBar(QPainter &painter, const Plan &plan, int index, double top,
+                         double height) const
+{
+    const auto &[name, rate] = m_rates.at(index);
+    painter.drawText(QRectF(0, top, plan.barLeft, height), Qt::AlignLeft | Qt::AlignVCenter, name);
+    const double length = (plan.barRight - plan.barLeft) * std::clamp(rate, 0.0, 100.0) / 100;
+    painter.fillRect(QRectF(plan.barLeft, top + height / 6, length, height * 2 / 3),
+                     QColor(0x4a, 0x7e, 0xbb));
+    painter.drawText(QRectF(plan.barRight + plan.padding / 2, top, plan.page.width(), height),
+                     Qt::AlignLeft | Qt::AlignVCenter, QString::number(rate, 'f', 2) + u'%');
+}
+
 // A row's cells (the titles for row -1), each wrapped in its width.
 void LogReport::paintCells(QPainter &painter, const Plan &plan, const ColumnGroup &group, int row,
                            double top) const
 {
     double x = 0;
     for (qsizetype i = 0; i < group.columns.size(); ++i) {
-        const QString text = cellText(row, group.columns[i]);
+        const QString text = cellText(row, plan.printed[group.columns[i]]);
         const double width = group.widths[i] - plan.padding;
         const QPointF at(x + plan.padding / 2, top + plan.leading / 2);
         if (QFontMetricsF(painter.font(), plan.device).horizontalAdvance(text) <= width
@@ -382,6 +440,17 @@ void LogReport::paintCells(QPainter &painter, const Plan &plan, const ColumnGrou
         }
         x += group.widths[i];
     }
+}
+
+LogReport logReport(const LabelledRows &rows, const ExportHeading &heading,
+                    const PrintSettings &settings)
+{
+    LogReport report(rows, heading, settings);
+    report.setIdentifyingColumns(rows.identifyingColumns());
+    report.setColumns(rows.shownColumns());
+    if (rows.entry().result == LogEntry::Result::Select)
+        report.setRates(passRates(*rows.sourceModel()).value_or(PassRates()));
+    return report;
 }
 
 } // namespace quarry::viewer

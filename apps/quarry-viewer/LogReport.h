@@ -1,6 +1,7 @@
 #pragma once
 
 #include "XlsxExport.h"
+#include "output/PassRates.h"
 
 #include <QFont>
 #include <QList>
@@ -10,10 +11,10 @@
 class QAbstractItemModel;
 class QPagedPaintDevice;
 class QPainter;
-class QWidget;
 
 namespace quarry::viewer {
 
+class LabelledRows;
 struct ColumnGroup;
 struct ColumnNeed;
 
@@ -33,15 +34,18 @@ struct PrintSettings
 // value wraps in its cell, and a table too wide for a turned page
 // continues on further pages, each with the rows' identifying columns, so
 // that a page's rows stand side by side on consecutive pages. A page holds
-// at most the station's number of rows. A picture (the statistics' chart)
-// may follow on a page of its own.
+// at most the station's number of rows. The statistics' pass rates may
+// follow as a bar chart, every operator's bar, on as many pages as they
+// need, each under the chart's scale.
 class LogReport
 {
 public:
     LogReport(const QAbstractItemModel &rows, const ExportHeading &heading,
               const PrintSettings &settings);
 
-    void setPicture(QWidget *picture) { m_picture = picture; }
+    void setRates(const PassRates &rates) { m_rates = rates; }
+    // The columns printed, in their order; every column when none given.
+    void setColumns(const QList<int> &columns) { m_columns = columns; }
     // Columns repeated on every page of a table too wide for one.
     void setIdentifyingColumns(const QList<int> &columns) { m_identifying = columns; }
     // What paint() tells progress as it goes, at its end.
@@ -56,7 +60,7 @@ private:
     struct Plan;
     struct Band;
 
-    QList<ColumnNeed> columnNeeds(const QPaintDevice &device,
+    QList<ColumnNeed> columnNeeds(const Plan &plan,
                                   const std::function<bool(qint64)> &progress) const;
     bool planTable(Plan &plan, const std::function<bool(qint64)> &progress) const;
     void planPages(Plan &plan) const;
@@ -64,6 +68,8 @@ private:
     double paintHead(QPainter &painter, const Plan &plan, int number) const;
     void paintCells(QPainter &painter, const Plan &plan, const ColumnGroup &group, int row,
                     double top) const;
+    void paintScale(QPainter &painter, const Plan &plan, double top, double height) const;
+    void paintBar(QPainter &painter, const Plan &plan, int index, double top, double height) const;
     QString cellText(int row, int column) const;
 
     const QAbstractItemModel &m_rows;
@@ -71,7 +77,13 @@ private:
     PrintSettings m_settings;
     QFont m_font;
     QList<int> m_identifying;
-    QWidget *m_picture = nullptr;
+    QList<int> m_columns;
+    PassRates m_rates;
 };
+
+// The report of a log's rows: the columns its view shows, the key and the
+// account repeated on continued pages, the statistics' pass rates charted.
+LogReport logReport(const LabelledRows &rows, const ExportHeading &heading,
+                    const PrintSettings &settings);
 
 } // namespace quarry::viewer

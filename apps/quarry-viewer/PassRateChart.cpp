@@ -22,16 +22,6 @@ namespace quarry::viewer {
 
 namespace {
 
-// The column whose header is name, without regard to case; -1 when none.
-int column(const QAbstractItemModel &model, const QString &name)
-{
-    for (int c = 0; c < model.columnCount(); ++c) {
-        if (model.headerData(c, Qt::Horizontal).toString().compare(name, Qt::CaseInsensitive) == 0)
-            return c;
-    }
-    return -1;
-}
-
 // The axes of a chart removed and deleted.
 void removeAxes(QChart *chart)
 {
@@ -72,18 +62,10 @@ PassRateChart::PassRateChart(QWidget *parent)
 
 bool PassRateChart::showRates(const QAbstractItemModel &model)
 {
-    const int opcode = column(model, u"opcode"_s);
-    const int total = column(model, u"total"_s);
-    const int passed = column(model, u"passed"_s);
-    m_rates.clear();
-    if (opcode < 0 || total < 0 || passed < 0)
+    const std::optional<PassRates> rates = passRates(model);
+    m_rates = rates.value_or(PassRates());
+    if (!rates)
         return false;
-    for (int row = 0; row < model.rowCount(); ++row) {
-        const double count = model.index(row, total).data().toDouble();
-        const double rate
-            = count > 0 ? model.index(row, passed).data().toDouble() * 100.0 / count : 0.0;
-        m_rates.append({model.index(row, opcode).data().toString(), rate});
-    }
 
     // A horizontal series lays its first category at the bottom: the
     // operators go in backwards so that the first one stands on top.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "output/PassRates.h"
+
 #include <QWidget>
 
 class QAbstractItemModel;
@@ -22,11 +24,11 @@ class PassRateChart : public QWidget
 public:
     explicit PassRateChart(QWidget *parent = nullptr);
 
-    // Replaces the bars by those of the model's rows; false when the model
-    // lacks one of the columns.
+    // Replaces the bars by those of the model's rows (passRates); false when
+    // the model lacks one of the columns.
     bool showRates(const QAbstractItemModel &model);
     // The bars shown: operator and rate in percent.
-    QList<std::pair<QString, double>> rates() const { return m_rates; }
+    PassRates rates() const { return m_rates; }
     // The head and every bar, scrolled out of sight or not.
     bool savePng(const QString &path);
 
@@ -34,7 +36,7 @@ private:
     QWidget *m_head;
     QScrollArea *m_scroll;
     QChartView *m_bars;
-    QList<std::pair<QString, double>> m_rates;
+    PassRates m_rates;
 };
 
 } // namespace quarry::viewer

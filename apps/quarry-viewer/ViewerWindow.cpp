@@ -472,11 +472,7 @@ ExportHeading ViewerWindow::heading() const
 
 LogReport ViewerWindow::report() const
 {
-    LogReport report(*m_rows, heading(), m_database.printSettings());
-    report.setIdentifyingColumns(m_rows->identifyingColumns());
-    if (m_chart->isVisible())
-        report.setPicture(m_chart);
-    return report;
+    return logReport(*m_rows, heading(), m_database.printSettings());
 }
 
 bool ViewerWindow::exportXlsx(const QString &path)

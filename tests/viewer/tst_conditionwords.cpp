@@ -1,6 +1,7 @@
 // Conditions as CQuarry's dialogs write them, read back in words.
 
 #include "ConditionWords.h"
+#include "logdialogs/frmSealResultStat.h"
 
 #include <QTest>
 
@@ -59,6 +60,31 @@ private Q_SLOTS:
                               {u"PZTYPE"_s, u"凭证类型"_s}};
         entry.listB = {{1, 3}, {u"增加行员"_s, u"变更行员权限"_s}, {}, u"optype"_s};
         QTEST(conditionWords(condition, entry, quarry::sqlDialect(baseMode)), "words");
+    }
+
+    void statistics_data()
+    {
+        QTest::addColumn<QString>("branch");
+        QTest::addColumn<QString>("teller");
+        QTest::addColumn<QString>("words");
+        const QString dates = u"日期 从 1980-01-01 到 2026-11-25"_s;
+        QTest::newRow("dates only") << u"%"_s << u"%"_s << dates;
+        QTest::newRow("a branch") << u"0101"_s << u"%"_s << dates + u"，并且 网点号 为 0101"_s;
+        QTest::newRow("a teller without a branch") << u"%"_s << u"12%"_s << dates + u"，并且 操作员 以 12 开头"_s;
+        QTest::newRow("both") << u"011%"_s << u"1"_s << dates + u"，并且 网点号 以 011 开头，并且 操作员 为 1"_s;
+    }
+    // The statistics' SELECT read as its dates, branch and teller, on both
+    // its dialects.
+    void statistics()
+    {
+        QFETCH(QString, branch);
+        QFETCH(QString, teller);
+        LogEntry entry;
+        entry.result = LogEntry::Result::Select;
+        entry.columnTitles = {{u"WDH"_s, u"网点号"_s}, {u"OPCODE"_s, u"操作员"_s}};
+        const quarry::SealResultStatValues values{branch, teller, {{}, u"1980-01-01"_s, u"2026-11-25"_s}};
+        for (const quarry::SqlDialect dialect : {quarry::SqlDialect::MySql, quarry::SqlDialect::SqlServer})
+            QTEST(conditionWords(quarry::sealResultStatement(values, dialect), entry, dialect), "words");
     }
 };
 

@@ -11,7 +11,6 @@
 
 #include <QDate>
 #include <QDir>
-#include <QLabel>
 #include <QPdfWriter>
 #include <QProcess>
 #include <QRegularExpression>
@@ -283,28 +282,55 @@ private Q_SLOTS:
         }
     }
 
+    // The statistics' report: every operator's bar, over as many pages as
+    // they take, and no column the view hides.
+    void statisticsReport()
+    {
+        QStandardItemModel source;
+        source.setHorizontalHeaderLabels({u"id"_s, u"wdh"_s, u"opcode"_s, u"total"_s, u"passed"_s});
+        for (int i = 0; i < 262; ++i)
+            source.appendRow(row({u"不应打印"_s, u"0101"_s, u"T%1"_s.arg(i, 4, 10, QChar(u'0')), 10, i % 11}));
+        LogEntry entry;
+        entry.result = LogEntry::Result::Select;
+        entry.hiddenColumns = {u"ID"_s};
+        LabelledRows rows;
+        rows.setSourceModel(&source);
+        rows.setEntry(entry);
+        QTemporaryDir dir;
+        const QString path = dir.filePath(u"stat.pdf"_s);
+        {
+            QPdfWriter pdf(path);
+            QVERIFY(logReport(rows, {u"验印结果统计"_s, {}, u"SEAL"_s, {}}, {60, 10}).paint(pdf));
+        }
+        const QString text = pdfText(path);
+        QVERIFY(!text.contains(u"不应打印"_s));
+        for (int i = 0; i < 262; ++i)
+            QCOMPARE(text.count(u"T%1"_s.arg(i, 4, 10, QChar(u'0'))), 2); // in the table and the chart
+        QVERIFY(text.contains(u"100.00%"_s) && text.contains(u"0.00%"_s));
+        // The chart's pages start with its scale.
+        QVERIFY(text.count(u"各操作员验印通过率"_s) == 1 && text.count(u"\n100%"_s) > 3);
+    }
+
     void reportPages_data()
     {
         QTest::addColumn<int>("rowsPerPage");
         QTest::addColumn<int>("rows");
-        QTest::addColumn<bool>("chart");
+        QTest::addColumn<int>("operators");
         QTest::addColumn<int>("pages");
-        QTest::newRow("60 a page") << 60 << 130 << false << 3;
-        QTest::newRow("65 a page") << 65 << 130 << false << 2;
-        QTest::newRow("no rows") << 60 << 0 << false << 1;
-        QTest::newRow("a chart after the rows") << 65 << 130 << true << 3;
+        QTest::newRow("60 a page") << 60 << 130 << 0 << 3;
+        QTest::newRow("65 a page") << 65 << 130 << 0 << 2;
+        QTest::newRow("no rows") << 60 << 0 << 0 << 1;
+        QTest::newRow("a chart after the rows") << 65 << 130 << 3 << 3;
     }
     // The station's rows to a page decide the pages of the PDF.
     void reportPages()
     {
         QFETCH(int, rowsPerPage);
         QFETCH(int, rows);
-        QFETCH(bool, chart);
+        QFETCH(int, operators);
         QStandardItemModel model(rows, 3);
-        QLabel picture(u"图"_s);
         LogReport report(model, {u"业务日志"_s, u" where 1=1"_s, u"SEAL"_s, {}}, {rowsPerPage, 6});
-        if (chart)
-            report.setPicture(&picture);
+        report.setRates(PassRates(operators, {u"0011"_s, 50.0}));
         QTemporaryDir dir;
         const QString path = dir.filePath(u"report.pdf"_s);
         {

@@ -101,8 +101,7 @@ int exportWithoutWindow(const LogCatalogue &catalogue, const QString &logType,
 
     const ExportHeading heading{entry.title, condition, station.describe(), select,
                                 conditionWords(condition, entry, station.dialect())};
-    LogReport report(rows, heading, station.printSettings());
-    report.setIdentifyingColumns(rows.identifyingColumns());
+    const LogReport report = logReport(rows, heading, station.printSettings());
     const FileExport file(rows, heading, report);
     const qint64 steps = std::max<qint64>(file.progressSteps(path), 1);
     int told = -10;
