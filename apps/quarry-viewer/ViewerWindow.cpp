@@ -8,7 +8,9 @@
 #include "PassRateChart.h"
 #include "SelectedCells.h"
 #include "StationBanner.h"
+#include "output/ExportProgress.h"
 #include "output/FileExports.h"
+#include "output/ReportPreview.h"
 
 #include "support/ErrorLog.h"
 
@@ -28,8 +30,6 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPlainTextEdit>
-#include <QPrintPreviewDialog>
-#include <QPrinter>
 #include <QProgressBar>
 #include <QProgressDialog>
 #include <QPushButton>
@@ -57,6 +57,11 @@ const QString StatisticsNotice
 // none has no row to join.
 const QString MissingOperators
     = u"只列出区间内至少有一张票据通过的操作员：没有通过票据的操作员不在统计结果中。"_s;
+
+QString exporting(qint64 rows)
+{
+    return u"正在导出 %1 行…"_s.arg(rows);
+}
 
 QLabel *messageLabel(const QString &name, const QString &style, QWidget *parent)
 {
@@ -385,7 +390,7 @@ bool ViewerWindow::exportCsv(const QString &path)
     if (!hasRows())
         return false;
     QProgressDialog progress(this);
-    const auto goOn = exportProgress(progress, m_rows->rowCount());
+    const auto goOn = showProgress(progress, exporting(m_rows->rowCount()), m_rows->rowCount());
     // A page that could not be read stops the export; the model says why.
     const QString failed = writeCsv(path, *m_rows, [&](qint64 row) {
         return !m_model->lastError().isValid() && goOn(row);
@@ -451,19 +456,6 @@ bool ViewerWindow::hasRows()
     return !m_shownTitle.isEmpty() && m_model->isCounted();
 }
 
-std::function<bool(qint64)> ViewerWindow::exportProgress(QProgressDialog &dialog, qint64 rows)
-{
-    dialog.setLabelText(u"正在导出 %1 行…"_s.arg(rows));
-    dialog.setCancelButtonText(u"取消"_s);
-    dialog.setRange(0, int(rows));
-    dialog.setWindowModality(Qt::WindowModal);
-    dialog.setMinimumDuration(500);
-    return [&dialog](qint64 done) {
-        dialog.setValue(int(done));
-        return !dialog.wasCanceled();
-    };
-}
-
 ExportHeading ViewerWindow::heading() const
 {
     return {m_shownTitle, m_condition, m_database.describe(), m_sqlText->toPlainText(),
@@ -496,7 +488,8 @@ bool ViewerWindow::writeWorkbook(const QString &path, const QAbstractItemModel &
 {
     QProgressDialog progress(this);
     const QString failed
-        = writeXlsx(path, rows, heading(), exportProgress(progress, rows.rowCount()));
+        = writeXlsx(path, rows, heading(),
+                    showProgress(progress, exporting(rows.rowCount()), rows.rowCount()));
     return exported(failed,
                     u"已导出%1的 %2 行到 %3"_s.arg(m_shownTitle).arg(rows.rowCount()).arg(path));
 }
@@ -508,20 +501,15 @@ bool ViewerWindow::exportPdf(const QString &path)
     QProgressDialog progress(this);
     const LogReport pages = report();
     const QString failed
-        = writePdf(path, pages, m_shownTitle, exportProgress(progress, pages.progressSteps()));
+        = writePdf(path, pages, m_shownTitle,
+                   showProgress(progress, exporting(m_rows->rowCount()), pages.progressSteps()));
     return exported(failed, u"已把%1的报表写到 %2"_s.arg(m_shownTitle, path));
 }
 
 void ViewerWindow::printPreview()
 {
-    if (!hasRows())
-        return;
-    QPrinter printer;
-    QPrintPreviewDialog preview(&printer, this);
-    preview.setWindowTitle(u"打印预览 — %1"_s.arg(m_shownTitle));
-    connect(&preview, &QPrintPreviewDialog::paintRequested, this,
-            [this](QPrinter *device) { report().paint(*device); });
-    preview.exec();
+    if (hasRows())
+        previewReport(report(), m_shownTitle, this);
 }
 
 // Ctrl+C and the table's menu copy the selected cells as a table.

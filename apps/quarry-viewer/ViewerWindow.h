@@ -13,7 +13,6 @@
 class QLabel;
 class QListWidget;
 class QPlainTextEdit;
-class QProgressDialog;
 class QProgressBar;
 class QPushButton;
 class QSqlError;
@@ -88,9 +87,6 @@ private:
     // False, after saying so, when no rows are shown or they are still
     // being counted.
     bool hasRows();
-    // Shows the progress of writing `rows` rows; the callback says whether
-    // to go on.
-    std::function<bool(qint64)> exportProgress(QProgressDialog &dialog, qint64 rows);
     bool writeWorkbook(const QString &path, const QAbstractItemModel &rows);
     ExportHeading heading() const;
     LogReport report() const;

@@ -7,16 +7,22 @@
 #include "SelectedCells.h"
 #include "TestFiles.h"
 #include "XlsxExport.h"
+#include "output/ReportPreview.h"
 #include "output/TableLayout.h"
 
 #include <QDate>
+#include <QApplication>
 #include <QDir>
 #include <QPdfWriter>
+#include <QPrintPreviewDialog>
+#include <QPrintPreviewWidget>
+#include <QProgressDialog>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QStandardItemModel>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 #include <QXmlStreamReader>
 
 using namespace Qt::StringLiterals;
@@ -309,6 +315,56 @@ private Q_SLOTS:
         QVERIFY(text.contains(u"100.00%"_s) && text.contains(u"0.00%"_s));
         // The chart's pages start with its scale.
         QVERIFY(text.count(u"各操作员验印通过率"_s) == 1 && text.count(u"\n100%"_s) > 3);
+    }
+
+    void preview_data()
+    {
+        QTest::addColumn<int>("rows");
+        QTest::addColumn<bool>("stop");
+        QTest::newRow("whole") << 20 << false;
+        QTest::newRow("stopped") << 6000 << true;
+    }
+    // The print preview turns the pages as the report needs, and its
+    // progress stops the drawing, leaving the pages drawn.
+    void preview()
+    {
+        QFETCH(int, rows);
+        QFETCH(bool, stop);
+        QStandardItemModel model(rows, 12);
+        for (int r = 0; r < rows; ++r) {
+            for (int c = 0; c < 12; ++c)
+                model.setData(model.index(r, c), u"1107061012345678"_s);
+        }
+        const LogReport report(model, {u"验印日志"_s, {}, u"SEAL"_s, {}}, {60, 9});
+        QString title;
+        int pages = 0;
+        QPageLayout::Orientation orientation = QPageLayout::Portrait;
+        QTimer look;
+        bool stopped = false;
+        connect(&look, &QTimer::timeout, this, [&] {
+            const bool drawn = stopped; // the drawing ends after the stop is seen
+            for (QWidget *widget : QApplication::allWidgets()) {
+                if (auto *progress = qobject_cast<QProgressDialog *>(widget); progress && stop) {
+                    progress->cancel();
+                    stopped = true;
+                }
+                auto *dialog = qobject_cast<QPrintPreviewDialog *>(widget);
+                auto *shown = dialog ? dialog->findChild<QPrintPreviewWidget *>() : nullptr;
+                if (shown && (shown->pageCount() > 0 || drawn)) {
+                    title = dialog->windowTitle();
+                    pages = shown->pageCount();
+                    orientation = shown->orientation();
+                    dialog->reject();
+                }
+            }
+        });
+        look.start(20);
+        previewReport(report, u"验印日志"_s, nullptr);
+        QCOMPARE(title.contains(u"已停止"_s), stop);
+        if (!stop) {
+            QCOMPARE(orientation, QPageLayout::Landscape);
+            QVERIFY(pages >= 1);
+        }
     }
 
     void reportPages_data()
