@@ -6,6 +6,8 @@
 #include <QLabel>
 #include <QLineEdit>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace quarry {
@@ -44,8 +46,15 @@ frmPTFHLog::frmPTFHLog()
         {txtWdh, u"请输入网点号特征，？代表任意一位数字，* 代表多个数字 "_s},
         {TxtYJKNumber, u"请输入印鉴卡号特征，？代表任意一位数字，* 代表多个数字"_s},
     };
-    for (const auto &hint : hints)
+    // Each hint whole on one line (Chinese would wrap inside a word), the
+    // dialog as wide as the longest needs from the start.
+    lblInfo->setWordWrap(false);
+    int widest = 0;
+    for (const auto &hint : hints) {
         onArrive(hint.first, [this, text = hint.second] { lblInfo->setText(text); });
+        widest = std::max(widest, lblInfo->fontMetrics().horizontalAdvance(hint.second));
+    }
+    lblInfo->setMinimumSize(widest, lblInfo->fontMetrics().height());
 
     onLeave(TxtAccNo, [this] { m_values.account = ToLikePattern(TxtAccNo->text().trimmed()); });
     onLeave(TxtYJKNumber,

@@ -8,6 +8,7 @@
 #include "TestFiles.h"
 
 #include "logdialogs/frmHYLog.h"
+#include "logdialogs/frmPTFHLog.h"
 
 #include <quarry/CQuarry.h>
 #include <quarry/QuarryError.h>
@@ -352,6 +353,26 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowExposed(&dialog));
         const auto *legend = dialog.findChild<QLabel *>(u"Label3"_s);
         QVERIFY(legend->height() < 2 * legend->fontMetrics().lineSpacing());
+    }
+
+    // The compound dialog's hint for each field is readable whole at the
+    // dialog's size.
+    void compoundHintsWhole()
+    {
+        QUARRY_SAMPLE_STATION(station, Engine::Sqlite, user(QString()));
+        frmPTFHLog dialog;
+        dialog.ShowWDH = dialog.ShowYJK = true;
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        const auto *hint = dialog.findChild<QLabel *>(u"lblInfo"_s);
+        for (const QString &field : {u"TxtAccNo"_s, u"txtWdh"_s, u"TxtYJKNumber"_s, u"MaskBoxKs"_s, u"MaskBoxJs"_s}) {
+            dialog.findChild<QWidget *>(field)->setFocus();
+            QTRY_VERIFY(!hint->text().isEmpty() && dialog.focusWidget()->objectName() == field);
+            const QRect shown(hint->mapTo(&dialog, QPoint(0, 0)), hint->size());
+            QVERIFY2(dialog.rect().contains(shown), qPrintable(field));
+            QVERIFY2(hint->width() >= hint->fontMetrics().horizontalAdvance(hint->text()), qPrintable(field));
+            QVERIFY(hint->height() >= hint->fontMetrics().height());
+        }
     }
 
     // A station whose database is not there. An error closes the dialog and
