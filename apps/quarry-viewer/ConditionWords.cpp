@@ -461,8 +461,8 @@ private:
 namespace {
 
 // The condition the statistics' SELECT carries, as a WHERE clause: its
-// dates, and its branch and teller patterns when it filters on them; ""
-// for a statement of another shape.
+// branch and teller patterns and its dates; "" for a statement of another
+// shape.
 QString statisticsCondition(const QString &select)
 {
     static const QString literal = uR"('((?:[^'\\]|''|\\.)*)')"_s;
@@ -476,12 +476,15 @@ QString statisticsCondition(const QString &select)
     const QRegularExpressionMatch range = dates.match(select);
     if (!range.hasMatch())
         return {};
-    QString clause
-        = u" where opdate between '%1' and '%2'"_s.arg(range.captured(1), range.captured(2));
-    if (const QRegularExpressionMatch found = branch.match(select); found.hasMatch())
-        clause += u" and wdh like '%1'"_s.arg(found.captured(1));
-    if (const QRegularExpressionMatch found = teller.match(select); found.hasMatch())
-        clause += u" and opcode like '%1'"_s.arg(found.captured(1));
+    // A pattern the statement leaves out reads "不限", so that the words
+    // name all three.
+    const QRegularExpressionMatch inBranch = branch.match(select);
+    const QRegularExpressionMatch byTeller = teller.match(select);
+    const QString clause
+        = u" where wdh like '%1' and opcode like '%2' and opdate between '%3' and '%4'"_s.arg(
+            inBranch.hasMatch() ? inBranch.captured(1) : u"%"_s,
+            byTeller.hasMatch() ? byTeller.captured(1) : u"%"_s, range.captured(1),
+            range.captured(2));
     return clause;
 }
 
