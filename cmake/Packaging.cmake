@@ -125,7 +125,7 @@ which shows and changes the station's seal.ini; and quarry-service, which
 offers the dialogs on the D-Bus session bus.")
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION misc)
 # quarry-service needs a session bus to be started by.
-set(CPACK_DEBIAN_TOOLS_PACKAGE_RECOMMENDS "dbus-session-bus")
+set(CPACK_DEBIAN_TOOLS_PACKAGE_RECOMMENDS "dbus-session-bus, fonts-wqy-zenhei")
 set(CPACK_DEBIAN_TOOLS_DEBUGINFO_PACKAGE ON)
 
 if(TARGET docs)
