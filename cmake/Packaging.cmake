@@ -124,7 +124,8 @@ and prints it, for scripts and hosts in other languages; quarry-config,
 which shows and changes the station's seal.ini; and quarry-service, which
 offers the dialogs on the D-Bus session bus.")
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION misc)
-# quarry-service needs a session bus to be started by.
+# quarry-service needs a session bus to be started by; quarry-viewer's
+# reports a Chinese font whose PDF text can be searched.
 set(CPACK_DEBIAN_TOOLS_PACKAGE_RECOMMENDS "dbus-session-bus, fonts-wqy-zenhei")
 set(CPACK_DEBIAN_TOOLS_DEBUGINFO_PACKAGE ON)
 

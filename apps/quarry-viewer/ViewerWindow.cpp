@@ -396,14 +396,21 @@ bool ViewerWindow::exportCsv(const QString &path)
         return !m_model->lastError().isValid() && goOn(row);
     });
     return exported(failed,
-                    u"已导出%1的 %2 行到 %3"_s.arg(m_shownTitle).arg(m_rows->rowCount()).arg(path));
+                    u"已导出%1的 %2 行到 %3"_s.arg(m_shownTitle).arg(m_rows->rowCount()).arg(path),
+                    progress);
 }
 
-bool ViewerWindow::exported(const QString &failed, const QString &done)
+bool ViewerWindow::exported(const QString &failed, const QString &done,
+                            const QProgressDialog &progress)
 {
     if (m_model->lastError().isValid())
         return false;
-    statusBar()->showMessage(failed.isEmpty() ? done : failed);
+    if (failed.isEmpty())
+        statusBar()->showMessage(done);
+    else if (progress.wasCanceled())
+        statusBar()->showMessage(failed);
+    else
+        fault(failed);
     return failed.isEmpty();
 }
 
@@ -491,7 +498,8 @@ bool ViewerWindow::writeWorkbook(const QString &path, const QAbstractItemModel &
         = writeXlsx(path, rows, heading(),
                     showProgress(progress, exporting(rows.rowCount()), rows.rowCount()));
     return exported(failed,
-                    u"已导出%1的 %2 行到 %3"_s.arg(m_shownTitle).arg(rows.rowCount()).arg(path));
+                    u"已导出%1的 %2 行到 %3"_s.arg(m_shownTitle).arg(rows.rowCount()).arg(path),
+                    progress);
 }
 
 bool ViewerWindow::exportPdf(const QString &path)
@@ -503,7 +511,7 @@ bool ViewerWindow::exportPdf(const QString &path)
     const QString failed
         = writePdf(path, pages, m_shownTitle,
                    showProgress(progress, exporting(m_rows->rowCount()), pages.progressSteps()));
-    return exported(failed, u"已把%1的报表写到 %2"_s.arg(m_shownTitle, path));
+    return exported(failed, u"已把%1的报表写到 %2"_s.arg(m_shownTitle, path), progress);
 }
 
 void ViewerWindow::printPreview()

@@ -13,6 +13,7 @@
 class QLabel;
 class QListWidget;
 class QPlainTextEdit;
+class QProgressDialog;
 class QProgressBar;
 class QPushButton;
 class QSqlError;
@@ -75,9 +76,10 @@ private:
     void showBusy();
     void queryFailed(const QString &what, const QSqlError &error);
     void fault(const QString &text);
-    // Says how an export ended (failed, or else done); false when it did
-    // not write, also when a page of the rows could not be read.
-    bool exported(const QString &failed, const QString &done);
+    // Says how an export ended: done, stopped under progress, or failed (a
+    // fault); false when it did not write, also when a page of the rows
+    // could not be read.
+    bool exported(const QString &failed, const QString &done, const QProgressDialog &progress);
     void clearResult(const QString &label);
     void chooseCsvFile();
     void choosePngFile();

@@ -244,6 +244,9 @@ void TestViewerWindow::tools()
         window.findChild<QPushButton *>(u"exportCsvButton"_s)->click();
     }
     QCOMPARE(opened, (QStringList{m_home.filePath(u"Documents"_s), dir.path()}));
+    // A file that cannot be written is a fault, said and logged.
+    QVERIFY(!window.exportCsv(dir.filePath(u"none/hy.csv"_s)));
+    QVERIFY2(shown(window, u"errorLabel"_s).contains(u"无法写入"_s), qPrintable(shown(window, u"errorLabel"_s)));
     const QStringList lines = QString::fromUtf8(quarry::test::readFile(dir.filePath(u"hy.csv"_s))).split(u"\r\n"_s, Qt::SkipEmptyParts);
     QCOMPARE(lines.size(), rows + 1);
     QCOMPARE(lines[0], u"序号,操作柜员,操作柜员姓名,复核柜员,复核柜员姓名,操作类型,所涉柜员,说明,日期,时间,网点号"_s);
