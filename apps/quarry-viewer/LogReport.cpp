@@ -92,6 +92,9 @@ struct LogReport::Plan
     double padding = 0; // beside a cell's text
     double leading = 0; // above and below it
     double headHeight = 0;
+    std::unique_ptr<QTextLayout> station;
+    QString printedOn;  // the date printed, before the page number
+    bool apart = false; // the date and page on a line of their own
     TableLayout table;
     // Each row's lines, the most any of its cells takes in any group.
     QList<quint16> rowLines;
@@ -290,7 +293,17 @@ bool LogReport::paint(QPagedPaintDevice &device, const std::function<bool(qint64
     device.setPageOrientation(plan.table.landscape ? QPageLayout::Landscape
                                                    : QPageLayout::Portrait);
     plan.page = QRectF(QPointF(0, 0), device.pageLayout().paintRectPixels(dpi).size());
-    plan.headHeight = QFontMetricsF(plan.title, &device).lineSpacing() + 1.5 * plan.line;
+    // The station, and after it (or, when they do not fit beside it, under
+    // it) the date and the page number.
+    plan.printedOn = u"打印日期：%1    "_s.arg(QDate::currentDate().toString(u"yyyy-MM-dd"_s));
+    const double pageWidth
+        = metrics.horizontalAdvance(plan.printedOn + u"第 99999 页，共 99999 页"_s);
+    const QString station = u"站点：%1"_s.arg(m_heading.station);
+    plan.apart = metrics.horizontalAdvance(station) + plan.padding + pageWidth > plan.page.width();
+    plan.station = wrap(station, m_font, &device,
+                        plan.apart ? plan.page.width() : plan.page.width() - pageWidth);
+    plan.headHeight = QFontMetricsF(plan.title, &device).lineSpacing()
+        + plan.station->boundingRect().height() + (plan.apart ? plan.line : 0) + 0.5 * plan.line;
     if (!planTable(plan, progress))
         return false;
     const QString words
@@ -382,14 +395,13 @@ double LogReport::paintHead(QPainter &painter, const Plan &plan, int number) con
     painter.drawText(QRectF(0, 0, width, titleHeight), Qt::AlignLeft | Qt::AlignVCenter,
                      m_heading.log);
     painter.setFont(plan.font);
-    const QRectF line(0, titleHeight, width, plan.line);
-    painter.drawText(line, Qt::AlignLeft, u"站点：%1"_s.arg(m_heading.station));
-    painter.drawText(line, Qt::AlignRight,
-                     u"打印日期：%1    第 %2 页，共 %3 页"_s
-                         .arg(QDate::currentDate().toString(u"yyyy-MM-dd"_s))
-                         .arg(number + 1)
-                         .arg(plan.pages.size()));
-    const double bottom = titleHeight + 1.25 * plan.line;
+    plan.station->draw(&painter, QPointF(0, titleHeight));
+    const double stationHeight = plan.station->boundingRect().height();
+    const double pageTop = plan.apart ? titleHeight + stationHeight : titleHeight;
+    painter.drawText(QRectF(0, pageTop, width, plan.line), Qt::AlignRight,
+                     plan.printedOn
+                         + u"第 %1 页，共 %2 页"_s.arg(number + 1).arg(plan.pages.size()));
+    const double bottom = plan.headHeight - plan.line / 4;
     painter.drawLine(QLineF(0, bottom, width, bottom));
     return plan.headHeight;
 }
