@@ -284,6 +284,27 @@ private Q_SLOTS:
         }
     }
 
+    // A condition of thousands of branches is carried over pages, in words
+    // at the head and once in SQL after the rows.
+    void longCondition()
+    {
+        QStringList branches;
+        for (int b = 110000; b <= 113000; ++b)
+            branches.append(QString::number(b));
+        const QString condition = u" where ( wdh in ('%1'))"_s.arg(branches.join(u"','"_s));
+        QStandardItemModel model(1, 1);
+        QTemporaryDir dir;
+        const QString path = dir.filePath(u"long.pdf"_s);
+        {
+            QPdfWriter pdf(path);
+            QVERIFY(LogReport(model, {u"验印日志"_s, condition, u"SEAL"_s, condition, u"网点号 为 "_s + branches.join(u'、')}, {60, 10}).paint(pdf));
+        }
+        QVERIFY(!pdfText(path, 1, 1).contains(u"113000"_s));
+        const QString text = pdfText(path).remove(u'\n');
+        QCOMPARE(text.count(u"113000"_s), 2);
+        QVERIFY(text.indexOf(u"、113000"_s) < text.indexOf(u"执行的 SQL"_s) && text.indexOf(u"执行的 SQL"_s) < text.indexOf(u"'113000'"_s));
+    }
+
     // The statistics' report: every operator's bar, over as many pages as
     // they take, and no column the view hides.
     void statisticsReport()
