@@ -2,6 +2,8 @@
 
 #include <QRegularExpression>
 
+#include <cmath>
+
 using namespace Qt::StringLiterals;
 
 namespace quarry::viewer {
