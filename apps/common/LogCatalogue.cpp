@@ -1,7 +1,7 @@
 #include "LogCatalogue.h"
 
 #include "CodeListText.h"
-#include "catalogue/NumberFormat.h"
+#include "NumberFormat.h"
 
 #include <QFileInfo>
 #include <QRegularExpression>

@@ -1,6 +1,6 @@
 #include "LabelledRows.h"
 
-#include "catalogue/NumberFormat.h"
+#include "NumberFormat.h"
 
 using namespace Qt::StringLiterals;
 

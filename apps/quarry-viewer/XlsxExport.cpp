@@ -1,6 +1,6 @@
 #include "XlsxExport.h"
 
-#include "catalogue/NumberFormat.h"
+#include "NumberFormat.h"
 
 #include <QAbstractItemModel>
 #include <QDateTime>

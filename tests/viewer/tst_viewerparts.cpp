@@ -9,7 +9,7 @@
 
 #include "SampleStation.h"
 #include "TestFiles.h"
-#include "catalogue/NumberFormat.h"
+#include "NumberFormat.h"
 
 #include <QBuffer>
 #include <QDir>
