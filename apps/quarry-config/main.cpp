@@ -42,8 +42,9 @@ const QString Usage
       "  dump                      列出组件读到的每个值（缺省的值注明）\n"
       "  get 节 键 [缺省值]        显示一个值\n"
       "  set 节 键 值              写入一个值，文件的其余部分不变\n"
-      "  check [--json]            检查站点：seal.ini、数据库、表和文件夹，一次列出全部问题\n"
-      "                            （--json 以 JSON 给出）；没有问题时退出状态为 0，有问题时为 1\n\n"
+      "  check [--json]            检查站点：seal.ini、数据库、表和文件夹，\n"
+      "                            一次列出全部问题（--json 以 JSON 给出）；\n"
+      "                            没有问题时退出状态为 0，有问题时为 1\n\n"
       "选项：\n"
       "  --ini 文件         使用这个 seal.ini，而不是找到的那个\n"_s
     + quarry::apps::standardOptionLines();
