@@ -13,7 +13,6 @@
 #include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
 
 #include <functional>
 #include <memory>
@@ -38,17 +37,7 @@ const QString SealIniText = u"[USER]\nMODE=Nelos\nSubMode=信贷建库机\n"_s +
 class Station : public QTemporaryDir
 {
 public:
-    Station()
-    {
-        qputenv("QUARRY_SYSTEM_DIR", QFile::encodeName(path()));
-        QObject::connect(&m_timer, &QTimer::timeout, [this] {
-            if (QWidget *modal = QApplication::activeModalWidget()) {
-                ++shown;
-                quarry::test::answerBox(QMessageBox::Ok, &box)(modal);
-            }
-        });
-        m_timer.start(0);
-    }
+    Station() { qputenv("QUARRY_SYSTEM_DIR", QFile::encodeName(path())); }
 
     quarry::test::BoxSeen box;
     int shown = 0;
@@ -66,7 +55,10 @@ public:
     }
 
 private:
-    QTimer m_timer;
+    quarry::test::ModalWatch m_watch{nullptr, [this](QWidget *modal) {
+        ++shown;
+        quarry::test::answerBox(QMessageBox::Ok, &box)(modal);
+    }, true};
 };
 
 template<typename T>
