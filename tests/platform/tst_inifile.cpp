@@ -63,7 +63,6 @@ private Q_SLOTS:
         QTest::newRow("comment line") << QByteArray("[A]\n;K=commented\n") << u"A"_s << u"K"_s << QString();
         QTest::newRow("line without equals sign ignored") << QByteArray("[A]\njunk line\nK=v\n") << u"A"_s << u"K"_s << u"v"_s;
         QTest::newRow("inline comment is part of the value") << QByteArray("[A]\nK==v ; note\n") << u"A"_s << u"K"_s << u"=v ; note"_s;
-        QTest::newRow("text after a section name") << QByteArray("[A] junk\nK=v\n") << u"A"_s << u"K"_s << u"v"_s;
         QTest::newRow("header without closing bracket is no section") << QByteArray("[A]\nK=a\n[B\nL=b\n") << u"A"_s << u"L"_s << u"b"_s;
         QTest::newRow("lone CR") << QByteArray("[A]\rK=v\rL=w\r") << u"A"_s << u"K"_s << u"v"_s;
         QTest::newRow("cut never splits a character") << QByteArray("[A]\nK=" + QByteArray(254, 'x') + "\xF0\x9F\x98\x80\n") << u"A"_s << u"K"_s << QString(254, u'x');
