@@ -94,5 +94,3 @@ Q_DECLARE_METATYPE(quarry::test::Engine)
             QSKIP(qPrintable(quarryMissingEngine_));                                              \
         }                                                                                         \
     } while (false)
-
-#define QUARRY_REQUIRE_MARIADB() QUARRY_REQUIRE_ENGINE(quarry::test::Engine::MariaDb)

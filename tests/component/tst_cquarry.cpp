@@ -55,11 +55,6 @@ class TestCQuarry : public QObject
     QTemporaryDir m_systemDir;
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        QVERIFY(m_systemDir.isValid());
-    }
-
     // Each dialog behind its call, the empty-query rule, and FrmDate's date
     // boxes (Enter moves on from each box and never confirms).
     void singleConditionDialogs_data()
