@@ -123,11 +123,11 @@ private Q_SLOTS:
         });
         QCOMPARE(seen.dialog, op.dialog);
         QCOMPARE(seen.box.text, message);
+        // Which kind of box each message has; the look of each kind is
+        // tst_logdialogs'.
         if (seen.box.shown) {
             const bool asked = message == u"未输入任何查询条件，查询可能需要很长时间，是否继续？"_s;
-            QCOMPARE(seen.box.caption, u"提示信息"_s);
             QCOMPARE(seen.box.icon, asked ? QMessageBox::Question : message == u"请输入查询条件!"_s ? QMessageBox::Information : QMessageBox::Warning);
-            QCOMPARE(seen.box.buttons, asked ? QMessageBox::Yes | QMessageBox::No : QMessageBox::Ok);
             QCOMPARE(seen.box.defaultButton, asked ? QMessageBox::No : QMessageBox::Ok);
         }
         QTEST(seen.after, "after");
