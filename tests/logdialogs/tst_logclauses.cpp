@@ -69,7 +69,6 @@ private Q_SLOTS:
         // Text from the host or the database as data in a literal of each
         // dialect; the pattern's own wildcards keep their meaning.
         const QString outside = u"O'Neil\\[A]_%"_s;
-        QTest::newRow("literal: unknown is embedded") << literalText(outside, sqlDialect(u"ORACLE"_s)) << u"O''Neil\\[A]_%"_s;
         QTest::newRow("literal: sqlserver value") << literalText(outside, sqlDialect(u"sqlserver"_s)) << u"O''Neil\\[A]_%"_s;
         QTest::newRow("literal: SQL Server pattern") << literalText(outside, sqlDialect(u"SQLSERVER"_s), LiteralUse::LikePattern) << u"O''Neil\\[[]A]_%"_s;
         QTest::newRow("literal: Sybase12.5 pattern") << literalText(outside, sqlDialect(u"Sybase12.5"_s), LiteralUse::LikePattern) << u"O''Neil\\[[]A]_%"_s;
