@@ -273,6 +273,7 @@ private slots:
         row("set with a blank", {u"set"_s, u"USER"_s, u"MODE"_s, u"Refol "_s}, 2, u"ends with a blank or tab"_s);
         row("directory given", {u"--ini"_s, u"folder"_s, u"dump"_s}, 2, u"folder is a directory"_s);
         QTest::newRow("no station") << QStringList{u"get"_s, u"USER"_s, u"MODE"_s} << QByteArray("[SYSTEM]\nINITCFG=MISSING.INI\n") << QByteArray() << 1 << u"MISSING.INI"_s << QString() << QByteArray();
+        QTest::newRow("dump, no station") << QStringList{u"dump"_s} << QByteArray("[SYSTEM]\nINITCFG=MISSING.INI\n") << QByteArray() << 1 << u"MISSING.INI does not exist; every value is its default"_s << QString() << QByteArray();
         QTest::newRow("unreadable seal.ini") << QStringList{u"get"_s, u"USER"_s, u"MODE"_s} << QByteArray("[SYSTEM]\nINITCFG=folder\n") << QByteArray() << 2 << u"cannot read "_s << QString() << QByteArray();
         // The station's databases are not there: one fault among the findings.
         row("check", {u"check"_s}, 1, u"错误  验印数据库 SEAL 打不开：数据库文件 "_s);

@@ -70,6 +70,18 @@ private slots:
         QTEST(readFile(work(u"records.bin"_s)), "onDisk");
     }
 
+    // A text record is as long as the text it is read into.
+    void textRecord()
+    {
+        writeFile(work(u"text.bin"_s), "abcdef");
+        CFileMan files;
+        const qint16 file = files.OpenFile(work(u"text.bin"_s), Mode::Binary);
+        QString text(3, u' ');
+        QVERIFY(files.GetText(file, text, 2));
+        QCOMPARE(text, u"bcd"_s);
+        files.CloseFile(file);
+    }
+
     void openModes_data()
     {
         QTest::addColumn<Mode>("mode");
@@ -102,6 +114,9 @@ private slots:
         QCOMPARE(files.LastError(), QString());
         QVERIFY(QFileInfo(work(u"missing/a/b"_s)).isDir());
         QVERIFY(files.MakePath(missing + u"\\a/b\\"_s)); // already there
+        // A folder the system makes for nobody, root included.
+        QVERIFY(!files.EnsureFolder(u"/proc/quarry"_s));
+        QVERIFY2(files.LastError().endsWith(u": /proc/quarry"_s), qPrintable(files.LastError()));
 
         writeFile(work(u"b.txt"_s), "x");
         writeFile(work(u"A.dat"_s), "x");
