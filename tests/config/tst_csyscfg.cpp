@@ -146,6 +146,8 @@ private slots:
         read("bank patterns copy the account patterns", u"[BANKPARAM]\nTOTALACCNO=3\nACCNOTYPE(0)=11??\nACCNOTYPE(2)=22??*3*\n"_s, lists, u"11?? 201????????? 22??*3* | 11?? 201????????? 22??*3* | ACCNO like '11__' or ACCNO like '201_________' or ACCNO like '22__%3%'  | 3"_s);
         read("a pattern is data on MySQL", u"[DATABASESET]\nBASEMODE=MYSQL\n[BANKPARAM]\nTOTALACCNO=1\nACCNOTYPE(0)=1'\\?\n"_s, lists, u"1'\\? | 1'\\? | ACCNO like '1''\\\\\\\\_'  | 1"_s);
         read("bank patterns of their own", u"[BANKPARAM]\nTOTALACCNO=1\nACCNOTYPE(0)=11??\nTOTALBANKACCNO=2\nBANKACCNOTYPE(0)=7??"_s, lists, u"11?? | 7?? 201????????? | ACCNO like '11__'  | 1"_s);
+        // A host may raise the public count past the patterns read.
+        read("count raised past the patterns", u"[BANKPARAM]\nTOTALACCNO=1\nACCNOTYPE(0)=11??\n"_s, [](CSysCfg &c) { c.TOTALACCNO = 3; return c.GetLocalQueryString(); }, u"ACCNO like '11__' "_s);
         read("negative pattern count", u"[BANKPARAM]\nTOTALACCNO=-2\n"_s, FIELD(AccNoMaxLen), u"0"_s);
         const QString special = u"[SBMK]\nDoubleSealQuota=50000\nTotalSpecialDoubleSealQuota=3\nSpecialDoubleSealPztype(0)=2\nSpecialDoubleSealQuota(0)=200000.5\nSpecialDoubleSealPztype(1)=2\nSpecialDoubleSealQuota(1)=1\nSpecialDoubleSealQuota(2)=7\n"_s;
         read("first entry of a type", special, FIELD(GetDoubleSealQuotaByPztype(2)), u"200000.5"_s);
