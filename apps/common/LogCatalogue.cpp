@@ -19,7 +19,8 @@ const QStringList KnownKeys{u"Title"_s,      u"Table"_s,     u"Key"_s,         u
                             u"Result"_s,     u"ListA"_s,     u"ListASql"_s,    u"ListAColumn"_s,
                             u"ListB"_s,      u"ListBSql"_s,  u"ListBColumn"_s, u"ClerkLen"_s,
                             u"AccLen"_s,     u"ChequeLen"_s, u"ShowWDH"_s,     u"ShowYJK"_s,
-                            u"ShowOpCode"_s, u"Columns"_s,   u"Hide"_s,        u"Formats"_s};
+                            u"ShowOpCode"_s, u"Columns"_s,   u"Hide"_s,        u"Formats"_s,
+                            u"DateColumn"_s, u"TimeColumn"_s};
 
 const QRegularExpression &identifier()
 {
@@ -114,10 +115,17 @@ public:
         } else if (!apps::parseCodeList(written, list.ids, list.names)) {
             fault(key, u"\"%1\" is not a code list (CODE=TEXT,...)"_s.arg(written));
         }
-        list.column = value(key + u"Column"_s);
-        if (!list.column.isEmpty() && !identifier().match(list.column).hasMatch())
-            fault(key + u"Column"_s, u"\"%1\" is not a column name"_s.arg(list.column));
+        list.column = column(key + u"Column"_s);
         return list;
+    }
+
+    // A column's name, or "" when the key is not given.
+    QString column(const QString &key)
+    {
+        const QString name = value(key);
+        if (!name.isEmpty() && !identifier().match(name).hasMatch())
+            fault(key, u"\"%1\" is not a column name"_s.arg(name));
+        return name;
     }
 
     // "NAME=标题,...": titles by upper-case column name.
@@ -230,6 +238,8 @@ void LogCatalogue::readEntry(QSettings &settings, const QString &logType, const 
     entry.table = entry.result == LogEntry::Result::Where ? reader.name(u"Table"_s, u"table"_s)
                                                           : reader.value(u"Table"_s);
     entry.key = reader.name(u"Key"_s, u"column"_s);
+    entry.dateColumn = reader.column(u"DateColumn"_s);
+    entry.timeColumn = reader.column(u"TimeColumn"_s);
     entry.listA = reader.codeList(u"ListA"_s);
     entry.listB = reader.codeList(u"ListB"_s);
     entry.clerkLength = reader.length(u"ClerkLen"_s);

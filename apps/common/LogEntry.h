@@ -34,6 +34,10 @@ struct LogEntry
     // The column that orders the rows, with one value per row: the view
     // reads the rows a page at a time in its order.
     QString key;
+    // The columns of the day and the time of each row, or "": the rows show
+    // newest first, by these and then the key.
+    QString dateColumn;
+    QString timeColumn;
     Call call = Call::Complex;
     Result result = Result::Where;
     CodeListSource listA;

@@ -33,10 +33,11 @@ LogRowsModel::LogRowsModel(int pageRows, QObject *parent)
 }
 
 void LogRowsModel::setQuery(const StationDatabase &station, const QString &select,
-                            const QString &key)
+                            const QString &key, const RowOrder &own)
 {
     m_background.setOpener(station.opener());
-    readFirstPage({station.database(), select, key, station.paging(), {}, -1}, false);
+    readFirstPage({station.database(), select, key, station.paging(), own, own, own.columns},
+                  false);
 }
 
 void LogRowsModel::readFirstPage(const Statement &statement, bool reordered)
@@ -82,17 +83,24 @@ QString LogRowsModel::statement() const
 void LogRowsModel::sort(int column, Qt::SortOrder order)
 {
     // A new statement on its way is not given up for the order of the old.
-    if (m_reading == Reading::FirstPage || !m_shown.database.isValid() || column < 0
+    if (m_reading == Reading::FirstPage || !m_shown.database.isValid()
         || column >= m_columns.count())
         return;
     Statement sorted = m_shown;
     const QString name = m_columns.fieldName(column);
-    const bool byKey = name.compare(m_shown.key, Qt::CaseInsensitive) == 0;
-    sorted.order = {byKey ? QString()
-                          : sorted.database.driver()->escapeIdentifier(name, QSqlDriver::FieldName),
-                    order};
-    sorted.orderColumn = byKey ? -1 : column;
-    readFirstPage(sorted, true);
+    if (column < 0) {
+        sorted.order = sorted.own;
+        sorted.orderFields = sorted.own.columns;
+    } else if (name.compare(m_shown.key, Qt::CaseInsensitive) == 0) {
+        sorted.order = {{}, order};
+        sorted.orderFields = {};
+    } else {
+        sorted.order
+            = {{sorted.database.driver()->escapeIdentifier(name, QSqlDriver::FieldName)}, order};
+        sorted.orderFields = {name};
+    }
+    if (sorted.order != m_shown.order)
+        readFirstPage(sorted, true);
 }
 
 void LogRowsModel::backgroundFinished(const QueryResult &result)
@@ -266,7 +274,7 @@ QSqlError LogRowsModel::readPage(qint64 number, Page &rows) const
 }
 
 // Where the page after `number` starts: after its last row's key (and
-// value in the ordering column).
+// values in the order's columns).
 void LogRowsModel::rememberEnd(qint64 number, const Page &rows) const
 {
     const int key = m_columns.indexOf(m_shown.key);
@@ -277,9 +285,14 @@ void LogRowsModel::rememberEnd(qint64 number, const Page &rows) const
         field.setValue(rows.last().at(column));
         return m_shown.database.driver()->formatValue(field);
     };
-    m_lastRows.insert(number,
-                      {0, literal(key),
-                       m_shown.orderColumn >= 0 ? literal(m_shown.orderColumn) : QString()});
+    PageStart start{0, literal(key), {}};
+    for (const QString &name : m_shown.orderFields) {
+        const int column = m_columns.indexOf(name);
+        if (column < 0)
+            return;
+        start.columnsAfter.append(literal(column));
+    }
+    m_lastRows.insert(number, start);
 }
 
 } // namespace quarry::viewer

@@ -19,10 +19,10 @@ class StationDatabase;
 // view shows them and kept for a few pages only: a log of ten million rows
 // opens as fast as one of a thousand, on any engine (the MySQL client would
 // otherwise hold the whole result before showing a row). The rows are in
-// the order of a key column, or sorted by a column and then the key, by the
-// database. A page that follows one already read starts after that page's
-// last row; a jump (the scroll bar dragged) starts from an offset, which
-// the server walks.
+// the log's own order (by columns such as the day and time, then a key
+// column), or sorted by a column and then the key, by the database. A page that follows one already
+// read starts after that page's last row; a jump (the scroll bar dragged) starts from an offset,
+// which the server walks.
 //
 // A new statement or order is read in the background, on a connection of
 // the model's own, while the rows before it stay on view: its first page
@@ -37,10 +37,11 @@ class LogRowsModel : public QAbstractTableModel
 public:
     explicit LogRowsModel(int pageRows = 1000, QObject *parent = nullptr);
 
-    // Starts reading the rows of select on the station, ordered by key (a
-    // column of the select with one value per row). Holds on to the
-    // station's connection until clear().
-    void setQuery(const StationDatabase &station, const QString &select, const QString &key);
+    // Starts reading the rows of select on the station in their own order:
+    // by its columns, then key (a column of the select with one value per
+    // row). Holds on to the station's connection until clear().
+    void setQuery(const StationDatabase &station, const QString &select, const QString &key,
+                  const RowOrder &own = {});
     // Stops the reading in the background (cancelled() tells); "" when it
     // could be stopped, else why not.
     QString cancel();
@@ -61,7 +62,8 @@ public:
                         int role = Qt::DisplayRole) const override;
     bool canFetchMore(const QModelIndex &parent) const override;
     void fetchMore(const QModelIndex &parent) override;
-    // Reads the rows again in the order of column (then the key).
+    // Reads the rows again in the order of column (then the key); column -1
+    // for their own order.
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
 
 Q_SIGNALS:
@@ -85,8 +87,9 @@ private:
         QString select;
         QString key;
         Paging paging = Paging::LimitOffset;
+        RowOrder own;
         RowOrder order;
-        int orderColumn = -1; // in the columns; -1 for the key alone
+        QStringList orderFields; // the order's columns as the rows name them
     };
     enum class Reading { Nothing, FirstPage, Count };
 

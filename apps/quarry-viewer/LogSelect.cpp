@@ -13,6 +13,16 @@ QString logSelect(const LogEntry &entry, const QString &condition)
     return u"SELECT * FROM "_s + entry.table + condition;
 }
 
+RowOrder newestFirst(const LogEntry &entry)
+{
+    RowOrder order{{}, Qt::DescendingOrder};
+    for (const QString &column : {entry.dateColumn, entry.timeColumn}) {
+        if (!column.isEmpty())
+            order.columns.append(column);
+    }
+    return order;
+}
+
 QString countSelect(const QString &select)
 {
     return u"SELECT COUNT(*) FROM ("_s + select + u") counted"_s;
@@ -23,29 +33,48 @@ namespace {
 QString orderBy(const QString &key, const RowOrder &order)
 {
     const QString direction = order.direction == Qt::AscendingOrder ? QString() : u" DESC"_s;
-    if (order.column.isEmpty())
-        return u" ORDER BY "_s + key + direction;
-    return u" ORDER BY "_s + order.column + direction + u", "_s + key + direction;
+    QStringList terms;
+    for (const QString &column : order.columns)
+        terms.append(column + direction);
+    terms.append(key + direction);
+    return u" ORDER BY "_s + terms.join(u", "_s);
 }
 
-// The rows after the last one of the page before, in the order.
+// The rows past `value` in column, in the order; "" for none.
+QString beyond(const QString &column, const QString &value, bool up)
+{
+    if (value == u"NULL"_s)
+        return up ? column + u" IS NOT NULL"_s : QString();
+    return up ? column + u" > "_s + value
+              : u"("_s + column + u" < "_s + value + u" OR "_s + column + u" IS NULL)"_s;
+}
+
+// The rows after the last one of the page before, in the order: past it in
+// a column and equal to it in the columns before. The bound on the first
+// column alone lets the server start where it is in an index.
 QString after(const QString &key, const RowOrder &order, const PageStart &start)
 {
     const bool up = order.direction == Qt::AscendingOrder;
-    const QString keyAfter = key + (up ? u" > "_s : u" < "_s) + start.keyAfter;
-    if (order.column.isEmpty())
-        return keyAfter;
-    const QString &column = order.column;
-    if (start.columnAfter == u"NULL"_s) {
-        return up ? u"("_s + column + u" IS NULL AND "_s + keyAfter + u") OR "_s + column
-                + u" IS NOT NULL"_s
-                  : column + u" IS NULL AND "_s + keyAfter;
+    QStringList rows;
+    QStringList equal;
+    for (qsizetype i = 0; i < order.columns.size(); ++i) {
+        const QString &column = order.columns[i];
+        const QString &value = start.columnsAfter.value(i, u"NULL"_s);
+        if (const QString past = beyond(column, value, up); !past.isEmpty())
+            rows.append(QStringList(equal + QStringList{past}).join(u" AND "_s));
+        equal.append(value == u"NULL"_s ? column + u" IS NULL"_s : column + u" = "_s + value);
     }
-    QString rows = column + (up ? u" > "_s : u" < "_s) + start.columnAfter + u" OR ("_s + column
-        + u" = "_s + start.columnAfter + u" AND "_s + keyAfter + u")"_s;
-    if (!up)
-        rows += u" OR "_s + column + u" IS NULL"_s;
-    return rows;
+    equal.append(key + (up ? u" > "_s : u" < "_s) + start.keyAfter);
+    rows.append(equal.join(u" AND "_s));
+    const QString any = u"("_s + rows.join(u") OR ("_s) + u")"_s;
+    const QString first = order.columns.isEmpty() ? QString() : start.columnsAfter.value(0);
+    if (first.isEmpty() || first == u"NULL"_s)
+        return any;
+    const QString &column = order.columns.first();
+    const QString bound = up
+        ? column + u" >= "_s + first
+        : u"("_s + column + u" <= "_s + first + u" OR "_s + column + u" IS NULL)"_s;
+    return bound + u" AND ("_s + any + u")"_s;
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "LogEntry.h"
 
 #include <QString>
+#include <QStringList>
 
 namespace quarry::viewer {
 
@@ -21,26 +22,32 @@ enum class Paging {
     None,        // Sybase ASE: the whole ordered result in one read
 };
 
-// The order of the rows: by the key column alone, or by a column and then
-// the key, both one way. The key (one value per row) makes the order total,
-// so that a page can start exactly after the last row of the one before.
-// Every engine sorts NULL before any value going up, after going down.
+// The order of the rows: by columns and then the key, all one way (no
+// columns: the key alone). The key (one value per row) makes the order
+// total, so that a page can start exactly after the last row of the one
+// before. Every engine sorts NULL before any value going up, after going
+// down.
 struct RowOrder
 {
-    QString column; // as the engine names it; empty: the key alone
+    QStringList columns; // as the engine names them
     Qt::SortOrder direction = Qt::AscendingOrder;
+
+    friend bool operator==(const RowOrder &, const RowOrder &) = default;
 };
 
+// The log's own order: newest first, by its day and time and then the key.
+RowOrder newestFirst(const LogEntry &entry);
+
 // Where a page starts: after `offset` rows, or (when keyAfter is a literal
-// of the driver's) after the row with that key and, in a column's order,
-// with columnAfter in the column ("NULL" for none). Reading on from the
+// of the driver's) after the row with that key and, for each column of the
+// order, the literal in columnsAfter ("NULL" for none). Reading on from the
 // last row of the page before costs the server nothing for the rows it
 // skips; an offset makes it walk them.
 struct PageStart
 {
     qint64 offset = 0;
     QString keyAfter;
-    QString columnAfter;
+    QStringList columnsAfter;
 };
 
 // Every row of select in the order.

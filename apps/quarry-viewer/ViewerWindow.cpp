@@ -33,6 +33,7 @@
 #include <QProgressBar>
 #include <QProgressDialog>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QSplitter>
 #include <QSqlError>
 #include <QStatusBar>
@@ -202,7 +203,9 @@ QWidget *ViewerWindow::makeResultPane()
     m_table->setModel(m_rows);
     m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::Interactive);
     // A click on a column's title sorts on the database (see LogRowsModel).
+    // A third click on a title returns to the log's own order.
     m_table->setSortingEnabled(true);
+    m_table->horizontalHeader()->setSortIndicatorClearable(true);
     connect(m_table->horizontalHeader(), &QHeaderView::sortIndicatorChanged, this,
             &ViewerWindow::showBusy);
     addCopyActions();
@@ -257,7 +260,7 @@ void ViewerWindow::runLog(int index)
     }
     m_asked = Asked{entry, condition, select, {}};
     m_asked->timer.start();
-    m_model->setQuery(m_database, select, entry.key);
+    m_model->setQuery(m_database, select, entry.key, newestFirst(entry));
     statusBar()->showMessage(u"正在查询%1…"_s.arg(entry.title));
     showBusy();
 }
@@ -275,6 +278,8 @@ bool ViewerWindow::readCodeLists(LogEntry &entry)
 
 void ViewerWindow::rowsShown()
 {
+    m_table->scrollToTop();
+    m_table->horizontalScrollBar()->setValue(0);
     if (!m_asked) { // another order of the rows on screen
         m_sqlText->setPlainText(m_model->statement());
         showBusy();
@@ -301,7 +306,7 @@ void ViewerWindow::showRows(const LogEntry &entry, const QString &select)
         m_table->setColumnHidden(c, entry.hiddenColumns.contains(name));
     }
     m_table->resizeColumnsToContents();
-    // New rows come in the key's order.
+    // New rows come in the log's own order.
     m_table->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
     if (entry.result == LogEntry::Result::Select) {
         m_chart->showRates(*m_model);

@@ -2,7 +2,9 @@
 -- business date and the logs the query dialogs filter. Loads into SQLite and
 -- MariaDB alike: one statement per line-ending ";", rows generated with
 -- recursive CTEs, text built with REPLACE on a template because the two
--- engines share no concatenation operator.
+-- engines share no concatenation operator. Each log's index on its day and
+-- time holds the key as well (the row id, the primary key): it serves both
+-- a date condition and the viewer's newest-first order.
 
 CREATE TABLE WDDZ (
     WDH VARCHAR(20) NOT NULL,
@@ -64,7 +66,7 @@ CREATE TABLE YWLOG (
     wdh VARCHAR(20),
     Memo VARCHAR(100)
 );
-CREATE INDEX YWLOG_OPDATE ON YWLOG (Opdate);
+CREATE INDEX YWLOG_OPDATE ON YWLOG (Opdate, Optime);
 
 CREATE TABLE YYLOG (
     LOGID INTEGER NOT NULL PRIMARY KEY,
@@ -81,7 +83,7 @@ CREATE TABLE YYLOG (
     Optime VARCHAR(8),
     wdh VARCHAR(20)
 );
-CREATE INDEX YYLOG_OPDATE ON YYLOG (Opdate);
+CREATE INDEX YYLOG_OPDATE ON YYLOG (Opdate, Optime);
 
 CREATE TABLE HYLog (
     LOGID INTEGER NOT NULL PRIMARY KEY,
@@ -96,7 +98,7 @@ CREATE TABLE HYLog (
     Optime VARCHAR(8),
     wdh VARCHAR(20)
 );
-CREATE INDEX HYLOG_OPDATE ON HYLog (Opdate);
+CREATE INDEX HYLOG_OPDATE ON HYLog (Opdate, Optime);
 
 CREATE TABLE SJLOG (
     LOGID INTEGER NOT NULL PRIMARY KEY,
@@ -108,7 +110,7 @@ CREATE TABLE SJLOG (
     Optime VARCHAR(8),
     wdh VARCHAR(20)
 );
-CREATE INDEX SJLOG_OPDATE ON SJLOG (Opdate);
+CREATE INDEX SJLOG_OPDATE ON SJLOG (Opdate, Optime);
 
 CREATE TABLE ZGSQLOG (
     LOGID INTEGER NOT NULL PRIMARY KEY,
@@ -121,7 +123,7 @@ CREATE TABLE ZGSQLOG (
     Optime VARCHAR(8),
     wdh VARCHAR(20)
 );
-CREATE INDEX ZGSQLOG_OPDATE ON ZGSQLOG (Opdate);
+CREATE INDEX ZGSQLOG_OPDATE ON ZGSQLOG (Opdate, Optime);
 
 CREATE TABLE ZPGLLOG (
     LOGID INTEGER NOT NULL PRIMARY KEY,
@@ -134,7 +136,7 @@ CREATE TABLE ZPGLLOG (
     optime VARCHAR(8),
     wdh VARCHAR(20)
 );
-CREATE INDEX ZPGLLOG_OPDATE ON ZPGLLOG (opdate);
+CREATE INDEX ZPGLLOG_OPDATE ON ZPGLLOG (opdate, optime);
 
 -- opresult 0 and 4 count as passed, 1 and 5 as not passed; ChequeResult is
 -- the text the operator picks in the query dialog.
@@ -152,7 +154,7 @@ CREATE TABLE pjsblog (
     optime VARCHAR(8),
     wdh VARCHAR(20)
 );
-CREATE INDEX PJSBLOG_OPDATE ON pjsblog (opdate);
+CREATE INDEX PJSBLOG_OPDATE ON pjsblog (opdate, optime);
 
 -- BranchNo carries the prefix "Bank", MasterNo does not.
 CREATE TABLE YJREQLOG (
@@ -164,7 +166,7 @@ CREATE TABLE YJREQLOG (
     OPDATE VARCHAR(10),
     OPTIME VARCHAR(8)
 );
-CREATE INDEX YJREQLOG_OPDATE ON YJREQLOG (OPDATE);
+CREATE INDEX YJREQLOG_OPDATE ON YJREQLOG (OPDATE, OPTIME);
 
 CREATE TABLE PTFHLOG (
     LOGID INTEGER NOT NULL PRIMARY KEY,
@@ -176,7 +178,7 @@ CREATE TABLE PTFHLOG (
     Optime VARCHAR(8),
     wdh VARCHAR(20)
 );
-CREATE INDEX PTFHLOG_OPDATE ON PTFHLOG (Opdate);
+CREATE INDEX PTFHLOG_OPDATE ON PTFHLOG (Opdate, Optime);
 
 -- Branches: the head office, 8 branches, 12 sub-branches under each, 3
 -- outlets under each sub-branch and 2 agencies under each outlet of 110101.

@@ -11,13 +11,13 @@ using namespace Qt::StringLiterals;
 namespace quarry::viewer {
 
 QString readRows(LogRowsModel &model, const StationDatabase &station, const QString &select,
-                 const QString &key)
+                 const QString &key, const RowOrder &own)
 {
     QString fault;
     QObject context;
     QObject::connect(&model, &LogRowsModel::failed, &context,
                      [&fault](const QSqlError &error) { fault = error.text(); });
-    model.setQuery(station, select, key);
+    model.setQuery(station, select, key, own);
     if (!QTest::qWaitFor([&model] { return !model.isBusy(); }, test::WaitLimit))
         return u"still reading after the wait limit"_s;
     return fault;

@@ -31,6 +31,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScopeGuard>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QStatusBar>
 #include <QSqlError>
@@ -250,15 +251,30 @@ void TestViewerWindow::tools()
     const QStringList lines = QString::fromUtf8(quarry::test::readFile(dir.filePath(u"hy.csv"_s))).split(u"\r\n"_s, Qt::SkipEmptyParts);
     QCOMPARE(lines.size(), rows + 1);
     QCOMPARE(lines[0], u"序号,操作柜员,操作柜员姓名,复核柜员,复核柜员姓名,操作类型,所涉柜员,说明,日期,时间,网点号"_s);
-    const Row first = quarry::test::sealRows(station, u"SELECT OPTYPE, Memo FROM HYLog WHERE Opcode = '0011' ORDER BY LOGID"_s).value(0);
+    const Row first = quarry::test::sealRows(station, u"SELECT OPTYPE, Memo FROM HYLog WHERE Opcode = '0011' ORDER BY Opdate DESC, Optime DESC, LOGID DESC"_s).value(0);
     QCOMPARE(lines[1].split(u',').at(5), first[u"optype"_s] + u' ' + first[u"memo"_s]); // "1 增加行员"
 
+    // The log opens newest first; a title's first click sorts by its column
+    // going up, the second going down, the third returns to the log's own
+    // order; each order starts at the top left.
     QTableView *view = table(window);
-    view->sortByColumn(5, Qt::DescendingOrder); // 操作类型, OPTYPE
-    QVERIFY(settle(window));
-    QVERIFY2(sql(window).endsWith(u" DESC, LOGID DESC"_s), qPrintable(sql(window)));
-    const QString last = quarry::test::sealRows(station, u"SELECT LOGID FROM HYLog WHERE Opcode = '0011' ORDER BY OPTYPE DESC, LOGID DESC"_s).value(0).value(u"logid"_s);
-    QCOMPARE(view->model()->index(0, 0).data().toString(), last);
+    window.resize(320, 300);
+    const auto firstKey = [&station](const char *order) {
+        return quarry::test::sealRows(station, u"SELECT LOGID FROM HYLog WHERE Opcode = '0011' ORDER BY "_s + QLatin1StringView(order)).value(0).value(u"logid"_s);
+    };
+    const QString newest = firstKey("Opdate DESC, Optime DESC, LOGID DESC");
+    QCOMPARE(view->model()->index(0, 0).data().toString(), newest);
+    QHeaderView *header = view->horizontalHeader();
+    const QStringList clicked{firstKey("OPTYPE, LOGID"), firstKey("OPTYPE DESC, LOGID DESC"), newest};
+    for (const QString &first : clicked) {
+        view->scrollToBottom();
+        view->horizontalScrollBar()->setValue(view->horizontalScrollBar()->maximum());
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, {header->sectionViewportPosition(5) + 4, header->height() / 2}); // 操作类型, OPTYPE
+        QVERIFY(settle(window));
+        QCOMPARE(view->model()->index(0, 0).data().toString(), first);
+        QCOMPARE(view->verticalScrollBar()->value(), 0);
+        QCOMPARE(view->horizontalScrollBar()->value(), 0);
+    }
 
     const QAbstractItemModel &model = *view->model();
     view->selectionModel()->select(QItemSelection(model.index(0, 0), model.index(1, 1)), QItemSelectionModel::Select);
@@ -505,20 +521,23 @@ void TestViewerWindow::pages_data()
     QTest::addColumn<QList<int>>("visits");
     QTest::addColumn<bool>("unpaged"); // a Sybase station, which reads all rows at once
     QTest::addColumn<QString>("order"); // "G" or "G DESC": sorted by column G, few values and NULLs
+    QTest::addColumn<QStringList>("own"); // the columns of the rows' own order, newest first
     const QList<int> jumps{39, 0, 20, 21, 22, 23, 2, 38, 1};
     for (Engine engine : quarry::test::allEngines()) {
         // Pages of 3, of which 8 are kept: each pass reads most of them anew.
         // ODBC stands for SQL Server, which pages with OFFSET ... FETCH.
-        QTest::newRow(quarry::test::engineTag(engine, "down, then up").constData()) << engine << span(0, 39) + span(39, 0) << false << QString();
-        QTest::newRow(quarry::test::engineTag(engine, "jumps").constData()) << engine << jumps << false << QString();
-        QTest::newRow(quarry::test::engineTag(engine, "sorted, down").constData()) << engine << span(0, 39) << false << u"G"_s;
-        QTest::newRow(quarry::test::engineTag(engine, "sorted back, down").constData()) << engine << span(0, 39) << false << u"G DESC"_s;
+        QTest::newRow(quarry::test::engineTag(engine, "down, then up").constData()) << engine << span(0, 39) + span(39, 0) << false << QString() << QStringList();
+        QTest::newRow(quarry::test::engineTag(engine, "jumps").constData()) << engine << jumps << false << QString() << QStringList();
+        QTest::newRow(quarry::test::engineTag(engine, "sorted, down").constData()) << engine << span(0, 39) << false << u"G"_s << QStringList();
+        QTest::newRow(quarry::test::engineTag(engine, "sorted back, down").constData()) << engine << span(0, 39) << false << u"G DESC"_s << QStringList();
+        QTest::newRow(quarry::test::engineTag(engine, "newest first, down").constData()) << engine << span(0, 39) << false << QString() << QStringList{u"G"_s, u"N"_s};
     }
-    QTest::addRow("odbc: as sybase") << Engine::MariaDbOdbc << QList<int>{39, 0, 20} << true << QString();
+    QTest::addRow("odbc: as sybase") << Engine::MariaDbOdbc << QList<int>{39, 0, 20} << true << QString() << QStringList();
 }
 
 // Each row shown is the row of that number in the engine's own order, by
-// the key or sorted by a column and then the key; the first page shows
+// the key or by columns and then the key (the rows' own order, newest
+// first), or sorted by a column and then the key; the first page shows
 // before the rows are counted; a sort and a new statement reset the model,
 // a failing statement leaves the rows before it, all of it as Qt's model
 // tester expects of a model.
@@ -528,6 +547,7 @@ void TestViewerWindow::pages()
     QFETCH(QList<int>, visits);
     QFETCH(bool, unpaged);
     QFETCH(QString, order);
+    QFETCH(QStringList, own);
     QUARRY_REQUIRE_ENGINE(engine);
     SampleStation station(engine, SampleStation::Contents::Empty);
     const QStringList keys = fillPaged(station, engine);
@@ -539,16 +559,18 @@ void TestViewerWindow::pages()
     QCOMPARE(database.open(), QString());
     QStringList ordered;
     const QString keyOrder = order.endsWith(u"DESC"_s) ? u"K DESC"_s : u"K"_s;
-    for (const Row &row : quarry::test::sealRows(station, u"SELECT K FROM PAGED ORDER BY "_s + (order.isEmpty() ? keyOrder : order + u", "_s + keyOrder)))
+    const QString ownOrder = own.isEmpty() ? u"K"_s : own.join(u" DESC, "_s) + u" DESC, K DESC"_s;
+    for (const Row &row : quarry::test::sealRows(station, u"SELECT K FROM PAGED ORDER BY "_s + (order.isEmpty() ? ownOrder : order + u", "_s + keyOrder)))
         ordered.append(row[u"k"_s]);
     QCOMPARE(ordered.size(), keys.size());
+    const RowOrder rowsOwn{own, own.isEmpty() ? Qt::AscendingOrder : Qt::DescendingOrder};
 
     LogRowsModel model(3);
     QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
     QSignalSpy failed(&model, &LogRowsModel::failed);
     QList<bool> countingWhenShown;
     connect(&model, &LogRowsModel::rowsShown, this, [&] { countingWhenShown.append(model.isBusy()); });
-    QCOMPARE(readRows(model, database, u"SELECT * FROM PAGED WHERE N >= 0"_s, u"k"_s), QString());
+    QCOMPARE(readRows(model, database, u"SELECT * FROM PAGED WHERE N >= 0"_s, u"k"_s, rowsOwn), QString());
     QCOMPARE(countingWhenShown, QList<bool>{!unpaged});
     QCOMPARE(model.rowCount(), keys.size());
     QCOMPARE(model.headerData(0, Qt::Horizontal).toString(), u"K"_s);
@@ -566,6 +588,10 @@ void TestViewerWindow::pages()
 
     QVERIFY(sortBy(0, Qt::DescendingOrder));
     QCOMPARE(model.index(0, 0).data().toString(), quarry::test::sealRows(station, u"SELECT MAX(K) AS m FROM PAGED"_s).value(0).value(u"m"_s));
+    if (!own.isEmpty()) { // no column: back to their own order
+        QVERIFY(sortBy(-1, Qt::AscendingOrder));
+        QCOMPARE(model.index(0, 0).data().toString(), ordered[0]);
+    }
     QCOMPARE(readRows(model, database, u"SELECT * FROM PAGED WHERE N < 4"_s, u"k"_s), QString());
     QCOMPARE(model.rowCount(), 4);
     QVERIFY(!readRows(model, database, u"SELECT * FROM NOSUCH"_s, u"k"_s).isEmpty());
