@@ -7,6 +7,7 @@
 #include <QSqlField>
 #include <QSqlQuery>
 
+#include <algorithm>
 #include <limits>
 
 namespace quarry::viewer {
@@ -70,6 +71,7 @@ void LogRowsModel::clear()
     m_pages.clear();
     m_recent.clear();
     m_lastRows.clear();
+    m_firstRows.clear();
     m_error = {};
     endResetModel();
 }
@@ -128,6 +130,8 @@ void LogRowsModel::showFirstPage(const QueryResult &result)
         m_pages.clear();
         m_recent.clear();
         m_lastRows.clear();
+        m_firstRows.clear();
+        m_firstRows.clear();
         m_error = {};
         const qint64 read = result.rows.size();
         const bool whole = m_shown.paging == Paging::None;
@@ -139,7 +143,7 @@ void LogRowsModel::showFirstPage(const QueryResult &result)
         m_pageRows = whole ? qMax<qint64>(read, 1) : m_pageRowsWanted;
         m_pages.insert(0, result.rows);
         m_recent.append(0);
-        rememberEnd(0, result.rows);
+        rememberEdges(0, result.rows);
         endResetModel();
     }
     if (!m_counted) {
@@ -248,17 +252,35 @@ const LogRowsModel::Page *LogRowsModel::page(qint64 number) const
     return &*m_pages.insert(number, rows);
 }
 
+// A page that follows or precedes one read already starts from that one's
+// edge (going the other way for the page before); a jump into the last half
+// of the counted rows reads the reversed order from its end, so that the
+// end of a log comes as fast as its start.
 QSqlError LogRowsModel::readPage(qint64 number, Page &rows) const
 {
+    const qint64 first = number * m_pageRows;
+    const qint64 size = m_counted ? qMin(m_pageRows, m_rowCount - first) : m_pageRows;
+    RowOrder order = m_shown.order;
     PageStart start;
-    if (const auto before = m_lastRows.constFind(number - 1); before != m_lastRows.cend())
+    bool reversed = false;
+    if (const auto before = m_lastRows.constFind(number - 1); before != m_lastRows.cend()) {
         start = *before;
-    else
-        start.offset = number * m_pageRows;
+    } else if (const auto after = m_firstRows.constFind(number + 1); after != m_firstRows.cend()) {
+        start = *after;
+        reversed = true;
+    } else if (m_counted && first + size / 2 > m_rowCount / 2) {
+        start.offset = m_rowCount - first - size;
+        reversed = true;
+    } else {
+        start.offset = first;
+    }
+    if (reversed)
+        order.direction
+            = order.direction == Qt::AscendingOrder ? Qt::DescendingOrder : Qt::AscendingOrder;
     QSqlQuery query(m_shown.database);
     query.setForwardOnly(true);
-    if (!query.exec(pageSelect(m_shown.select, m_shown.key, m_shown.order, m_shown.paging, start,
-                               int(m_pageRows))))
+    if (!query.exec(pageSelect(m_shown.select, m_shown.key, order, m_shown.paging, start,
+                               int(qMax<qint64>(size, 1)))))
         return query.lastError();
     while (query.next()) {
         QVariantList row;
@@ -269,30 +291,42 @@ QSqlError LogRowsModel::readPage(qint64 number, Page &rows) const
     }
     if (query.lastError().isValid())
         return query.lastError();
-    rememberEnd(number, rows);
+    if (reversed)
+        std::reverse(rows.begin(), rows.end());
+    rememberEdges(number, rows);
     return {};
 }
 
-// Where the page after `number` starts: after its last row's key (and
-// values in the order's columns).
-void LogRowsModel::rememberEnd(qint64 number, const Page &rows) const
+void LogRowsModel::rememberEdges(qint64 number, const Page &rows) const
+{
+    if (rows.isEmpty())
+        return;
+    if (const PageStart last = edge(rows.last()); !last.keyAfter.isEmpty())
+        m_lastRows.insert(number, last);
+    if (const PageStart first = edge(rows.first()); !first.keyAfter.isEmpty())
+        m_firstRows.insert(number, first);
+}
+
+// Where the rows after row start: after its key (and values in the order's
+// columns); no key when the row does not say.
+PageStart LogRowsModel::edge(const QVariantList &row) const
 {
     const int key = m_columns.indexOf(m_shown.key);
-    if (key < 0 || rows.isEmpty() || rows.last().at(key).isNull())
-        return;
+    if (key < 0 || row.at(key).isNull())
+        return {};
     const auto literal = [&](int column) {
         QSqlField field(m_columns.fieldName(column), m_columns.field(column).metaType());
-        field.setValue(rows.last().at(column));
+        field.setValue(row.at(column));
         return m_shown.database.driver()->formatValue(field);
     };
     PageStart start{0, literal(key), {}};
     for (const QString &name : m_shown.orderFields) {
         const int column = m_columns.indexOf(name);
         if (column < 0)
-            return;
+            return {};
         start.columnsAfter.append(literal(column));
     }
-    m_lastRows.insert(number, start);
+    return start;
 }
 
 } // namespace quarry::viewer

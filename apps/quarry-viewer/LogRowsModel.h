@@ -20,9 +20,11 @@ class StationDatabase;
 // opens as fast as one of a thousand, on any engine (the MySQL client would
 // otherwise hold the whole result before showing a row). The rows are in
 // the log's own order (by columns such as the day and time, then a key
-// column), or sorted by a column and then the key, by the database. A page that follows one already
-// read starts after that page's last row; a jump (the scroll bar dragged) starts from an offset,
-// which the server walks.
+// column), or sorted by a column and then the key, by the database. A
+// page next to one already read starts at that page's edge; a jump (the
+// scroll bar dragged) starts from an offset, which the server walks: from
+// the end of the rows, in the reversed order, for a page in their second
+// half, so that Ctrl+End reads as fast as the first page.
 //
 // A new statement or order is read in the background, on a connection of
 // the model's own, while the rows before it stay on view: its first page
@@ -99,7 +101,8 @@ private:
     void showCount(qint64 rows);
     const Page *page(qint64 number) const;
     QSqlError readPage(qint64 number, Page &rows) const;
-    void rememberEnd(qint64 number, const Page &rows) const;
+    void rememberEdges(qint64 number, const Page &rows) const;
+    PageStart edge(const QVariantList &row) const;
     void tellFailure() const;
 
     const int m_pageRowsWanted;
@@ -119,6 +122,8 @@ private:
     mutable QHash<qint64, Page> m_pages;
     mutable QList<qint64> m_recent;              // page numbers, the least recently used first
     mutable QHash<qint64, PageStart> m_lastRows; // page number: where the page after it starts
+    // page number: where the page before it starts, in the reversed order
+    mutable QHash<qint64, PageStart> m_firstRows;
     mutable QSqlError m_error;
 };
 
