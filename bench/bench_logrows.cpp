@@ -1,69 +1,118 @@
-// Logs of a million and of ten million rows in quarry-viewer's table: the
-// time from asking for the rows to their first page painted, to their
-// count, and to their last rows (the scroll bar dragged to the end), and
-// the memory the model holds; beside QSqlQueryModel, which on MySQL holds
-// the whole result before the first row shows. Run by hand:
-//   QT_QPA_PLATFORM=offscreen ./bench/bench_logrows
-// MariaDB: the server named by $QUARRY_MARIADB_DIR, else one started for the
-// run; without a MariaDB server those rows are skipped with a message.
+// The seal verification log of a station at 1 and 10 million rows in
+// quarry-viewer's table, on the sample schema and its indexes, with dates
+// over seven years, read with the statements its dialog hands back: the
+// first page painted, the end reached (Ctrl+End), the middle reached, the
+// first page after a sort by a column without an index and the page after
+// it, and the longest time the GUI thread did not answer (a timer's largest
+// gap between ticks). One line per case. Run by hand:
+//   QT_QPA_PLATFORM=offscreen QUARRY_BENCH_ROWS=1000000 nice bench/bench_logrows
+// (the rows of the log; both sizes without QUARRY_BENCH_ROWS). MariaDB: the server
+// named by $QUARRY_MARIADB_DIR, else one started for the run; without a
+// MariaDB server those cases are skipped with a message.
 
-#include "BestOf.h"
+#include "DialogDriver.h"
 #include "OwnMariaDb.h"
+#include "SampleLogs.h"
 #include "SampleStation.h"
 
+#include "ConditionRequest.h"
+#include "LogCatalogue.h"
 #include "LogRowsModel.h"
+#include "LogSelect.h"
 #include "StationDatabase.h"
 
-#include <QHeaderView>
-#include <QSqlQueryModel>
+#include <QElapsedTimer>
 #include <QTableView>
 #include <QTest>
+#include <QTimer>
 
-#include <malloc.h>
+#include <cstdio>
 
 using namespace Qt::StringLiterals;
 using quarry::test::Engine;
 using quarry::test::SampleStation;
+using quarry::viewer::LogEntry;
 using quarry::viewer::LogRowsModel;
 
 namespace {
 
-constexpr int Runs = 3;
-const QString Select = u"SELECT * FROM YWLOG where wdh like '1101%'"_s;
+// The dialog's steps for each condition; the account pattern matches 1 %
+// of the rows (the third and fourth digits run through 00-99).
+const QList<std::pair<const char *, QStringList>> Conditions{
+    {"all-empty", {u"BtnOk!"_s}},
+    {"one-month", {u"MaskBoxKs=20230301"_s, u"MaskBoxJs=20230331"_s, u"BtnOk!"_s}},
+    {"account-1pct", {u"TxtAccNo=1107*"_s, u"BtnOk!"_s}},
+};
+const QString SortColumn = u"chequeno"_s; // no index
 
-// The business log's table with `rows` rows of 10 columns, made by the
-// engine itself.
-QString logScript(Engine engine, int rows)
+// The sample's seal verification log replaced by `rows` rows made by the
+// engine itself in one statement, in the order of their day and time,
+// 2018-01-01 to 2024-12-31.
+QString fillScript(Engine engine, int rows)
 {
-    const QString create
-        = u"CREATE TABLE YWLOG (LOGID INTEGER NOT NULL PRIMARY KEY, ACCNO VARCHAR(32), "
-          "YJKNUMBER VARCHAR(20), OPTYPE VARCHAR(40), Opcode VARCHAR(20), "
-          "OpName VARCHAR(40), Opdate VARCHAR(10), Optime VARCHAR(8), wdh VARCHAR(20), "
-          "Memo VARCHAR(100));\n"_s;
     if (engine == Engine::Sqlite)
-        return create
-            + u"INSERT INTO YWLOG WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n "
-              "WHERE i < %1) SELECT i, '1101' || printf('%013d', i % 99991), printf('%07d', i % "
-              "9999), "
-              "'开户', printf('%04d', i % 200), '行员', '2007-05-01', '10:00:00', "
-              "'1101' || printf('%02d', i % 30), '备注' FROM n;\n"_s.arg(rows);
-    return create
-        + u"INSERT INTO YWLOG SELECT seq, CONCAT('1101', LPAD(seq MOD 99991, 13, '0')), "
-          "LPAD(seq MOD 9999, 7, '0'), '开户', LPAD(seq MOD 200, 4, '0'), '行员', '2007-05-01', "
-          "'10:00:00', CONCAT('1101', LPAD(seq MOD 30, 2, '0')), '备注' FROM seq_1_to_%1;\n"_s.arg(
-              rows);
+        return u"DELETE FROM YYLOG;\n"
+               "INSERT INTO YYLOG WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n "
+               "WHERE i < %1) SELECT i, '11' || printf('%02d', i % 100) || printf('%013d', i % "
+               "99991), printf('%08d', (i * 7919) % 100000000), printf('%07d', i % 9999), "
+               "'转账支票', (i % 100000) / 100.0, CASE i % 2 WHEN 0 THEN '自动验印' ELSE "
+               "'人工验印' END, CASE i % 5 WHEN 0 THEN '不通过' ELSE '通过' END, printf('%04d', "
+               "i % 200), '行员', date('2018-01-01', printf('+%d days', i * 2557 / (%1 + 1))), "
+               "time((i * 86400 / (%1 / 2557 + 1)) % 86400, 'unixepoch'), '1101' || "
+               "printf('%02d', i % 30) FROM n;\n"_s.arg(rows);
+    return u"DELETE FROM YYLOG;\n"
+           "INSERT INTO YYLOG SELECT seq, CONCAT('11', LPAD(seq MOD 100, 2, '0'), LPAD(seq MOD "
+           "99991, 13, '0')), LPAD((seq * 7919) MOD 100000000, 8, '0'), LPAD(seq MOD 9999, 7, "
+           "'0'), '转账支票', (seq MOD 100000) / 100, IF(seq MOD 2 = 0, '自动验印', '人工验印'), "
+           "IF(seq MOD 5 = 0, '不通过', '通过'), LPAD(seq MOD 200, 4, '0'), '行员', "
+           "DATE_FORMAT('2018-01-01' + INTERVAL (seq * 2557 DIV (%1 + 1)) DAY, '%Y-%m-%d'), "
+           "TIME_FORMAT(SEC_TO_TIME((seq * 86400 DIV (%1 DIV 2557 + 1)) MOD 86400), "
+           "'%H:%i:%s'), CONCAT('1101', LPAD(seq MOD 30, 2, '0')) FROM seq_1_to_%1;\n"_s.arg(rows);
 }
 
-// The memory the process has allocated and not freed, in MB (glibc).
-double heapMb()
+// The largest gap between the ticks of a timer on the GUI thread.
+class GuiBlock
 {
-    const struct mallinfo2 info = mallinfo2();
-    return double(info.uordblks + info.hblkhd) / (1024 * 1024);
-}
+public:
+    GuiBlock()
+    {
+        m_timer.setInterval(5);
+        QObject::connect(&m_timer, &QTimer::timeout,
+                         [this] { m_largest = qMax(m_largest, m_since.restart()); });
+        m_since.start();
+        m_timer.start();
+    }
+    qint64 largestMs() const { return qMax(m_largest, m_since.elapsed()); }
+
+private:
+    QTimer m_timer;
+    QElapsedTimer m_since;
+    qint64 m_largest = 0;
+};
 
 bool waitFor(const std::function<bool()> &done)
 {
-    return QTest::qWaitFor(done, 600'000);
+    return QTest::qWaitFor(done, 1'800'000);
+}
+
+// Milliseconds that `run` took.
+qint64 timed(const std::function<void()> &run)
+{
+    QElapsedTimer timer;
+    timer.start();
+    run();
+    return timer.elapsed();
+}
+
+LogEntry sealVerificationLog()
+{
+    const auto entries
+        = quarry::viewer::LogCatalogue::read(quarry::test::sampleCataloguePath()).entries();
+    for (const LogEntry &entry : entries) {
+        if (entry.logType == u"YYRZ"_s)
+            return entry;
+    }
+    qFatal("No YYRZ in the sample catalogue");
 }
 
 } // namespace
@@ -73,18 +122,32 @@ class BenchLogRows : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase();
     void logRows_data();
     void logRows();
 
 private:
+    void measure(const char *condition, const char *engine, int rows, const QString &select,
+                 const LogEntry &entry, quarry::viewer::StationDatabase &database);
+
     quarry::bench::OwnMariaDb m_server;
 };
+
+// The sample station and catalogue come from the sources.
+void BenchLogRows::initTestCase()
+{
+    if (qEnvironmentVariableIsEmpty("QUARRY_SOURCE_DIR"))
+        qputenv("QUARRY_SOURCE_DIR", QUARRY_SOURCE_DIR);
+}
 
 void BenchLogRows::logRows_data()
 {
     QTest::addColumn<Engine>("engine");
     QTest::addColumn<int>("rows");
-    for (int rows : {1'000'000, 10'000'000}) {
+    const QString asked = qEnvironmentVariable("QUARRY_BENCH_ROWS");
+    const QList<int> sizes
+        = asked.isEmpty() ? QList<int>{1'000'000, 10'000'000} : QList<int>{asked.toInt()};
+    for (int rows : sizes) {
         QTest::addRow("sqlite, %d rows", rows) << Engine::Sqlite << rows;
         QTest::addRow("mariadb, %d rows", rows) << Engine::MariaDb << rows;
     }
@@ -97,51 +160,79 @@ void BenchLogRows::logRows()
     const QString missing = quarry::test::missingEngine(engine);
     if (!missing.isEmpty())
         QSKIP(qPrintable(missing));
-    SampleStation station(engine, SampleStation::Contents::Empty);
-    station.changeSeal(logScript(engine, rows));
+    SampleStation station(engine);
+    QElapsedTimer filling;
+    filling.start();
+    station.changeSeal(fillScript(engine, rows));
     QVERIFY2(station.isValid(), qPrintable(station.errorText()));
-    station.writeIni();
+    qInfo("%d rows filled in %.0f s", rows, filling.elapsed() / 1000.0);
+    station.writeIni("[USER]\nQueryHintMode=0\n");
     quarry::viewer::StationDatabase database;
     QCOMPARE(database.open(), QString());
-    const char *name = engine == Engine::Sqlite ? "sqlite" : "mariadb";
+    LogEntry entry = sealVerificationLog();
+    QCOMPARE(database.fill(entry.listA) + database.fill(entry.listB), QString());
+    for (const auto &[name, steps] : Conditions) {
+        QString condition;
+        quarry::test::operate([&] { condition = quarry::viewer::askCondition(entry); }, steps,
+                              QMessageBox::Yes);
+        QVERIFY2(!condition.isEmpty(), name);
+        measure(name, engine == Engine::Sqlite ? "sqlite" : "mariadb", rows,
+                quarry::viewer::logSelect(entry, condition), entry, database);
+    }
+}
 
-    const double start = heapMb();
+void BenchLogRows::measure(const char *condition, const char *engine, int rows,
+                           const QString &select, const LogEntry &entry,
+                           quarry::viewer::StationDatabase &database)
+{
     LogRowsModel model;
-    const double countMs = quarry::bench::bestOf(Runs, [&] {
-        model.setQuery(database, Select, u"LOGID"_s);
-        QVERIFY(waitFor([&model] { return !model.isBusy(); }));
-    });
-    QCOMPARE(model.rowCount(), rows);
-    const double modelMb = heapMb() - start;
-    // Qt's table view keeps a few bytes for each row of its vertical header.
     QTableView view;
     view.setModel(&model);
     view.resize(1000, 700);
     view.show();
-    const double viewMb = heapMb() - start - modelMb;
     bool shown = false;
     connect(&model, &LogRowsModel::rowsShown, this, [&shown] { shown = true; });
-    const double firstMs = quarry::bench::bestOf(Runs, [&] {
-        shown = false;
-        model.setQuery(database, Select, u"LOGID"_s);
+    const auto painted = [&] { view.viewport()->repaint(); };
+
+    GuiBlock block;
+    const qint64 firstMs = timed([&] {
+        model.setQuery(database, select, entry.key, quarry::viewer::newestFirst(entry));
         QVERIFY(waitFor([&shown] { return shown; }));
-        view.viewport()->repaint();
+        painted();
     });
     QVERIFY(waitFor([&model] { return !model.isBusy(); }));
-    int run = 0; // each run on a page not read yet
-    const double lastMs
-        = quarry::bench::bestOf(Runs, [&] { model.index(rows - 1 - 1000 * run++, 0).data(); });
-    qInfo("%s, %d rows, paged model: first page painted in %.0f ms, counted in %.0f ms, the model "
-          "holding %.1f MB and the view %.1f MB; its last rows in %.0f ms",
-          name, rows, firstMs, countMs, modelMb, viewMb, lastMs);
-    model.clear();
-
-    QSqlQueryModel whole;
-    const double wholeMs
-        = quarry::bench::bestOf(1, [&] { whole.setQuery(Select, database.database()); });
-    qInfo("%s, %d rows, QSqlQueryModel: first page in %.0f ms, holding %.1f MB", name, rows,
-          wholeMs, heapMb() - start);
-    whole.clear();
+    const qint64 endMs = timed([&] {
+        view.scrollToBottom();
+        painted();
+    });
+    const qint64 middleMs = timed([&] {
+        view.scrollTo(model.index(model.rowCount() / 2, 0), QAbstractItemView::PositionAtTop);
+        painted();
+    });
+    int sortColumn = 0;
+    while (model.headerData(sortColumn, Qt::Horizontal)
+               .toString()
+               .compare(SortColumn, Qt::CaseInsensitive))
+        ++sortColumn;
+    shown = false;
+    const qint64 sortFirstMs = timed([&] {
+        model.sort(sortColumn, Qt::AscendingOrder);
+        QVERIFY(waitFor([&shown] { return shown; }));
+        view.scrollToTop();
+        painted();
+    });
+    // The page after the first one of the sorted rows.
+    const qint64 sortNextMs = timed([&] {
+        view.scrollTo(model.index(qMin(1010, model.rowCount() - 1), 0),
+                      QAbstractItemView::PositionAtTop);
+        painted();
+    });
+    QVERIFY2(!model.lastError().isValid(), qPrintable(model.lastError().text()));
+    std::printf("case=%s engine=%s rows=%d first_page_ms=%lld end_ms=%lld middle_ms=%lld "
+                "sort_first_ms=%lld sort_next_ms=%lld csv_rows_per_s=- gui_block_ms=%lld\n",
+                condition, engine, rows, firstMs, endMs, middleMs, sortFirstMs, sortNextMs,
+                block.largestMs());
+    std::fflush(stdout);
 }
 
 QTEST_MAIN(BenchLogRows)
