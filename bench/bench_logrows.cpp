@@ -17,9 +17,9 @@
 
 #include "ConditionRequest.h"
 #include "LogCatalogue.h"
-#include "LogRowsModel.h"
-#include "LogSelect.h"
-#include "StationDatabase.h"
+#include "rows/LogRowsModel.h"
+#include "rows/LogSelect.h"
+#include "rows/StationDatabase.h"
 
 #include <QElapsedTimer>
 #include <QTableView>

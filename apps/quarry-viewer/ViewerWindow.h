@@ -1,7 +1,7 @@
 #pragma once
 
 #include "LogCatalogue.h"
-#include "StationDatabase.h"
+#include "rows/StationDatabase.h"
 #include "XlsxExport.h"
 
 #include <QElapsedTimer>

@@ -5,7 +5,7 @@
 #include "LogCatalogue.h"
 #include "ProgramHelp.h"
 #include "QtChinese.h"
-#include "StationDatabase.h"
+#include "rows/StationDatabase.h"
 #include "ViewerWindow.h"
 #include "output/FileExports.h"
 #include "output/HeadlessExport.h"

@@ -1,6 +1,6 @@
 #include "ReadRows.h"
 
-#include "LogRowsModel.h"
+#include "rows/LogRowsModel.h"
 #include "TestFiles.h"
 
 #include <QSqlError>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "LogSelect.h"
+#include "rows/LogSelect.h"
 
 #include <QString>
 

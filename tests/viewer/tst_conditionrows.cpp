@@ -16,10 +16,10 @@
 
 #include "ConditionRequest.h"
 #include "LogCatalogue.h"
-#include "LogRowsModel.h"
+#include "rows/LogRowsModel.h"
 #include "ReadRows.h"
-#include "LogSelect.h"
-#include "StationDatabase.h"
+#include "rows/LogSelect.h"
+#include "rows/StationDatabase.h"
 
 #include <QDateTime>
 #include <QSqlError>

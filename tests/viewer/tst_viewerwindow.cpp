@@ -10,11 +10,11 @@
 #include "SampleLogs.h"
 
 #include "LogCatalogue.h"
-#include "LogRowsModel.h"
+#include "rows/LogRowsModel.h"
 #include "PassRateChart.h"
 #include "ReadRows.h"
 #include "TestFiles.h"
-#include "StationDatabase.h"
+#include "rows/StationDatabase.h"
 #include "ViewerWindow.h"
 
 #include <QAbstractItemModelTester>
