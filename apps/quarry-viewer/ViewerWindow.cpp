@@ -202,8 +202,8 @@ QWidget *ViewerWindow::makeResultPane()
     m_table->setObjectName(u"resultTable"_s);
     m_table->setModel(m_rows);
     m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::Interactive);
-    // A click on a column's title sorts on the database (see LogRowsModel).
-    // A third click on a title returns to the log's own order.
+    // A click on a column's title sorts on the database (see LogRowsModel),
+    // a second reverses the order, a third returns to the log's own.
     m_table->setSortingEnabled(true);
     m_table->horizontalHeader()->setSortIndicatorClearable(true);
     connect(m_table->horizontalHeader(), &QHeaderView::sortIndicatorChanged, this,

@@ -131,7 +131,6 @@ void LogRowsModel::showFirstPage(const QueryResult &result)
         m_recent.clear();
         m_lastRows.clear();
         m_firstRows.clear();
-        m_firstRows.clear();
         m_error = {};
         const qint64 read = result.rows.size();
         const bool whole = m_shown.paging == Paging::None;
