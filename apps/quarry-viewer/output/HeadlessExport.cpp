@@ -4,9 +4,9 @@
 #include "LabelledRows.h"
 #include "LogCatalogue.h"
 #include "LogReport.h"
-#include "LogRowsModel.h"
-#include "LogSelect.h"
-#include "StationDatabase.h"
+#include "rows/LogRowsModel.h"
+#include "rows/LogSelect.h"
+#include "rows/StationDatabase.h"
 #include "output/FileExports.h"
 
 #include "support/ErrorLog.h"
