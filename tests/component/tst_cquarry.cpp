@@ -222,7 +222,7 @@ private Q_SLOTS:
             }
         }));
         worker->start();
-        QVERIFY(worker->wait(10000));
+        QVERIFY2(worker->wait(test::WaitLimit), "the worker thread ended");
         QCOMPARE(raised, QuarryError::NotGuiThread);
     }
 };

@@ -101,7 +101,7 @@ private Q_SLOTS:
         QProcess process;
         process.setEnvironment({u"QT_QPA_PLATFORM=xcb"_s});
         process.start(program, {option});
-        QVERIFY(process.waitForFinished());
+        QVERIFY2(process.waitForFinished(test::WaitLimit), "the program ended");
         const QString name = QFileInfo(program).fileName();
         const QString output = QString::fromUtf8(process.readAllStandardOutput());
         QCOMPARE(process.exitCode(), 0);

@@ -45,7 +45,7 @@ QDBusMessage call(const QDBusConnection &connection, const QString &member,
     message.setArguments(arguments);
     // Never a blocking call: the service answers from this thread.
     QDBusPendingCall pending = connection.asyncCall(message);
-    if (!QTest::qWaitFor([&] { return pending.isFinished(); }, 10000))
+    if (!QTest::qWaitFor([&] { return pending.isFinished(); }, test::WaitLimit))
         qFatal("No answer to %s", qPrintable(member));
     return pending.reply();
 }
@@ -344,7 +344,7 @@ private Q_SLOTS:
         const auto backAgain = qScopeGuard([&] { bus.registerService(Service); });
         QProcess service;
         service.start(QStringLiteral(QUARRY_SERVICE_PROGRAM));
-        QVERIFY(QTest::qWaitFor([&] { return bus.interface()->isServiceRegistered(Service).value(); }, 10000));
+        QVERIFY(QTest::qWaitFor([&] { return bus.interface()->isServiceRegistered(Service).value(); }, test::WaitLimit));
         QProcess python;
         python.start(QStringLiteral(QUARRY_PYTHON_EXAMPLE));
         const QString children = u"/proc/%1/task/%1/children"_s.arg(service.processId());
@@ -352,19 +352,19 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitFor([&] {
             dialog = QString::fromLatin1(test::readFile(children)).trimmed();
             return !dialog.isEmpty();
-        }, 10000));
+        }, test::WaitLimit));
         // Once it has shown its dialog, which takes its time.
         QTest::qWait(500);
 
         ::kill(pid_t(service.processId()), SIGKILL);
-        QVERIFY(service.waitForFinished());
-        QVERIFY(python.waitForFinished(10000));
+        QVERIFY(service.waitForFinished(test::WaitLimit));
+        QVERIFY2(python.waitForFinished(test::WaitLimit), "the example told that the service is gone");
         QCOMPARE(python.exitCode(), 3);
         QVERIFY(QString::fromUtf8(python.readAllStandardError()).contains(u"查询条件服务已退出"_s));
         // Gone, or a zombie that nobody reaps in a container without init.
         QVERIFY(QTest::qWaitFor([&] {
             const QByteArray stat = test::readFile(u"/proc/%1/stat"_s.arg(dialog));
-            return stat.isEmpty() || stat.contains(") Z "); }, 10000));
+            return stat.isEmpty() || stat.contains(") Z "); }, test::WaitLimit));
     }
 
     void transientForTheHostWindow()
