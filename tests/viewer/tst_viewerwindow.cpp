@@ -39,6 +39,7 @@
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThread>
 
 #include <algorithm>
 #include <optional>
@@ -370,6 +371,9 @@ void TestViewerWindow::faults()
                                        [&](const LogEntry &e) { return e.logType == logType; }) - logs.entries().cbegin());
     ViewerWindow window(logs);
     window.show();
+    // The check at start sees the station whole, not half broken.
+    const auto *banner = window.findChild<QLabel *>(u"stationBanner"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(banner->findChildren<QThread *>().isEmpty(), test::WaitLimit);
     // Taken out again before the next query, or when the test fails first.
     std::optional repair(qScopeGuard(breakStation(fault, station, dir)));
 
