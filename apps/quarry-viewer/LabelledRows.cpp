@@ -26,9 +26,12 @@ QVariant LabelledRows::data(const QModelIndex &index, int role) const
     if (role == NumberFormatRole)
         return m_entry.columnFormats.value(sourceName(index.column()).toUpper());
     const QVariant value = QIdentityProxyModel::data(index, role);
-    if (role != Qt::DisplayRole)
-        return value;
-    const QString name = sourceName(index.column()).toUpper();
+    return role == Qt::DisplayRole ? labelled(index.column(), value) : value;
+}
+
+QVariant LabelledRows::labelled(int column, const QVariant &value) const
+{
+    const QString name = sourceName(column).toUpper();
     if (const auto format = m_entry.columnFormats.constFind(name);
         format != m_entry.columnFormats.cend() && !value.isNull())
         return formatNumber(value, *format);

@@ -28,6 +28,9 @@ public:
     // The columns the entry does not hide.
     QList<int> shownColumns() const;
 
+    // value of column (a value of the source's) as data() shows it.
+    QVariant labelled(int column, const QVariant &value) const;
+
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
     QVariant headerData(int section, Qt::Orientation orientation,
                         int role = Qt::DisplayRole) const override;

@@ -395,11 +395,12 @@ bool ViewerWindow::exportCsv(const QString &path)
     if (!hasRows())
         return false;
     QProgressDialog progress(this);
-    const auto goOn = showProgress(progress, exporting(m_rows->rowCount()), m_rows->rowCount());
-    // A page that could not be read stops the export; the model says why.
-    const QString failed = writeCsv(path, *m_rows, [&](qint64 row) {
-        return !m_model->lastError().isValid() && goOn(row);
-    });
+    // Until the rows are counted the dialog shows only that it works.
+    const qint64 steps = m_model->isCounted() ? m_rows->rowCount() : 0;
+    const QString failed
+        = writeCsv(path, *m_rows,
+                   {m_database.opener(), m_model->statement(), m_database.describe()},
+                   showProgress(progress, exporting(m_rows->rowCount()), steps));
     return exported(failed,
                     u"已导出%1的 %2 行到 %3"_s.arg(m_shownTitle).arg(m_rows->rowCount()).arg(path),
                     progress);

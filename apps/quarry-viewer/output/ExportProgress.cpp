@@ -1,5 +1,6 @@
 #include "ExportProgress.h"
 
+#include <QCoreApplication>
 #include <QProgressDialog>
 
 #include <algorithm>
@@ -19,8 +20,14 @@ std::function<bool(qint64)> showProgress(QProgressDialog &dialog, const QString 
     dialog.setRange(0, int(steps / per));
     dialog.setWindowModality(Qt::WindowModal);
     dialog.setMinimumDuration(500);
-    return [&dialog, per](qint64 done) {
+    return [&dialog, per, label, steps](qint64 done) {
+        if (steps == 0)
+            dialog.setLabelText(u"%1（已写 %2 行）"_s.arg(label).arg(done));
         dialog.setValue(int(done / per));
+        // The dialog hears Cancel only when its value moves; a database
+        // that sorts before its first row moves nothing.
+        if (dialog.isVisible())
+            QCoreApplication::processEvents();
         return !dialog.wasCanceled();
     };
 }

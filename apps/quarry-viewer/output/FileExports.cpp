@@ -1,6 +1,7 @@
 #include "FileExports.h"
 
 #include "CsvWriter.h"
+#include "LabelledRows.h"
 #include "LogReport.h"
 #include "XlsxExport.h"
 
@@ -9,6 +10,7 @@
 #include <QFileInfo>
 #include <QPdfWriter>
 #include <QSaveFile>
+#include <QSqlError>
 
 using namespace Qt::StringLiterals;
 
@@ -30,7 +32,7 @@ QString cancelled(const QString &path)
 
 } // namespace
 
-QString writeCsv(const QString &path, const QAbstractItemModel &rows,
+QString writeCsv(const QString &path, const LabelledRows &rows, const RowSource &source,
                  const std::function<bool(qint64)> &progress)
 {
     QSaveFile file(path);
@@ -41,16 +43,34 @@ QString writeCsv(const QString &path, const QAbstractItemModel &rows,
     for (int c = 0; c < rows.columnCount(); ++c)
         header.append(rows.headerData(c, Qt::Horizontal).toString());
     csv.writeRow(header);
-    for (int row = 0; row < rows.rowCount(); ++row) {
-        // A stop leaves no half file behind.
-        if (progress && row % CsvProgressEvery == 0 && !progress(row)) {
-            file.cancelWriting();
-            return cancelled(path);
+    qint64 written = 0;
+    bool stopped = false;
+    const auto goOn = [&] { return stopped = progress && !progress(written), !stopped; };
+    RowStream stream(source);
+    for (QList<QVariantList> batch = stream.next(goOn); !batch.isEmpty();
+         batch = stream.next(goOn)) {
+        for (const QVariantList &row : std::as_const(batch)) {
+            // A stop leaves no half file behind.
+            if (written % CsvProgressEvery == 0 && !goOn())
+                break;
+            QStringList fields;
+            for (int c = 0; c < row.size(); ++c)
+                fields.append(rows.labelled(c, row[c]).toString());
+            csv.writeRow(fields);
+            ++written;
         }
-        QStringList fields;
-        for (int c = 0; c < rows.columnCount(); ++c)
-            fields.append(rows.index(row, c).data().toString());
-        csv.writeRow(fields);
+        if (stopped)
+            break;
+    }
+    if (stopped) {
+        file.cancelWriting();
+        return cancelled(path);
+    }
+    if (const QSqlError error = stream.error(); error.isValid()) {
+        file.cancelWriting();
+        return u"在%1上查询失败：%2"_s.arg(source.station,
+                                           error.databaseText().isEmpty() ? error.text()
+                                                                          : error.databaseText());
     }
     if (!csv.ok() || !file.commit())
         return cannotWrite(file);
@@ -80,9 +100,10 @@ QString writePdf(const QString &path, const LogReport &report, const QString &ti
     return {};
 }
 
-FileExport::FileExport(const QAbstractItemModel &rows, const ExportHeading &heading,
-                       const LogReport &report)
+FileExport::FileExport(const LabelledRows &rows, const RowSource &source,
+                       const ExportHeading &heading, const LogReport &report)
     : m_rows(rows)
+    , m_source(source)
     , m_heading(heading)
     , m_report(report)
 {
@@ -104,7 +125,7 @@ QString FileExport::write(const QString &path, const std::function<bool(qint64)>
 {
     const QString suffix = QFileInfo(path).suffix().toLower();
     if (suffix == u"csv"_s)
-        return writeCsv(path, m_rows, progress);
+        return writeCsv(path, m_rows, m_source, progress);
     if (suffix == u"xlsx"_s)
         return writeXlsx(path, m_rows, m_heading, progress);
     return writePdf(path, m_report, m_heading.log, progress);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "rows/RowStream.h"
+
 #include <QString>
 
 #include <functional>
@@ -8,14 +10,17 @@ class QAbstractItemModel;
 
 namespace quarry::viewer {
 
+class LabelledRows;
 class LogReport;
 struct ExportHeading;
 
-// The rows as CSV, as the model titles them: UTF-8 with a byte order mark.
-// progress(rowsWritten) is told every thousand rows and cancels with false.
-// The file appears only once it is whole. Returns the fault in the
-// operator's words, empty when written.
-QString writeCsv(const QString &path, const QAbstractItemModel &rows,
+// Every row of source as CSV, under the titles of rows and labelled as rows
+// shows them (rows' columns are source's): UTF-8 with a byte order mark.
+// The rows are read as they are written, in one pass. progress(rowsWritten)
+// is told every thousand rows and every tenth of a second while the
+// database works, and cancels with false. The file appears only once it is
+// whole. Returns the fault in the operator's words, empty when written.
+QString writeCsv(const QString &path, const LabelledRows &rows, const RowSource &source,
                  const std::function<bool(qint64)> &progress = {});
 
 // The report as a PDF titled title, likewise; progress is told the
@@ -29,7 +34,7 @@ QString writePdf(const QString &path, const LogReport &report, const QString &ti
 class FileExport
 {
 public:
-    FileExport(const QAbstractItemModel &rows, const ExportHeading &heading,
+    FileExport(const LabelledRows &rows, const RowSource &source, const ExportHeading &heading,
                const LogReport &report);
 
     // Whether path's suffix is one of the three.
@@ -38,7 +43,8 @@ public:
     QString write(const QString &path, const std::function<bool(qint64)> &progress = {}) const;
 
 private:
-    const QAbstractItemModel &m_rows;
+    const LabelledRows &m_rows;
+    const RowSource &m_source;
     const ExportHeading &m_heading;
     const LogReport &m_report;
 };

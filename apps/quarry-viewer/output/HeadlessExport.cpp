@@ -102,7 +102,8 @@ int exportWithoutWindow(const LogCatalogue &catalogue, const QString &logType,
     const ExportHeading heading{entry.title, condition, station.describe(), select,
                                 conditionWords(condition, entry, station.dialect())};
     const LogReport report = logReport(rows, heading, station.printSettings());
-    const FileExport file(rows, heading, report);
+    const RowSource source{station.opener(), model.statement(), station.describe()};
+    const FileExport file(rows, source, heading, report);
     const qint64 steps = std::max<qint64>(file.progressSteps(path), 1);
     int told = -10;
     const QString failed = file.write(path, [&](qint64 done) {

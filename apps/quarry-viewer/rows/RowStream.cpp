@@ -1,0 +1,137 @@
+#include "RowStream.h"
+
+#include "QueryInterrupt.h"
+
+#include "platform/DbConnection.h"
+
+#include <QSqlQuery>
+#include <QSqlRecord>
+#include <QThread>
+
+#include <chrono>
+
+using namespace Qt::StringLiterals;
+
+namespace quarry::viewer {
+
+namespace {
+
+constexpr qsizetype BatchRows = 500;
+constexpr qsizetype BatchesHeld = 4;
+constexpr quint64 Ticket = 1;
+constexpr auto GoOnEvery = std::chrono::milliseconds(100);
+
+} // namespace
+
+RowStream::RowStream(const RowSource &source)
+    : m_interrupt(std::make_shared<QueryInterrupt>())
+    , m_opener(source.opener)
+    , m_thread(QThread::create([this, source] { read(source); }))
+{
+    m_thread->setObjectName(u"quarry-export"_s);
+    m_thread->start();
+}
+
+RowStream::~RowStream()
+{
+    stop();
+    m_thread->wait();
+}
+
+QList<QVariantList> RowStream::next(const std::function<bool()> &goOn)
+{
+    std::unique_lock lock(m_mutex);
+    while (m_batches.isEmpty() && !m_ended && !m_stopped) {
+        if (m_changed.wait_for(lock, GoOnEvery) == std::cv_status::no_timeout)
+            continue;
+        lock.unlock();
+        const bool more = goOn();
+        lock.lock();
+        if (!more) {
+            lock.unlock();
+            stop();
+            return {};
+        }
+    }
+    if (m_batches.isEmpty())
+        return {};
+    QList<QVariantList> batch = m_batches.takeFirst();
+    m_changed.notify_all();
+    return batch;
+}
+
+QSqlError RowStream::error() const
+{
+    std::lock_guard lock(m_mutex);
+    return m_error;
+}
+
+void RowStream::stop()
+{
+    {
+        std::lock_guard lock(m_mutex);
+        if (m_stopped || m_ended)
+            return;
+        m_stopped = true;
+        m_batches.clear();
+    }
+    m_changed.notify_all();
+    // MySQL stops a statement from a second connection, opened here.
+    DbConnection killer;
+    if (m_interrupt->needsKiller() && !m_opener(killer).isEmpty())
+        return; // the thread still stops at its next row
+    m_interrupt->interrupt(Ticket, killer.database());
+}
+
+// On the thread: the connection opens and closes there.
+void RowStream::read(const RowSource &source)
+{
+    QSqlError error;
+    {
+        DbConnection connection;
+        if (const QString fault = source.opener(connection); !fault.isEmpty()) {
+            error = QSqlError(fault, QString(), QSqlError::ConnectionError);
+        } else {
+            m_interrupt->watch(connection.database());
+            QSqlQuery query(connection.database());
+            query.setForwardOnly(true);
+            // ODBC's statement handle, which its cancel needs, comes with prepare().
+            const bool prepared = connection.database().driverName() == "QODBC"_L1;
+            if ((!prepared || query.prepare(source.select)) && m_interrupt->started(query, Ticket)
+                && (prepared ? query.exec() : query.exec(source.select))) {
+                const int columns = query.record().count();
+                QList<QVariantList> batch;
+                bool more = true;
+                while (more) {
+                    more = query.next();
+                    if (more) {
+                        QVariantList row;
+                        row.reserve(columns);
+                        for (int c = 0; c < columns; ++c)
+                            row.append(query.value(c));
+                        batch.append(row);
+                    }
+                    if (batch.size() < BatchRows && more)
+                        continue;
+                    std::unique_lock lock(m_mutex);
+                    m_changed.wait(lock,
+                                   [this] { return m_stopped || m_batches.size() < BatchesHeld; });
+                    if (m_stopped)
+                        break;
+                    if (!batch.isEmpty())
+                        m_batches.append(std::exchange(batch, {}));
+                    m_changed.notify_all();
+                }
+            }
+            error = query.lastError();
+            m_interrupt->finished();
+        }
+    }
+    std::lock_guard lock(m_mutex);
+    if (!m_stopped)
+        m_error = error;
+    m_ended = true;
+    m_changed.notify_all();
+}
+
+} // namespace quarry::viewer

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "BackgroundQuery.h"
+
+#include <QList>
+#include <QSqlError>
+#include <QString>
+#include <QVariant>
+
+#include <condition_variable>
+#include <functional>
+#include <memory>
+#include <mutex>
+
+class QThread;
+
+namespace quarry::viewer {
+
+class QueryInterrupt;
+
+// Where every row of a log comes from for a file: the statement in the
+// order on view, and how to open a connection of its own to the station
+// that describe() names.
+struct RowSource
+{
+    BackgroundQuery::Opener opener;
+    QString select;
+    QString station;
+};
+
+// The rows of a source, read once from the first to the last by one
+// statement on a thread and a connection of its own, and handed over a few
+// hundred at a time. Only a few batches wait to be taken, so that the
+// memory stays the same whatever the number of rows, and the statement can
+// be stopped on the database at any time, even while it sorts.
+class RowStream
+{
+public:
+    explicit RowStream(const RowSource &source);
+    // Stops the statement and waits for its thread.
+    ~RowStream();
+    RowStream(const RowStream &) = delete;
+    RowStream &operator=(const RowStream &) = delete;
+
+    // The next rows, waited for while goOn() (asked every tenth of a
+    // second) says so. Empty at the end, after a fault (error()) or when
+    // goOn() said no (the statement is then stopped).
+    QList<QVariantList> next(const std::function<bool()> &goOn);
+    QSqlError error() const;
+
+private:
+    void read(const RowSource &source);
+    void stop();
+
+    std::shared_ptr<QueryInterrupt> m_interrupt;
+    BackgroundQuery::Opener m_opener;
+    std::unique_ptr<QThread> m_thread;
+    mutable std::mutex m_mutex;
+    std::condition_variable m_changed;
+    QList<QList<QVariantList>> m_batches;
+    QSqlError m_error;
+    bool m_ended = false;
+    bool m_stopped = false;
+};
+
+} // namespace quarry::viewer
