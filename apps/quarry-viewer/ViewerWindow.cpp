@@ -395,15 +395,22 @@ bool ViewerWindow::exportCsv(const QString &path)
     if (!hasRows())
         return false;
     QProgressDialog progress(this);
-    // Until the rows are counted the dialog shows only that it works.
-    const qint64 steps = m_model->isCounted() ? m_rows->rowCount() : 0;
-    const QString failed
-        = writeCsv(path, *m_rows,
-                   {m_database.opener(), m_model->statement(), m_database.describe()},
-                   showProgress(progress, exporting(m_rows->rowCount()), steps));
+    const QString failed = writeCsv(path, *m_rows, rowSource(), exportProgress(progress));
     return exported(failed,
                     u"已导出%1的 %2 行到 %3"_s.arg(m_shownTitle).arg(m_rows->rowCount()).arg(path),
                     progress);
+}
+
+RowSource ViewerWindow::rowSource() const
+{
+    return {m_database.opener(), m_model->statement(), m_database.describe()};
+}
+
+std::function<bool(qint64)> ViewerWindow::exportProgress(QProgressDialog &progress) const
+{
+    // Until the rows are counted the dialog shows the rows written.
+    return showProgress(progress, exporting(m_rows->rowCount()),
+                        m_model->isCounted() ? m_rows->rowCount() : 0);
 }
 
 bool ViewerWindow::exported(const QString &failed, const QString &done,
@@ -482,7 +489,14 @@ LogReport ViewerWindow::report() const
 
 bool ViewerWindow::exportXlsx(const QString &path)
 {
-    return hasRows() && writeWorkbook(path, *m_rows);
+    if (!hasRows())
+        return false;
+    QProgressDialog progress(this);
+    const QString failed
+        = writeXlsx(path, *m_rows, rowSource(), heading(), exportProgress(progress));
+    return exported(failed,
+                    u"已导出%1的 %2 行到 %3"_s.arg(m_shownTitle).arg(m_rows->rowCount()).arg(path),
+                    progress);
 }
 
 bool ViewerWindow::exportSelectionXlsx(const QString &path)

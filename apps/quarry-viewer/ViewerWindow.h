@@ -90,6 +90,9 @@ private:
     // being counted.
     bool hasRows();
     bool writeWorkbook(const QString &path, const QAbstractItemModel &rows);
+    // Where an export reads the rows on view, and how it shows its progress.
+    RowSource rowSource() const;
+    std::function<bool(qint64)> exportProgress(QProgressDialog &progress) const;
     ExportHeading heading() const;
     LogReport report() const;
     void printPreview();

@@ -1,5 +1,6 @@
 #include "XlsxExport.h"
 
+#include "LabelledRows.h"
 #include "NumberFormat.h"
 
 #include <QAbstractItemModel>
@@ -7,6 +8,7 @@
 #include <QDir>
 #include <QFile>
 #include <QHash>
+#include <QStringList>
 
 #include <xlsxwriter.h>
 
@@ -38,6 +40,19 @@ int cellsOf(const QString &text)
     return cells;
 }
 
+// A cell as it is written: the value stored, the value shown, and the
+// number format of its column.
+struct Cell
+{
+    QVariant stored;
+    QVariant shown;
+    QString pattern;
+};
+using Row = QList<Cell>;
+enum class Next { Row, End, Stop };
+// Fills the next row; Stop when the rows cannot be read on.
+using NextRow = std::function<Next(Row &)>;
+
 struct WorkbookCloser
 {
     void operator()(lxw_workbook *workbook) const { workbook_close(workbook); }
@@ -47,9 +62,9 @@ using Workbook = std::unique_ptr<lxw_workbook, WorkbookCloser>;
 class Writer
 {
 public:
-    Writer(lxw_workbook *workbook, const QAbstractItemModel &rows)
+    Writer(lxw_workbook *workbook, const QStringList &titles)
         : m_workbook(workbook)
-        , m_rows(rows)
+        , m_titles(titles)
         , m_titleFormat(workbook_add_format(workbook))
         , m_dateFormat(workbook_add_format(workbook))
         , m_dateTimeFormat(workbook_add_format(workbook))
@@ -73,21 +88,25 @@ public:
 
     lxw_format *titleFormat() const { return m_titleFormat; }
 
-    // A sheet of rows: the titles, frozen, and columns as wide as their
-    // first rows.
+    // Columns as wide as their titles and the values of rows.
+    void measure(const QList<Row> &rows)
+    {
+        for (const QString &title : m_titles)
+            m_widths.append(cellsOf(title));
+        for (const Row &row : rows) {
+            for (qsizetype c = 0; c < row.size() && c < m_widths.size(); ++c)
+                m_widths[c] = std::max(m_widths[c], cellsOf(row[c].shown.toString()));
+        }
+    }
+
+    // A sheet of rows: the titles, frozen, and the columns as measured.
     lxw_worksheet *addRowsSheet(const QString &name)
     {
         lxw_worksheet *sheet = addSheet(name);
-        const int columns = m_rows.columnCount();
-        const int measured = std::min(m_rows.rowCount(), RowsMeasured);
-        for (int c = 0; c < columns; ++c) {
-            const QString title = m_rows.headerData(c, Qt::Horizontal).toString();
-            int width = cellsOf(title);
-            for (int r = 0; r < measured; ++r)
-                width = std::max(width, cellsOf(m_rows.index(r, c).data().toString()));
-            worksheet_set_column(sheet, lxw_col_t(c), lxw_col_t(c), std::clamp(width + 2, 8, 60),
-                                 nullptr);
-            writeText(sheet, 0, lxw_col_t(c), title, m_titleFormat);
+        for (qsizetype c = 0; c < m_titles.size(); ++c) {
+            worksheet_set_column(sheet, lxw_col_t(c), lxw_col_t(c),
+                                 std::clamp(m_widths.value(c) + 2, 8, 60), nullptr);
+            writeText(sheet, 0, lxw_col_t(c), m_titles[c], m_titleFormat);
         }
         worksheet_freeze_panes(sheet, 1, 0);
         return sheet;
@@ -95,19 +114,18 @@ public:
 
     // A number of a column with a format stays a number, shown by the
     // format.
-    void writeCell(lxw_worksheet *sheet, lxw_row_t row, lxw_col_t column, const QModelIndex &cell)
+    void writeCell(lxw_worksheet *sheet, lxw_row_t row, lxw_col_t column, const Cell &cell)
     {
-        const QString pattern = cell.data(NumberFormatRole).toString();
         bool number = false;
-        const double value = cell.data(Qt::EditRole).toString().trimmed().toDouble(&number);
-        if (pattern.isEmpty() || !number) {
-            writeCell(sheet, row, column, cell.data());
+        const double value = cell.stored.toString().trimmed().toDouble(&number);
+        if (cell.pattern.isEmpty() || !number) {
+            writeCell(sheet, row, column, cell.shown);
             return;
         }
-        lxw_format *&format = m_numberFormats[pattern];
+        lxw_format *&format = m_numberFormats[cell.pattern];
         if (!format) {
             format = workbook_add_format(m_workbook);
-            format_set_num_format(format, pattern.toUtf8().constData());
+            format_set_num_format(format, cell.pattern.toUtf8().constData());
         }
         worksheet_write_number(sheet, row, column, value, format);
     }
@@ -165,7 +183,8 @@ private:
     }
 
     lxw_workbook *m_workbook;
-    const QAbstractItemModel &m_rows;
+    QStringList m_titles;
+    QList<int> m_widths;
     lxw_format *m_titleFormat;
     lxw_format *m_dateFormat;
     lxw_format *m_dateTimeFormat;
@@ -174,8 +193,20 @@ private:
 
 } // namespace
 
-QString writeXlsx(const QString &path, const QAbstractItemModel &rows, const ExportHeading &heading,
-                  const std::function<bool(qint64)> &progress, qint64 sheetRows)
+namespace {
+
+QStringList titles(const QAbstractItemModel &rows)
+{
+    QStringList titles;
+    for (int c = 0; c < rows.columnCount(); ++c)
+        titles.append(rows.headerData(c, Qt::Horizontal).toString());
+    return titles;
+}
+
+// The rows that next() gives, under titles.
+QString writeWorkbook(const QString &path, const QStringList &titles, const ExportHeading &heading,
+                      const NextRow &next, const std::function<bool(qint64)> &progress,
+                      qint64 sheetRows)
 {
     // Written beside its place and moved there once whole.
     const QString part = path + u".part"_s;
@@ -185,10 +216,38 @@ QString writeXlsx(const QString &path, const QAbstractItemModel &rows, const Exp
     if (!workbook)
         return u"无法写文件 %1"_s.arg(QDir::toNativeSeparators(path));
 
-    Writer writer(workbook.get(), rows);
+    Writer writer(workbook.get(), titles);
+    // The first rows are read ahead for the columns' widths.
+    QList<Row> ahead;
+    Next read = Next::Row;
+    for (Row row; ahead.size() < RowsMeasured && (read = next(row)) == Next::Row;)
+        ahead.append(row);
+    writer.measure(ahead);
     lxw_worksheet *about = writer.addSheet(u"说明"_s);
     worksheet_set_column(about, 0, 0, 10, nullptr);
     worksheet_set_column(about, 1, 1, 100, nullptr);
+    const qint64 perSheet = std::max<qint64>(sheetRows - 1, 1);
+    lxw_worksheet *sheet = writer.addRowsSheet(u"数据"_s);
+    qint64 r = 0;
+    for (Row row; read != Next::Stop; ++r) {
+        if (r < ahead.size())
+            row = ahead[r];
+        else if (read == Next::End || (read = next(row)) != Next::Row)
+            break;
+        const qint64 onSheet = r % perSheet;
+        if (onSheet == 0 && r > 0)
+            sheet = writer.addRowsSheet(u"数据%1"_s.arg(r / perSheet + 1));
+        for (qsizetype c = 0; c < row.size(); ++c)
+            writer.writeCell(sheet, lxw_row_t(onSheet + 1), lxw_col_t(c), row[c]);
+        if (progress && (r + 1) % ProgressEvery == 0 && !progress(r + 1))
+            read = Next::Stop;
+    }
+    if (read == Next::Stop) {
+        workbook.reset();
+        QFile::remove(part);
+        return u"已取消导出，%1 未写"_s.arg(QDir::toNativeSeparators(path));
+    }
+    // The heading last: it counts the rows.
     const std::pair<QString, QString> lines[] = {
         {u"日志"_s, heading.log},
         {u"条件"_s, heading.condition},
@@ -196,34 +255,13 @@ QString writeXlsx(const QString &path, const QAbstractItemModel &rows, const Exp
         {u"站点"_s, heading.station},
         {u"SQL"_s, heading.sql},
         {u"导出时间"_s, QDateTime::currentDateTime().toString(u"yyyy-MM-dd hh:mm:ss"_s)},
-        {u"行数"_s, QString::number(rows.rowCount())},
+        {u"行数"_s, QString::number(r)},
     };
     lxw_row_t line = 0;
     for (const auto &[label, text] : lines) {
         writer.writeText(about, line, 0, label, writer.titleFormat());
         writer.writeText(about, line++, 1, text);
     }
-
-    const qint64 perSheet = std::max<qint64>(sheetRows - 1, 1);
-    const int count = rows.rowCount();
-    const int columns = rows.columnCount();
-    lxw_worksheet *sheet = nullptr;
-    for (int r = 0; r < count; ++r) {
-        const qint64 onSheet = r % perSheet;
-        if (onSheet == 0) {
-            const qint64 number = r / perSheet + 1;
-            sheet = writer.addRowsSheet(number == 1 ? u"数据"_s : u"数据%1"_s.arg(number));
-        }
-        for (int c = 0; c < columns; ++c)
-            writer.writeCell(sheet, lxw_row_t(onSheet + 1), lxw_col_t(c), rows.index(r, c));
-        if (progress && (r + 1) % ProgressEvery == 0 && !progress(r + 1)) {
-            workbook.reset();
-            QFile::remove(part);
-            return u"已取消导出，%1 未写"_s.arg(QDir::toNativeSeparators(path));
-        }
-    }
-    if (count == 0)
-        writer.addRowsSheet(u"数据"_s);
 
     const lxw_error closed = workbook_close(workbook.release());
     if (closed != LXW_NO_ERROR) {
@@ -240,6 +278,60 @@ QString writeXlsx(const QString &path, const QAbstractItemModel &rows, const Exp
                                           QString::fromLocal8Bit(moved.message()));
     }
     return {};
+}
+
+} // namespace
+
+QString writeXlsx(const QString &path, const QAbstractItemModel &rows, const ExportHeading &heading,
+                  const std::function<bool(qint64)> &progress, qint64 sheetRows)
+{
+    int r = 0;
+    const auto next = [&](Row &row) {
+        if (r == rows.rowCount())
+            return Next::End;
+        row.clear();
+        for (int c = 0; c < rows.columnCount(); ++c) {
+            const QModelIndex cell = rows.index(r, c);
+            row.append(
+                {cell.data(Qt::EditRole), cell.data(), cell.data(NumberFormatRole).toString()});
+        }
+        ++r;
+        return Next::Row;
+    };
+    return writeWorkbook(path, titles(rows), heading, next, progress, sheetRows);
+}
+
+QString writeXlsx(const QString &path, const LabelledRows &rows, const RowSource &source,
+                  const ExportHeading &heading, const std::function<bool(qint64)> &progress,
+                  qint64 sheetRows)
+{
+    QStringList patterns;
+    for (int c = 0; c < rows.columnCount(); ++c) {
+        const QString name = rows.headerData(c, Qt::Horizontal, Qt::ToolTipRole).toString();
+        patterns.append(rows.entry().columnFormats.value(name.toUpper()));
+    }
+    RowStream stream(source);
+    QList<QVariantList> batch;
+    qsizetype at = 0;
+    qint64 given = 0;
+    bool stopped = false;
+    const auto goOn = [&] { return stopped = progress && !progress(given), !stopped; };
+    const auto next = [&](Row &row) {
+        if (at == batch.size()) {
+            batch = stream.next(goOn);
+            at = 0;
+            if (batch.isEmpty())
+                return stopped || !stream.failure().isEmpty() ? Next::Stop : Next::End;
+        }
+        const QVariantList &values = batch[at++];
+        row.clear();
+        for (qsizetype c = 0; c < values.size(); ++c)
+            row.append({values[c], rows.labelled(int(c), values[c]), patterns.value(c)});
+        ++given;
+        return Next::Row;
+    };
+    const QString fault = writeWorkbook(path, titles(rows), heading, next, progress, sheetRows);
+    return stream.failure().isEmpty() ? fault : stream.failure();
 }
 
 } // namespace quarry::viewer

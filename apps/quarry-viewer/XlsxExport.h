@@ -1,5 +1,7 @@
 #pragma once
 
+#include "rows/RowStream.h"
+
 #include <QString>
 
 #include <functional>
@@ -7,6 +9,8 @@
 class QAbstractItemModel;
 
 namespace quarry::viewer {
+
+class LabelledRows;
 
 // What an export says of its rows, so that a file handed on still tells
 // where they came from.
@@ -36,6 +40,12 @@ constexpr qint64 ExcelSheetRows = 1048576;
 // the operator's words, empty when written.
 QString writeXlsx(const QString &path, const QAbstractItemModel &rows, const ExportHeading &heading,
                   const std::function<bool(qint64)> &progress = {},
+                  qint64 sheetRows = ExcelSheetRows);
+// Every row of source likewise, under the titles of rows and labelled as
+// rows shows them, read as they are written in one pass; progress is told
+// too every tenth of a second while the database works.
+QString writeXlsx(const QString &path, const LabelledRows &rows, const RowSource &source,
+                  const ExportHeading &heading, const std::function<bool(qint64)> &progress = {},
                   qint64 sheetRows = ExcelSheetRows);
 
 } // namespace quarry::viewer

@@ -21,6 +21,7 @@
 
 #include <QAbstractItemModelTester>
 #include <QElapsedTimer>
+#include <QProcess>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QRegularExpression>
@@ -697,6 +698,11 @@ void TestViewerWindow::pageLost()
     for (const QString &line : QString::fromUtf8(quarry::test::readFile(dir.filePath(u"all.csv"_s))).split(u"\r\n"_s, Qt::SkipEmptyParts))
         written << line.section(u',', 0, 0).remove(QChar(0xfeff));
     QCOMPARE(written, keys);
+    QVERIFY(window.exportXlsx(dir.filePath(u"all.xlsx"_s)));
+    QProcess unzip;
+    unzip.start(u"unzip"_s, {u"-p"_s, dir.filePath(u"all.xlsx"_s), u"xl/worksheets/sheet2.xml"_s});
+    QVERIFY(unzip.waitForFinished(quarry::test::WaitLimit));
+    QCOMPARE(unzip.readAllStandardOutput().count("<row "), keys.size());
 
     StationDatabase database;
     QCOMPARE(database.open(), QString());

@@ -10,7 +10,6 @@
 #include <QFileInfo>
 #include <QPdfWriter>
 #include <QSaveFile>
-#include <QSqlError>
 
 using namespace Qt::StringLiterals;
 
@@ -66,11 +65,9 @@ QString writeCsv(const QString &path, const LabelledRows &rows, const RowSource 
         file.cancelWriting();
         return cancelled(path);
     }
-    if (const QSqlError error = stream.error(); error.isValid()) {
+    if (const QString failure = stream.failure(); !failure.isEmpty()) {
         file.cancelWriting();
-        return u"在%1上查询失败：%2"_s.arg(source.station,
-                                           error.databaseText().isEmpty() ? error.text()
-                                                                          : error.databaseText());
+        return failure;
     }
     if (!csv.ok() || !file.commit())
         return cannotWrite(file);
@@ -127,7 +124,7 @@ QString FileExport::write(const QString &path, const std::function<bool(qint64)>
     if (suffix == u"csv"_s)
         return writeCsv(path, m_rows, m_source, progress);
     if (suffix == u"xlsx"_s)
-        return writeXlsx(path, m_rows, m_heading, progress);
+        return writeXlsx(path, m_rows, m_source, m_heading, progress);
     return writePdf(path, m_report, m_heading.log, progress);
 }
 

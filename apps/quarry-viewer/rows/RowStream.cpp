@@ -24,7 +24,8 @@ constexpr auto GoOnEvery = std::chrono::milliseconds(100);
 } // namespace
 
 RowStream::RowStream(const RowSource &source)
-    : m_interrupt(std::make_shared<QueryInterrupt>())
+    : m_station(source.station)
+    , m_interrupt(std::make_shared<QueryInterrupt>())
     , m_opener(source.opener)
     , m_thread(QThread::create([this, source] { read(source); }))
 {
@@ -60,10 +61,14 @@ QList<QVariantList> RowStream::next(const std::function<bool()> &goOn)
     return batch;
 }
 
-QSqlError RowStream::error() const
+QString RowStream::failure() const
 {
     std::lock_guard lock(m_mutex);
-    return m_error;
+    if (!m_error.isValid())
+        return {};
+    return u"在%1上查询失败：%2"_s.arg(m_station,
+                                       m_error.databaseText().isEmpty() ? m_error.text()
+                                                                        : m_error.databaseText());
 }
 
 void RowStream::stop()

@@ -43,15 +43,18 @@ public:
     RowStream &operator=(const RowStream &) = delete;
 
     // The next rows, waited for while goOn() (asked every tenth of a
-    // second) says so. Empty at the end, after a fault (error()) or when
+    // second) says so. Empty at the end, after a fault (failure()) or when
     // goOn() said no (the statement is then stopped).
     QList<QVariantList> next(const std::function<bool()> &goOn);
-    QSqlError error() const;
+    // The fault of the statement in the operator's words, naming the
+    // station; "" while there is none.
+    QString failure() const;
 
 private:
     void read(const RowSource &source);
     void stop();
 
+    const QString m_station;
     std::shared_ptr<QueryInterrupt> m_interrupt;
     BackgroundQuery::Opener m_opener;
     std::unique_ptr<QThread> m_thread;
