@@ -392,25 +392,21 @@ void ViewerWindow::clearResult(const QString &label)
 
 bool ViewerWindow::exportCsv(const QString &path)
 {
-    if (!hasRows())
-        return false;
+    return hasRows() && exportRows(path, [&](const RowSource &source, const Progress &progress) {
+               return writeCsv(path, *m_rows, source, progress);
+           });
+}
+
+bool ViewerWindow::exportRows(const QString &path, const RowWriter &write)
+{
     QProgressDialog progress(this);
-    const QString failed = writeCsv(path, *m_rows, rowSource(), exportProgress(progress));
+    // Until the rows are counted the dialog shows the rows written.
+    const QString failed = write({m_database.opener(), m_model->statement(), m_database.describe()},
+                                 showProgress(progress, exporting(m_rows->rowCount()),
+                                              m_model->isCounted() ? m_rows->rowCount() : 0));
     return exported(failed,
                     u"已导出%1的 %2 行到 %3"_s.arg(m_shownTitle).arg(m_rows->rowCount()).arg(path),
                     progress);
-}
-
-RowSource ViewerWindow::rowSource() const
-{
-    return {m_database.opener(), m_model->statement(), m_database.describe()};
-}
-
-std::function<bool(qint64)> ViewerWindow::exportProgress(QProgressDialog &progress) const
-{
-    // Until the rows are counted the dialog shows the rows written.
-    return showProgress(progress, exporting(m_rows->rowCount()),
-                        m_model->isCounted() ? m_rows->rowCount() : 0);
 }
 
 bool ViewerWindow::exported(const QString &failed, const QString &done,
@@ -489,14 +485,9 @@ LogReport ViewerWindow::report() const
 
 bool ViewerWindow::exportXlsx(const QString &path)
 {
-    if (!hasRows())
-        return false;
-    QProgressDialog progress(this);
-    const QString failed
-        = writeXlsx(path, *m_rows, rowSource(), heading(), exportProgress(progress));
-    return exported(failed,
-                    u"已导出%1的 %2 行到 %3"_s.arg(m_shownTitle).arg(m_rows->rowCount()).arg(path),
-                    progress);
+    return hasRows() && exportRows(path, [&](const RowSource &source, const Progress &progress) {
+               return writeXlsx(path, *m_rows, source, heading(), progress);
+           });
 }
 
 bool ViewerWindow::exportSelectionXlsx(const QString &path)

@@ -90,9 +90,11 @@ private:
     // being counted.
     bool hasRows();
     bool writeWorkbook(const QString &path, const QAbstractItemModel &rows);
-    // Where an export reads the rows on view, and how it shows its progress.
-    RowSource rowSource() const;
-    std::function<bool(qint64)> exportProgress(QProgressDialog &progress) const;
+    using Progress = std::function<bool(qint64)>;
+    using RowWriter = std::function<QString(const RowSource &, const Progress &)>;
+    // The rows on view to path by write, which reads them from the source
+    // and tells the progress dialog how far it has come.
+    bool exportRows(const QString &path, const RowWriter &write);
     ExportHeading heading() const;
     LogReport report() const;
     void printPreview();
