@@ -88,7 +88,7 @@ QString pdfText(const QString &pdf, int first = 1, int last = 0)
     if (last > 0)
         arguments << u"-l"_s << QString::number(last);
     text.start(u"pdftotext"_s, arguments << pdf << u"-"_s);
-    text.waitForFinished();
+    text.waitForFinished(quarry::test::WaitLimit);
     return QString::fromUtf8(text.readAllStandardOutput());
 }
 
@@ -228,6 +228,8 @@ private Q_SLOTS:
         QTest::newRow("continued, keys and two columns")
             << QList<ColumnNeed>{key, {100, 100}, {100, 100}, {200, 200}, {100, 100, true}}
             << u"landscape | 0=125 4=125 1=125 2=125 | 0=125 4=125 3=250"_s;
+        QTest::newRow("continued, a page to its edge")
+            << QList<ColumnNeed>{key, {200, 200}, {200, 200}, {300, 300}} << u"landscape | 0=100 1=200 2=200 | 0=125 3=375"_s;
         QTest::newRow("no key to repeat") << QList<ColumnNeed>{{300, 300}, {300, 300}} << u"landscape | 0=500 | 1=500"_s;
         QTest::newRow("a piece wider than a page") << QList<ColumnNeed>{key, {900, 900}} << u"landscape | 0=50 1=450"_s;
     }
@@ -263,7 +265,7 @@ private Q_SLOTS:
         }
         QProcess info;
         info.start(u"pdfinfo"_s, {path});
-        info.waitForFinished();
+        info.waitForFinished(quarry::test::WaitLimit);
         const QString about = QString::fromUtf8(info.readAllStandardOutput());
         QVERIFY2(about.contains(u"842 x 595 pts"_s), qPrintable(about));
         const QString text = pdfText(path).remove(u'\n').remove(u' ');

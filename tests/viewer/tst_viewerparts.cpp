@@ -336,7 +336,7 @@ void TestViewerParts::program()
     const QString file = dir.filePath(files.constFirst());
     QProcess text;
     text.start(u"pdftotext"_s, {file, u"-"_s});
-    text.waitForFinished();
+    text.waitForFinished(quarry::test::WaitLimit);
     const QString found = QString::fromUtf8(file.endsWith(u".csv"_s) ? test::readFile(file) : text.readAllStandardOutput());
     QVERIFY2(found.contains(written), qPrintable(found.left(2000)));
 }
