@@ -1,6 +1,7 @@
 #include "TestFiles.h"
 
 #include <QFile>
+#include <QProcess>
 #include <QSaveFile>
 
 namespace quarry::test {
@@ -16,6 +17,14 @@ QByteArray readFile(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QByteArray programOutput(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    process.waitForFinished(WaitLimit);
+    return process.readAllStandardOutput();
 }
 
 } // namespace quarry::test

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 namespace quarry::test {
 
@@ -16,5 +17,8 @@ constexpr int WaitLimit = 10'000;
 void writeFile(const QString &path, const QByteArray &bytes);
 // The file's bytes; empty when it cannot be read.
 QByteArray readFile(const QString &path);
+// What the program writes on standard output, run with arguments and
+// waited for up to WaitLimit.
+QByteArray programOutput(const QString &program, const QStringList &arguments);
 
 } // namespace quarry::test

@@ -16,7 +16,6 @@
 #include <QPdfWriter>
 #include <QPrintPreviewDialog>
 #include <QProgressDialog>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QStandardItemModel>
 #include <QTemporaryDir>
@@ -31,10 +30,7 @@ namespace {
 
 QByteArray member(const QString &xlsx, const QString &name)
 {
-    QProcess unzip;
-    unzip.start(u"unzip"_s, {u"-p"_s, xlsx, name});
-    unzip.waitForFinished(quarry::test::WaitLimit);
-    return unzip.readAllStandardOutput();
+    return quarry::test::programOutput(u"unzip"_s, {u"-p"_s, xlsx, name});
 }
 
 // The cells of a sheet by reference ("A2"): "text <t>", "number <v>", or
@@ -83,13 +79,10 @@ QList<QStandardItem *> row(const QVariantList &values)
 // The PDF's text as a reader's search sees it, pages from first to last.
 QString pdfText(const QString &pdf, int first = 1, int last = 0)
 {
-    QProcess text;
     QStringList arguments{u"-f"_s, QString::number(first)};
     if (last > 0)
         arguments << u"-l"_s << QString::number(last);
-    text.start(u"pdftotext"_s, arguments << pdf << u"-"_s);
-    text.waitForFinished(quarry::test::WaitLimit);
-    return QString::fromUtf8(text.readAllStandardOutput());
+    return QString::fromUtf8(quarry::test::programOutput(u"pdftotext"_s, arguments << pdf << u"-"_s));
 }
 
 // "portrait" or "landscape", then each group as column=width.
@@ -263,10 +256,7 @@ private Q_SLOTS:
             QPdfWriter pdf(path);
             QVERIFY(report.paint(pdf));
         }
-        QProcess info;
-        info.start(u"pdfinfo"_s, {path});
-        info.waitForFinished(quarry::test::WaitLimit);
-        const QString about = QString::fromUtf8(info.readAllStandardOutput());
+        const QString about = QString::fromUtf8(quarry::test::programOutput(u"pdfinfo"_s, {path}));
         QVERIFY2(about.contains(u"842 x 595 pts"_s), qPrintable(about));
         const QString text = pdfText(path).remove(u'\n').remove(u' ');
         // 日 and 网 read back as themselves, not as the radicals ⽇ and ⽹.

@@ -334,10 +334,8 @@ void TestViewerParts::program()
     if (written.isEmpty())
         return;
     const QString file = dir.filePath(files.constFirst());
-    QProcess text;
-    text.start(u"pdftotext"_s, {file, u"-"_s});
-    text.waitForFinished(quarry::test::WaitLimit);
-    const QString found = QString::fromUtf8(file.endsWith(u".csv"_s) ? test::readFile(file) : text.readAllStandardOutput());
+    const QString found = QString::fromUtf8(file.endsWith(u".csv"_s) ? test::readFile(file)
+                                                                      : test::programOutput(u"pdftotext"_s, {file, u"-"_s}));
     QVERIFY2(found.contains(written), qPrintable(found.left(2000)));
 }
 
