@@ -16,8 +16,8 @@
 #include "SampleLogs.h"
 #include "SampleStation.h"
 
-#include "ConditionRequest.h"
-#include "LabelledRows.h"
+#include "catalogue/ConditionRequest.h"
+#include "catalogue/LabelledRows.h"
 #include "LogCatalogue.h"
 #include "rows/LogRowsModel.h"
 #include "rows/LogSelect.h"

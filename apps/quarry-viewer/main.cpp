@@ -6,7 +6,7 @@
 #include "ProgramHelp.h"
 #include "QtChinese.h"
 #include "rows/StationDatabase.h"
-#include "ViewerWindow.h"
+#include "window/ViewerWindow.h"
 #include "output/FileExports.h"
 #include "output/HeadlessExport.h"
 

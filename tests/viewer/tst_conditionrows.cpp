@@ -14,7 +14,7 @@
 #include "DialogDriver.h"
 #include "SampleLogs.h"
 
-#include "ConditionRequest.h"
+#include "catalogue/ConditionRequest.h"
 #include "LogCatalogue.h"
 #include "rows/LogRowsModel.h"
 #include "ReadRows.h"

@@ -1,6 +1,6 @@
 // Conditions as CQuarry's dialogs write them, read back in words.
 
-#include "ConditionWords.h"
+#include "catalogue/ConditionWords.h"
 #include "logdialogs/frmSealResultStat.h"
 
 #include <QTest>

@@ -2,11 +2,11 @@
 // and values in the sheets' XML), the printed report's pages, and copied
 // cells.
 
-#include "LabelledRows.h"
-#include "LogReport.h"
-#include "SelectedCells.h"
+#include "catalogue/LabelledRows.h"
+#include "output/LogReport.h"
+#include "window/SelectedCells.h"
 #include "TestFiles.h"
-#include "XlsxExport.h"
+#include "output/XlsxExport.h"
 #include "output/ReportPreview.h"
 #include "output/TableLayout.h"
 

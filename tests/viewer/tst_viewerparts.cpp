@@ -2,8 +2,8 @@
 // titles and code descriptions over the rows, the CSV text of an export;
 // and the program's answers without a display, its exports among them.
 
-#include "CsvWriter.h"
-#include "LabelledRows.h"
+#include "output/CsvWriter.h"
+#include "catalogue/LabelledRows.h"
 #include "LogCatalogue.h"
 #include "QtChinese.h"
 

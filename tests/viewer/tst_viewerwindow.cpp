@@ -11,12 +11,12 @@
 
 #include "LogCatalogue.h"
 #include "rows/LogRowsModel.h"
-#include "PassRateChart.h"
+#include "output/PassRateChart.h"
 #include "ReadRows.h"
 #include "TestFiles.h"
 #include "rows/StationDatabase.h"
-#include "ViewerWindow.h"
-#include "LabelledRows.h"
+#include "window/ViewerWindow.h"
+#include "catalogue/LabelledRows.h"
 #include "output/FileExports.h"
 
 #include <QAbstractItemModelTester>

@@ -1,7 +1,7 @@
 #include "FileExports.h"
 
 #include "CsvWriter.h"
-#include "LabelledRows.h"
+#include "catalogue/LabelledRows.h"
 #include "LogReport.h"
 #include "XlsxExport.h"
 

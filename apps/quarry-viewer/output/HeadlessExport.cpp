@@ -1,7 +1,7 @@
 #include "HeadlessExport.h"
 
-#include "ConditionWords.h"
-#include "LabelledRows.h"
+#include "catalogue/ConditionWords.h"
+#include "catalogue/LabelledRows.h"
 #include "LogCatalogue.h"
 #include "LogReport.h"
 #include "rows/LogRowsModel.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "LogEntry.h"
-#include "LogReport.h"
+#include "output/LogReport.h"
 #include "LogSelect.h"
 #include "BackgroundQuery.h"
 

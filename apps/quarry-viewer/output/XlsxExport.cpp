@@ -1,6 +1,6 @@
 #include "XlsxExport.h"
 
-#include "LabelledRows.h"
+#include "catalogue/LabelledRows.h"
 #include "NumberFormat.h"
 
 #include <QAbstractItemModel>

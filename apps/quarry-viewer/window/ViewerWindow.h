@@ -2,7 +2,7 @@
 
 #include "LogCatalogue.h"
 #include "rows/StationDatabase.h"
-#include "XlsxExport.h"
+#include "output/XlsxExport.h"
 
 #include <QElapsedTimer>
 #include <QMainWindow>

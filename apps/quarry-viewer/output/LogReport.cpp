@@ -1,6 +1,6 @@
 #include "LogReport.h"
 
-#include "LabelledRows.h"
+#include "catalogue/LabelledRows.h"
 #include "output/ReportFont.h"
 #include "output/TableLayout.h"
 
