@@ -4,7 +4,7 @@
 
 #include "catalogue/LabelledRows.h"
 #include "output/LogReport.h"
-#include "window/SelectedCells.h"
+#include "output/SelectedCells.h"
 #include "TestFiles.h"
 #include "output/XlsxExport.h"
 #include "output/ReportPreview.h"

@@ -6,7 +6,7 @@
 #include "rows/LogRowsModel.h"
 #include "rows/LogSelect.h"
 #include "output/PassRateChart.h"
-#include "SelectedCells.h"
+#include "output/SelectedCells.h"
 #include "StationBanner.h"
 #include "output/ExportProgress.h"
 #include "output/FileExports.h"
