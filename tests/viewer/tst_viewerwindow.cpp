@@ -11,6 +11,7 @@
 
 #include "LogCatalogue.h"
 #include "rows/LogRowsModel.h"
+#include "output/ExportActions.h"
 #include "output/PassRateChart.h"
 #include "ReadRows.h"
 #include "TestFiles.h"
@@ -91,6 +92,12 @@ QString shown(const ViewerWindow &window, const QString &name)
 QString sql(const ViewerWindow &window)
 {
     return window.findChild<QPlainTextEdit *>(u"sqlText"_s)->toPlainText();
+}
+
+// The window's export actions, which its buttons reach through a save dialog.
+ExportActions &exports(const ViewerWindow &window)
+{
+    return *window.findChild<ExportActions *>();
 }
 
 QTableView *table(const ViewerWindow &window)
@@ -217,7 +224,7 @@ void TestViewerWindow::query()
 
     // The export reads the rows anew on the station's engine, in the order on view.
     QTemporaryDir dir;
-    QVERIFY(window.exportCsv(dir.filePath(u"rows.csv"_s)));
+    QVERIFY(exports(window).exportCsv(dir.filePath(u"rows.csv"_s)));
     const QStringList lines = QString::fromUtf8(quarry::test::readFile(dir.filePath(u"rows.csv"_s))).split(u"\r\n"_s, Qt::SkipEmptyParts);
     QCOMPARE(lines.size(), expected + 1);
     QCOMPARE(lines[1].section(u',', 0, 0), view->model()->index(0, 0).data().toString());
@@ -258,7 +265,7 @@ void TestViewerWindow::tools()
     }
     QCOMPARE(opened, (QStringList{m_home.filePath(u"Documents"_s), dir.path()}));
     // A file that cannot be written is a fault, said and logged.
-    QVERIFY(!window.exportCsv(dir.filePath(u"none/hy.csv"_s)));
+    QVERIFY(!exports(window).exportCsv(dir.filePath(u"none/hy.csv"_s)));
     QVERIFY2(shown(window, u"errorLabel"_s).contains(u"无法写入"_s), qPrintable(shown(window, u"errorLabel"_s)));
     const QStringList lines = QString::fromUtf8(quarry::test::readFile(dir.filePath(u"hy.csv"_s))).split(u"\r\n"_s, Qt::SkipEmptyParts);
     QCOMPARE(lines.size(), rows + 1);
@@ -297,11 +304,11 @@ void TestViewerWindow::tools()
     QCOMPARE(QGuiApplication::clipboard()->text(), u"%1\t%2\n%3\t%4\n"_s.arg(model.index(0, 0).data().toString(), model.index(0, 1).data().toString(),
                                                                                 model.index(1, 0).data().toString(), model.index(1, 1).data().toString()));
 
-    QVERIFY(window.exportXlsx(dir.filePath(u"hy.xlsx"_s)));
+    QVERIFY(exports(window).exportXlsx(dir.filePath(u"hy.xlsx"_s)));
     QVERIFY(QFile::exists(dir.filePath(u"hy.xlsx"_s)));
-    QVERIFY(window.exportSelectionXlsx(dir.filePath(u"block.xlsx"_s))); // the two rows copied
+    QVERIFY(exports(window).exportSelectionXlsx(dir.filePath(u"block.xlsx"_s))); // the two rows copied
     QVERIFY2(window.statusBar()->currentMessage().contains(u"的 2 行"_s), qPrintable(window.statusBar()->currentMessage()));
-    QVERIFY(window.exportPdf(dir.filePath(u"hy.pdf"_s)));
+    QVERIFY(exports(window).exportPdf(dir.filePath(u"hy.pdf"_s)));
     static const QRegularExpression page(u"/Type\\s*/Page[^s]"_s);
     QCOMPARE(QString::fromLatin1(quarry::test::readFile(dir.filePath(u"hy.pdf"_s))).count(page), (rows + 1) / 2);
 }
@@ -479,7 +486,7 @@ void TestViewerWindow::statistics()
 
     QTemporaryDir dir;
     const QString png = dir.filePath(u"rates.png"_s);
-    QVERIFY(window.exportChartPng(png));
+    QVERIFY(exports(window).exportChartPng(png));
     // The whole chart, with a line of its own for each operator's name.
     const QImage image(png);
     QVERIFY(!image.isNull());
@@ -693,12 +700,12 @@ void TestViewerWindow::pageLost()
     QStringList keys{rows.headerData(0, Qt::Horizontal).toString()};
     for (const Row &row : quarry::test::sealRows(station, u"SELECT LOGID FROM GONE ORDER BY %1 DESC, LOGID DESC"_s.arg(sortedBy)))
         keys << row[u"logid"_s];
-    QVERIFY(window.exportCsv(dir.filePath(u"all.csv"_s)));
+    QVERIFY(exports(window).exportCsv(dir.filePath(u"all.csv"_s)));
     QStringList written;
     for (const QString &line : QString::fromUtf8(quarry::test::readFile(dir.filePath(u"all.csv"_s))).split(u"\r\n"_s, Qt::SkipEmptyParts))
         written << line.section(u',', 0, 0).remove(QChar(0xfeff));
     QCOMPARE(written, keys);
-    QVERIFY(window.exportXlsx(dir.filePath(u"all.xlsx"_s)));
+    QVERIFY(exports(window).exportXlsx(dir.filePath(u"all.xlsx"_s)));
     QProcess unzip;
     unzip.start(u"unzip"_s, {u"-p"_s, dir.filePath(u"all.xlsx"_s), u"xl/worksheets/sheet2.xml"_s});
     QVERIFY(unzip.waitForFinished(quarry::test::WaitLimit));
@@ -719,7 +726,7 @@ void TestViewerWindow::pageLost()
     QVERIFY2(station.isValid(), qPrintable(station.errorText()));
 
     const QString csv = dir.filePath(u"gone.csv"_s);
-    QVERIFY(!window.exportCsv(csv));
+    QVERIFY(!exports(window).exportCsv(csv));
     QVERIFY(!QFile::exists(csv));
     QTRY_VERIFY2(shown(window, u"errorLabel"_s).contains(u"上查询失败："_s), qPrintable(shown(window, u"errorLabel"_s)));
     QVERIFY2(shown(window, u"errorLabel"_s).contains(u"no such table: GONE"_s), qPrintable(shown(window, u"errorLabel"_s)));

@@ -1,0 +1,213 @@
+#include "ExportActions.h"
+
+#include "ExportProgress.h"
+#include "FileExports.h"
+#include "LogReport.h"
+#include "PassRateChart.h"
+#include "ReportPreview.h"
+#include "XlsxExport.h"
+#include "catalogue/ConditionWords.h"
+#include "catalogue/LabelledRows.h"
+#include "rows/LogRowsModel.h"
+#include "rows/StationDatabase.h"
+#include "SelectedCells.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QPlainTextEdit>
+#include <QProgressDialog>
+#include <QTableView>
+
+using namespace Qt::StringLiterals;
+
+namespace quarry::viewer {
+
+namespace {
+
+QString exporting(qint64 rows)
+{
+    return u"正在导出 %1 行…"_s.arg(rows);
+}
+
+} // namespace
+
+ExportActions::ExportActions(const StationDatabase &database, const LogRowsModel &model,
+                             const LabelledRows &rows, const ResultWidgets &widgets,
+                             QWidget *parent)
+    : QObject(parent)
+    , m_database(database)
+    , m_model(model)
+    , m_rows(rows)
+    , m_widgets(widgets)
+    , m_parent(parent)
+{
+}
+
+void ExportActions::setShown(const QString &title, const QString &condition)
+{
+    m_title = title;
+    m_condition = condition;
+}
+
+void ExportActions::chooseCsv()
+{
+    if (const QString path = chooseFile(u"导出 CSV"_s, u"csv"_s, u"CSV (*.csv)"_s); !path.isEmpty())
+        exportCsv(path);
+}
+
+void ExportActions::chooseXlsx()
+{
+    if (const QString path = chooseFile(u"导出 Excel"_s, u"xlsx"_s, u"Excel (*.xlsx)"_s);
+        !path.isEmpty())
+        exportXlsx(path);
+}
+
+void ExportActions::chooseSelectionXlsx()
+{
+    if (const QString path = chooseFile(u"导出所选到 Excel"_s, u"xlsx"_s, u"Excel (*.xlsx)"_s);
+        !path.isEmpty())
+        exportSelectionXlsx(path);
+}
+
+void ExportActions::choosePdf()
+{
+    if (const QString path = chooseFile(u"导出 PDF"_s, u"pdf"_s, u"PDF (*.pdf)"_s); !path.isEmpty())
+        exportPdf(path);
+}
+
+void ExportActions::choosePng()
+{
+    const QString path = chooseFile(u"导出图表"_s, u"png"_s, u"PNG (*.png)"_s);
+    if (!path.isEmpty() && exportChartPng(path))
+        Q_EMIT said(u"已把图表写到 %1"_s.arg(path));
+}
+
+void ExportActions::printPreview()
+{
+    if (hasRows())
+        previewReport(report(), m_title, m_parent);
+}
+
+bool ExportActions::exportCsv(const QString &path)
+{
+    return hasRows() && exportRows(path, [&](const RowSource &source, const Progress &progress) {
+               return writeCsv(path, m_rows, source, progress);
+           });
+}
+
+bool ExportActions::exportXlsx(const QString &path)
+{
+    return hasRows() && exportRows(path, [&](const RowSource &source, const Progress &progress) {
+               return writeXlsx(path, m_rows, source, heading(), progress);
+           });
+}
+
+bool ExportActions::exportSelectionXlsx(const QString &path)
+{
+    if (!hasRows())
+        return false;
+    const SelectedCells cells(m_rows, m_widgets.table.selectionModel()->selection());
+    if (cells.rowCount() == 0) {
+        Q_EMIT said(u"没有选中的单元格：请先在表格中选择要导出的行或单元格。"_s);
+        return false;
+    }
+    return writeWorkbook(path, cells);
+}
+
+bool ExportActions::exportPdf(const QString &path)
+{
+    if (!hasRows())
+        return false;
+    QProgressDialog progress(m_parent);
+    const LogReport pages = report();
+    const QString fault
+        = writePdf(path, pages, m_title,
+                   showProgress(progress, exporting(m_rows.rowCount()), pages.progressSteps()));
+    return exported(fault, u"已把%1的报表写到 %2"_s.arg(m_title, path), progress);
+}
+
+bool ExportActions::exportChartPng(const QString &path)
+{
+    if (!m_widgets.chart.savePng(path)) {
+        Q_EMIT failed(u"无法写入 %1"_s.arg(path));
+        return false;
+    }
+    return true;
+}
+
+QString ExportActions::chooseFile(const QString &caption, const QString &suffix,
+                                  const QString &filter)
+{
+    if (!hasRows())
+        return {};
+    const QString name
+        = u"%1-%2.%3"_s.arg(m_title, QDateTime::currentDateTime().toString(u"yyyyMMdd-HHmmss"_s),
+                            suffix);
+    QString path = QFileDialog::getSaveFileName(m_parent, caption,
+                                                QDir(m_lastFolder).filePath(name), filter);
+    if (path.isEmpty())
+        return {};
+    if (QFileInfo(path).suffix().isEmpty())
+        path += u'.' + suffix;
+    m_lastFolder = QFileInfo(path).absolutePath();
+    return path;
+}
+
+bool ExportActions::hasRows()
+{
+    if (m_title.isEmpty())
+        Q_EMIT said(u"没有可导出的结果：请先查询。"_s);
+    else if (!m_model.isCounted())
+        Q_EMIT said(u"结果还在计数，请计数完成后再导出。"_s);
+    return !m_title.isEmpty() && m_model.isCounted();
+}
+
+bool ExportActions::exportRows(const QString &path, const RowWriter &write)
+{
+    QProgressDialog progress(m_parent);
+    // Until the rows are counted the dialog shows the rows written.
+    const QString fault = write({m_database.opener(), m_model.statement(), m_database.describe()},
+                                showProgress(progress, exporting(m_rows.rowCount()),
+                                             m_model.isCounted() ? m_rows.rowCount() : 0));
+    return exported(fault, u"已导出%1的 %2 行到 %3"_s.arg(m_title).arg(m_rows.rowCount()).arg(path),
+                    progress);
+}
+
+bool ExportActions::writeWorkbook(const QString &path, const QAbstractItemModel &rows)
+{
+    QProgressDialog progress(m_parent);
+    const QString fault
+        = writeXlsx(path, rows, heading(),
+                    showProgress(progress, exporting(rows.rowCount()), rows.rowCount()));
+    return exported(fault, u"已导出%1的 %2 行到 %3"_s.arg(m_title).arg(rows.rowCount()).arg(path),
+                    progress);
+}
+
+bool ExportActions::exported(const QString &fault, const QString &done,
+                             const QProgressDialog &progress)
+{
+    if (m_model.lastError().isValid())
+        return false;
+    if (fault.isEmpty())
+        Q_EMIT said(done);
+    else if (progress.wasCanceled())
+        Q_EMIT said(fault);
+    else
+        Q_EMIT failed(fault);
+    return fault.isEmpty();
+}
+
+ExportHeading ExportActions::heading() const
+{
+    return {m_title, m_condition, m_database.describe(), m_widgets.statement.toPlainText(),
+            conditionWords(m_condition, m_rows.entry(), m_database.dialect())};
+}
+
+LogReport ExportActions::report() const
+{
+    return logReport(m_rows, heading(), m_database.printSettings());
+}
+
+} // namespace quarry::viewer
