@@ -21,6 +21,7 @@
 #include "output/FileExports.h"
 
 #include <QAbstractItemModelTester>
+#include <QAction>
 #include <QElapsedTimer>
 #include <QProcess>
 #include <QClipboard>
@@ -29,6 +30,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QHeaderView>
 #include <QImage>
 #include <QLabel>
@@ -145,6 +147,8 @@ private Q_SLOTS:
     void query_data();
     void query();
     void tools();
+    void saveDialogs_data();
+    void saveDialogs();
     void faults_data();
     void faults();
     void noLogFolder();
@@ -311,6 +315,42 @@ void TestViewerWindow::tools()
     QVERIFY(exports(window).exportPdf(dir.filePath(u"hy.pdf"_s)));
     static const QRegularExpression page(u"/Type\\s*/Page[^s]"_s);
     QCOMPARE(QString::fromLatin1(quarry::test::readFile(dir.filePath(u"hy.pdf"_s))).count(page), (rows + 1) / 2);
+}
+
+// Each export button, and the table's menu item, opens its own save dialog
+// for its own kind of file; the print button opens the preview.
+void TestViewerWindow::saveDialogs_data()
+{
+    QTest::addColumn<QString>("control"); // a button's object name or a menu item's text
+    QTest::addColumn<QString>("dialog");  // the dialog's title and the suffix of the file it offers
+    QTest::newRow("csv") << u"exportCsvButton"_s << u"导出 CSV csv"_s;
+    QTest::newRow("excel") << u"exportXlsxButton"_s << u"导出 Excel xlsx"_s;
+    QTest::newRow("pdf") << u"exportPdfButton"_s << u"导出 PDF pdf"_s;
+    QTest::newRow("chart") << u"exportPngButton"_s << u"导出图表 png"_s;
+    QTest::newRow("selection") << u"导出所选到 Excel…"_s << u"导出所选到 Excel xlsx"_s;
+    QTest::newRow("preview") << u"printButton"_s << u"打印预览 — 行员日志 "_s;
+}
+
+void TestViewerWindow::saveDialogs()
+{
+    QFETCH(QString, control);
+    QFETCH(QString, dialog);
+    QUARRY_SAMPLE_STATION(station, Engine::Sqlite, NoHint);
+    ViewerWindow window(sampleCatalogue());
+    window.show();
+    run(window, u"HYRZ"_s, {u"TxtHy=0011"_s, u"BtnOk!"_s});
+    QString seen;
+    quarry::test::ModalWatch watch(nullptr, [&seen](QWidget *widget) {
+        const auto *files = qobject_cast<QFileDialog *>(widget);
+        seen = widget->windowTitle() + u' ' + (files ? QFileInfo(files->selectedFiles().value(0)).suffix() : QString());
+        QTest::keyClick(widget, Qt::Key_Escape);
+    });
+    if (auto *button = window.findChild<QPushButton *>(control))
+        button->click();
+    for (QAction *action : table(window)->actions())
+        if (action->text() == control)
+            action->trigger();
+    QCOMPARE(seen, dialog);
 }
 
 namespace {
