@@ -206,7 +206,12 @@ void BenchLogRows::measure(const char *condition, const char *engine, int rows,
     view.show();
     bool shown = false;
     connect(&model, &LogRowsModel::rowsShown, this, [&shown] { shown = true; });
-    const auto painted = [&] { view.viewport()->repaint(); };
+    // Painted with the rows of the pages it shows, which come in the background.
+    const auto painted = [&] {
+        view.viewport()->repaint();
+        QVERIFY(waitFor([&model] { return !model.isBusy(); }));
+        view.viewport()->repaint();
+    };
 
     GuiBlock block;
     const qint64 firstMs = timed([&] {

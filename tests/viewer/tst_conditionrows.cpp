@@ -179,6 +179,7 @@ Viewed view(const QString &logType, const QStringList &steps)
     LogRowsModel model(500);
     if (viewed.error = readRows(model, database, logSelect(entry, viewed.condition), entry.key); !viewed.error.isEmpty())
         return viewed;
+    const LogRowsModel::ReadingAtOnce allRows(model);
     for (int r = 0; r < model.rowCount(); ++r) {
         Row row;
         for (int c = 0; c < model.columnCount(); ++c)

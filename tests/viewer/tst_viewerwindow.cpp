@@ -39,6 +39,7 @@
 #include <QPushButton>
 #include <QScopeGuard>
 #include <QScrollBar>
+#include <QSet>
 #include <QSignalSpy>
 #include <QStatusBar>
 #include <QSqlError>
@@ -47,6 +48,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
+#include <QTimer>
 
 #include <algorithm>
 #include <optional>
@@ -158,6 +160,7 @@ private Q_SLOTS:
     void pages();
     void cancel_data();
     void cancel();
+    void slowPage();
     void pageLost();
 
 private:
@@ -566,6 +569,22 @@ QStringList fillPaged(SampleStation &station, Engine engine)
     return keys;
 }
 
+// The key in row once its page is in: a row not in memory is a placeholder,
+// without a value, until its page comes and tells of its rows.
+QString key(LogRowsModel &model, int row)
+{
+    const QModelIndex cell = model.index(row, 0);
+    if (cell.data().isValid())
+        return cell.data().toString();
+    bool told = false;
+    QObject context;
+    QObject::connect(&model, &QAbstractItemModel::dataChanged, &context,
+                     [&](const QModelIndex &top, const QModelIndex &bottom) { told = told || (top.row() <= row && row <= bottom.row()); });
+    if (!QTest::qWaitFor([&model] { return !model.isBusy(); }, test::WaitLimit))
+        return u"still reading"_s;
+    return told ? cell.data().toString() : u"not told"_s;
+}
+
 // The rows the view asks for: all of them, in a list of row numbers.
 QList<int> span(int first, int last)
 {
@@ -650,6 +669,8 @@ void TestViewerWindow::pages()
         // The last row is read from the end of the key's index, not walked to.
         QSqlQuery status(database.database());
         QVERIFY(status.exec(u"FLUSH STATUS"_s));
+        // Read on this connection, whose counters the server tells.
+        const LogRowsModel::ReadingAtOnce here(model);
         QCOMPARE(model.index(39, 0).data().toString(), ordered[39]);
         QVERIFY(status.exec(u"SHOW SESSION STATUS WHERE Variable_name IN ('Handler_read_next', 'Handler_read_rnd_next')"_s));
         int walked = 0;
@@ -658,7 +679,7 @@ void TestViewerWindow::pages()
         QVERIFY2(walked < 10, qPrintable(QString::number(walked)));
     }
     for (int row : std::as_const(visits))
-        QCOMPARE(model.index(row, 0).data().toString(), ordered[row]);
+        QCOMPARE(key(model, row), ordered[row]);
     QVERIFY2(!model.lastError().isValid(), qPrintable(model.lastError().text()));
     QCoreApplication::processEvents();
     QCOMPARE(failed.size(), 0);
@@ -715,6 +736,62 @@ void TestViewerWindow::cancel()
     QCOMPARE(model.rowCount(), 40);
     QCOMPARE(readRows(model, database, u"SELECT * FROM PAGED WHERE N < 4"_s, u"K"_s), QString());
     QCOMPARE(model.rowCount(), 4);
+}
+
+// A page that takes the database long is read while the program goes on:
+// its rows are placeholders meanwhile, the model says it is busy (the
+// window offers to stop), a timer keeps its time, and a page stopped on its
+// way is read again when next shown. Of pages asked for in a rush (the
+// scroll bar dragged) only the last few are read, and a page on its way
+// that is no longer asked for is given up.
+void TestViewerWindow::slowPage()
+{
+    QUARRY_REQUIRE_ENGINE(Engine::Sqlite);
+    SampleStation station(Engine::Sqlite, SampleStation::Contents::Empty);
+    fillPaged(station, Engine::Sqlite);
+    QStringList ordered;
+    for (const Row &row : quarry::test::sealRows(station, u"SELECT K FROM PAGED ORDER BY K"_s))
+        ordered.append(row[u"k"_s]);
+    StationDatabase database;
+    QCOMPARE(database.open(), QString());
+    LogRowsModel model(3);
+    // A column that costs a search of millions of rows, but in the first page.
+    QCOMPARE(readRows(model, database, u"SELECT K, CASE WHEN K IN (SELECT K FROM PAGED ORDER BY K LIMIT 3) THEN 0 ELSE "
+                                       "(SELECT COUNT(*) FROM PAGED a, PAGED b, PAGED c, PAGED d WHERE a.N + b.N + c.N + d.N = PAGED.N) END AS S FROM PAGED"_s, u"K"_s), QString());
+    QCOMPARE(model.rowCount(), 40);
+    QSignalSpy busy(&model, &LogRowsModel::busyChanged);
+    QSignalSpy cancelled(&model, &LogRowsModel::cancelled);
+    QSet<int> told;
+    connect(&model, &QAbstractItemModel::dataChanged, this, [&told](const QModelIndex &top) { told.insert(top.row() / 3); });
+    model.index(3, 0).data();
+    QCoreApplication::processEvents(); // on its way
+    for (int row = 15; row < 40; row += 3)
+        model.index(row, 0).data();
+    QVERIFY(QTest::qWaitFor([&model] { return !model.isBusy(); }, test::WaitLimit));
+    QCOMPARE(told, (QSet<int>{10, 11, 12, 13}));
+    busy.clear();
+    int ticks = 0;
+    QTimer timer;
+    connect(&timer, &QTimer::timeout, this, [&ticks] { ++ticks; });
+    timer.start(10);
+    QElapsedTimer asking;
+    asking.start();
+    QVERIFY(!model.index(20, 0).data().isValid());
+    QVERIFY2(asking.elapsed() < 50, qPrintable(QString::number(asking.elapsed())));
+    QVERIFY(QTest::qWaitFor([&busy] { return !busy.isEmpty(); }, test::WaitLimit));
+    QCOMPARE(busy.first(), QVariantList{true});
+    QCOMPARE(key(model, 20), ordered[20]);
+    QVERIFY2(ticks * 10 > asking.elapsed() / 2, qPrintable(u"%1 ticks in %2 ms"_s.arg(ticks).arg(asking.elapsed())));
+    QCOMPARE(busy.last(), QVariantList{false});
+
+    QVERIFY(!model.index(24, 0).data().isValid());
+    QTest::qWait(100);
+    QVERIFY(model.isBusy());
+    QCOMPARE(model.cancel(), QString());
+    QCOMPARE(cancelled.size(), 1);
+    QVERIFY(!model.isBusy());
+    QVERIFY(!model.lastError().isValid());
+    QCOMPARE(key(model, 24), ordered[24]);
 }
 
 // An export writes every row of a log longer than the page the model has

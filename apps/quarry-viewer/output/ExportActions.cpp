@@ -86,8 +86,10 @@ void ExportActions::choosePng()
 
 void ExportActions::printPreview()
 {
-    if (hasRows())
+    if (hasRows()) {
+        const LogRowsModel::ReadingAtOnce allRows(m_model);
         previewReport(report(), m_title, m_parent);
+    }
 }
 
 bool ExportActions::exportCsv(const QString &path)
@@ -108,6 +110,7 @@ bool ExportActions::exportSelectionXlsx(const QString &path)
 {
     if (!hasRows())
         return false;
+    const LogRowsModel::ReadingAtOnce allRows(m_model);
     const SelectedCells cells(m_rows, m_widgets.table.selectionModel()->selection());
     if (cells.rowCount() == 0) {
         Q_EMIT said(u"没有选中的单元格：请先在表格中选择要导出的行或单元格。"_s);
@@ -121,6 +124,7 @@ bool ExportActions::exportPdf(const QString &path)
     if (!hasRows())
         return false;
     QProgressDialog progress(m_parent);
+    const LogRowsModel::ReadingAtOnce allRows(m_model);
     const LogReport pages = report();
     const QString fault
         = writePdf(path, pages, m_title,

@@ -104,6 +104,7 @@ int exportWithoutWindow(const LogCatalogue &catalogue, const QString &logType,
     const LogReport report = logReport(rows, heading, station.printSettings());
     const RowSource source{station.opener(), model.statement(), station.describe()};
     const FileExport file(rows, source, heading, report);
+    const LogRowsModel::ReadingAtOnce allRows(model);
     const qint64 steps = std::max<qint64>(file.progressSteps(path), 1);
     int told = -10;
     const QString failed = file.write(path, [&](qint64 done) {

@@ -17,6 +17,9 @@ namespace {
 // Enough to fill a tall window several times over, few enough to keep a
 // log of millions of rows small in memory.
 constexpr int PagesKept = 8;
+// The pages last asked for that are read: those on view, while older asks
+// (the scroll bar passing by) are dropped.
+constexpr int PagesWanted = PagesKept / 2;
 
 // The rows a view can be told of.
 int viewRows(qint64 rows)
@@ -31,12 +34,28 @@ LogRowsModel::LogRowsModel(int pageRows, QObject *parent)
     , m_pageRowsWanted(qMax(pageRows, 1))
 {
     connect(&m_background, &BackgroundQuery::finished, this, &LogRowsModel::backgroundFinished);
+    connect(&m_pageReader, &BackgroundQuery::finished, this, &LogRowsModel::pageRead);
+}
+
+LogRowsModel::ReadingAtOnce::ReadingAtOnce(const LogRowsModel &model)
+    : m_model(model)
+{
+    ++m_model.m_readingAtOnce;
+}
+
+LogRowsModel::ReadingAtOnce::~ReadingAtOnce()
+{
+    --m_model.m_readingAtOnce;
 }
 
 void LogRowsModel::setQuery(const StationDatabase &station, const QString &select,
                             const QString &key, const RowOrder &own)
 {
+    // The pages on their way were of the station before.
+    m_readingPage = -1;
+    m_wanted.clear();
     m_background.setOpener(station.opener());
+    m_pageReader.setOpener(station.opener());
     readFirstPage({station.database(), select, key, station.paging(), own, own, own.columns},
                   false);
 }
@@ -49,11 +68,38 @@ void LogRowsModel::readFirstPage(const Statement &statement, bool reordered)
     m_background.run(pageSelect(statement.select, statement.key, statement.order, statement.paging,
                                 {}, m_pageRowsWanted),
                      statement.paging == Paging::None ? -1 : m_pageRowsWanted);
+    tellBusy();
+}
+
+bool LogRowsModel::isBusy() const
+{
+    return m_reading != Reading::Nothing || m_readingPage >= 0 || !m_wanted.isEmpty();
 }
 
 QString LogRowsModel::cancel()
 {
-    return isBusy() ? m_background.cancel() : QString();
+    QString fault = m_reading != Reading::Nothing ? m_background.cancel() : QString();
+    const bool pages = m_readingPage >= 0 || !m_wanted.isEmpty();
+    if (m_readingPage >= 0) {
+        const QString pageFault = m_pageReader.cancel();
+        if (fault.isEmpty())
+            fault = pageFault;
+    }
+    m_readingPage = -1;
+    m_wanted.clear();
+    // The statement read in the background tells when it has stopped.
+    if (pages && m_reading == Reading::Nothing)
+        Q_EMIT cancelled();
+    tellBusy();
+    return fault;
+}
+
+void LogRowsModel::tellBusy()
+{
+    if (isBusy() != m_wasBusy) {
+        m_wasBusy = !m_wasBusy;
+        Q_EMIT busyChanged(m_wasBusy);
+    }
 }
 
 void LogRowsModel::clear()
@@ -68,12 +114,22 @@ void LogRowsModel::clear()
     m_columns.clear();
     m_rowCount = 0;
     m_counted = false;
+    forgetPages();
+    m_error = {};
+    endResetModel();
+    tellBusy();
+}
+
+void LogRowsModel::forgetPages()
+{
+    if (m_readingPage >= 0)
+        m_pageReader.cancel();
+    m_readingPage = -1;
+    m_wanted.clear();
     m_pages.clear();
     m_recent.clear();
     m_lastRows.clear();
     m_firstRows.clear();
-    m_error = {};
-    endResetModel();
 }
 
 QString LogRowsModel::statement() const
@@ -118,6 +174,7 @@ void LogRowsModel::backgroundFinished(const QueryResult &result)
         showFirstPage(result);
     else
         showCount(result.rows.value(0).value(0).toLongLong());
+    tellBusy();
 }
 
 void LogRowsModel::showFirstPage(const QueryResult &result)
@@ -127,10 +184,7 @@ void LogRowsModel::showFirstPage(const QueryResult &result)
         beginResetModel();
         m_shown = m_asked;
         m_columns = result.columns;
-        m_pages.clear();
-        m_recent.clear();
-        m_lastRows.clear();
-        m_firstRows.clear();
+        forgetPages();
         m_error = {};
         const qint64 read = result.rows.size();
         const bool whole = m_shown.paging == Paging::None;
@@ -140,9 +194,7 @@ void LogRowsModel::showFirstPage(const QueryResult &result)
             m_counted = whole || read < m_pageRowsWanted;
         }
         m_pageRows = whole ? qMax<qint64>(read, 1) : m_pageRowsWanted;
-        m_pages.insert(0, result.rows);
-        m_recent.append(0);
-        rememberEdges(0, result.rows);
+        keep(0, result.rows);
         endResetModel();
     }
     if (!m_counted) {
@@ -187,6 +239,8 @@ int LogRowsModel::columnCount(const QModelIndex &parent) const
     return parent.isValid() ? 0 : m_columns.count();
 }
 
+// A row not in memory has no value in any role, so that it shows empty
+// until its page comes.
 QVariant LogRowsModel::data(const QModelIndex &index, int role) const
 {
     if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::EditRole))
@@ -217,16 +271,22 @@ void LogRowsModel::fetchMore(const QModelIndex &parent)
 {
     if (m_changing || !canFetchMore(parent))
         return;
+    // Asked of the background, its rows are added when it comes.
+    if (const Page *rows = page(m_rowCount / m_pageRows))
+        addRows(rows->size());
+}
+
+// The rows of the page after the last one shown; fewer than a page: there
+// are no more.
+void LogRowsModel::addRows(qint64 read)
+{
     const QScopedValueRollback changing(m_changing, true);
-    const Page *rows = page(m_rowCount / m_pageRows);
-    if (!rows)
-        return;
-    if (rows->size() < m_pageRows)
+    if (read < m_pageRows)
         m_counted = true;
-    if (rows->isEmpty())
+    if (read == 0)
         return;
-    beginInsertRows({}, int(m_rowCount), int(m_rowCount + rows->size() - 1));
-    m_rowCount += rows->size();
+    beginInsertRows({}, int(m_rowCount), int(m_rowCount + read - 1));
+    m_rowCount += read;
     endInsertRows();
 }
 
@@ -239,29 +299,104 @@ const LogRowsModel::Page *LogRowsModel::page(qint64 number) const
     }
     if (m_error.isValid())
         return nullptr;
+    if (m_readingAtOnce == 0) {
+        askForPage(number);
+        return nullptr;
+    }
     Page rows;
-    m_error = readPage(number, rows);
+    m_error = readPageAtOnce(number, rows);
     if (m_error.isValid()) {
         tellFailure();
         return nullptr;
     }
+    return keep(number, rows);
+}
+
+const LogRowsModel::Page *LogRowsModel::keep(qint64 number, const Page &rows) const
+{
     if (m_pages.size() >= PagesKept)
         m_pages.remove(m_recent.takeFirst());
     m_recent.append(number);
+    rememberEdges(number, rows);
     return &*m_pages.insert(number, rows);
+}
+
+// Asked from data(), which may be called while the view paints: the read
+// starts once the view has asked for all it shows.
+void LogRowsModel::askForPage(qint64 number) const
+{
+    m_wanted.removeOne(number);
+    m_wanted.append(number);
+    if (m_wanted.size() > PagesWanted)
+        m_wanted.removeFirst();
+    if (!std::exchange(m_readNextQueued, true)) {
+        auto *self = const_cast<LogRowsModel *>(this);
+        QMetaObject::invokeMethod(self, &LogRowsModel::readNextPage, Qt::QueuedConnection);
+    }
+}
+
+// The page asked for last is read first; one being read that is no longer
+// asked for is stopped.
+void LogRowsModel::readNextPage()
+{
+    m_readNextQueued = false;
+    if (m_readingPage >= 0 && !m_wanted.contains(m_readingPage)) {
+        m_pageReader.cancel();
+        m_readingPage = -1;
+    }
+    if (m_readingPage < 0 && !m_wanted.isEmpty() && !m_error.isValid()) {
+        m_readingPage = m_wanted.last();
+        m_pageReader.run(pageStatement(m_readingPage, m_readingReversed), int(m_pageRows));
+    }
+    tellBusy();
+}
+
+void LogRowsModel::pageRead(const QueryResult &result)
+{
+    // -1: given up, and what it read means nothing.
+    const qint64 number = std::exchange(m_readingPage, -1);
+    if (number < 0)
+        return;
+    m_wanted.removeOne(number);
+    if (result.cancelled || result.error.isValid()) {
+        m_wanted.clear();
+        if (!result.cancelled) {
+            m_error = result.error;
+            Q_EMIT failed(m_error);
+        }
+    } else {
+        Page rows = result.rows;
+        if (m_readingReversed)
+            std::reverse(rows.begin(), rows.end());
+        showPage(number, rows);
+    }
+    readNextPage();
+}
+
+void LogRowsModel::showPage(qint64 number, const Page &rows)
+{
+    keep(number, rows);
+    const qint64 first = number * m_pageRows;
+    if (first >= m_rowCount) { // fetchMore's
+        addRows(rows.size());
+        return;
+    }
+    const qint64 last = qMin(first + m_pageRows, m_rowCount) - 1;
+    Q_EMIT dataChanged(index(viewRows(first), 0),
+                       index(viewRows(last), qMax(int(m_columns.count()) - 1, 0)));
 }
 
 // A page that follows or precedes one read already starts from that one's
 // edge (going the other way for the page before); a jump into the last half
 // of the counted rows reads the reversed order from its end, so that the
 // end of a log comes as fast as its start.
-QSqlError LogRowsModel::readPage(qint64 number, Page &rows) const
+QString LogRowsModel::pageStatement(qint64 number, bool &reversed) const
 {
     const qint64 first = number * m_pageRows;
     const qint64 size = m_counted ? qMin(m_pageRows, m_rowCount - first) : m_pageRows;
     RowOrder order = m_shown.order;
     PageStart start;
-    bool reversed = false;
+    reversed = false;
     if (const auto before = m_lastRows.constFind(number - 1); before != m_lastRows.cend()) {
         start = *before;
     } else if (const auto after = m_firstRows.constFind(number + 1); after != m_firstRows.cend()) {
@@ -276,10 +411,16 @@ QSqlError LogRowsModel::readPage(qint64 number, Page &rows) const
     if (reversed)
         order.direction
             = order.direction == Qt::AscendingOrder ? Qt::DescendingOrder : Qt::AscendingOrder;
+    return pageSelect(m_shown.select, m_shown.key, order, m_shown.paging, start,
+                      int(qMax<qint64>(size, 1)));
+}
+
+QSqlError LogRowsModel::readPageAtOnce(qint64 number, Page &rows) const
+{
+    bool reversed = false;
     QSqlQuery query(m_shown.database);
     query.setForwardOnly(true);
-    if (!query.exec(pageSelect(m_shown.select, m_shown.key, order, m_shown.paging, start,
-                               int(qMax<qint64>(size, 1)))))
+    if (!query.exec(pageStatement(number, reversed)))
         return query.lastError();
     while (query.next()) {
         QVariantList row;
@@ -292,7 +433,6 @@ QSqlError LogRowsModel::readPage(qint64 number, Page &rows) const
         return query.lastError();
     if (reversed)
         std::reverse(rows.begin(), rows.end());
-    rememberEdges(number, rows);
     return {};
 }
 

@@ -30,13 +30,31 @@ class StationDatabase;
 // the model's own, while the rows before it stay on view: its first page
 // replaces them (rowsShown), and then its rows are counted (counted); until
 // the count is in, the view fetches more rows a page at a time. The pages
-// after the first are read on the station's connection, as the view asks
-// for them.
+// after the first are read in the background too, on a second connection
+// of the model's, so that the count does not hold them up: a row whose page
+// is not in memory is a placeholder (no value in any role) until its page
+// comes (dataChanged). While the scroll bar is dragged only the pages last
+// asked for are read; a read of a page no longer asked for is stopped.
 class LogRowsModel : public QAbstractTableModel
 {
     Q_OBJECT
 
 public:
+    // While one lives, a row not in memory is read at once, on the
+    // station's connection, rather than shown as a placeholder: for whoever
+    // goes through every row (printing, copying a selection) and cannot
+    // wait for the pages to come.
+    class ReadingAtOnce
+    {
+    public:
+        explicit ReadingAtOnce(const LogRowsModel &model);
+        ~ReadingAtOnce();
+        Q_DISABLE_COPY_MOVE(ReadingAtOnce)
+
+    private:
+        const LogRowsModel &m_model;
+    };
+
     explicit LogRowsModel(int pageRows = 1000, QObject *parent = nullptr);
 
     // Starts reading the rows of select on the station in their own order:
@@ -44,13 +62,15 @@ public:
     // row). Holds on to the station's connection until clear().
     void setQuery(const StationDatabase &station, const QString &select, const QString &key,
                   const RowOrder &own = {});
-    // Stops the reading in the background (cancelled() tells); "" when it
+    // Stops the reading in the background (cancelled() tells), pages too:
+    // their rows stay placeholders until they are shown again; "" when it
     // could be stopped, else why not.
     QString cancel();
     // Forgets the rows and what is being read, and lets go of the connection.
     void clear();
-    // Whether a statement or order is being read, or the rows counted.
-    bool isBusy() const { return m_reading != Reading::Nothing; }
+    // Whether a statement or order is being read, the rows counted or a
+    // page read.
+    bool isBusy() const;
     bool isCounted() const { return m_counted; }
     // The statement whose rows are shown, in their order.
     QString statement() const;
@@ -78,6 +98,8 @@ Q_SIGNALS:
     void failed(const QSqlError &error);
     // The reading in the background stopped when asked.
     void cancelled();
+    // isBusy() changed.
+    void busyChanged(bool busy);
 
 private:
     using Page = QList<QVariantList>;
@@ -100,7 +122,16 @@ private:
     void showFirstPage(const QueryResult &result);
     void showCount(qint64 rows);
     const Page *page(qint64 number) const;
-    QSqlError readPage(qint64 number, Page &rows) const;
+    void askForPage(qint64 number) const;
+    const Page *keep(qint64 number, const Page &rows) const;
+    void readNextPage();
+    void pageRead(const QueryResult &result);
+    void showPage(qint64 number, const Page &rows);
+    void addRows(qint64 read);
+    void forgetPages();
+    QString pageStatement(qint64 number, bool &reversed) const;
+    QSqlError readPageAtOnce(qint64 number, Page &rows) const;
+    void tellBusy();
     void rememberEdges(qint64 number, const Page &rows) const;
     PageStart edge(const QVariantList &row) const;
     void tellFailure() const;
@@ -118,7 +149,15 @@ private:
     // (the rows it would add would be told of inside that change).
     bool m_changing = false;
     qint64 m_pageRows = 1;
-    // Read on demand from const data(), as QSqlQueryModel fetches.
+    BackgroundQuery m_pageReader;
+    // Pages data() asked for and not in memory, the latest last; the read
+    // one (-1 for none), and whether it reads the reversed order.
+    mutable QList<qint64> m_wanted;
+    mutable bool m_readNextQueued = false;
+    qint64 m_readingPage = -1;
+    bool m_readingReversed = false;
+    mutable int m_readingAtOnce = 0; // ReadingAtOnce alive
+    bool m_wasBusy = false;
     mutable QHash<qint64, Page> m_pages;
     mutable QList<qint64> m_recent;              // page numbers, the least recently used first
     mutable QHash<qint64, PageStart> m_lastRows; // page number: where the page after it starts

@@ -143,6 +143,7 @@ void ResultPane::addCopyActions()
         auto *action = new QAction(text, m_table);
         m_table->addAction(action);
         connect(action, &QAction::triggered, this, [this, titles] {
+            const LogRowsModel::ReadingAtOnce allRows(m_model);
             const SelectedCells cells(*m_rows, m_table->selectionModel()->selection());
             QGuiApplication::clipboard()->setText(tabSeparated(cells, titles));
         });
@@ -224,6 +225,7 @@ void ResultPane::showColumns(const LogEntry &entry)
 
 void ResultPane::showChart()
 {
+    const LogRowsModel::ReadingAtOnce allRows(m_model);
     m_chart->showRates(m_model);
     m_chart->show();
     m_exportPngButton->show();
@@ -231,8 +233,10 @@ void ResultPane::showChart()
 
 void ResultPane::updateChart()
 {
-    if (m_chart->isVisible())
+    if (m_chart->isVisible()) {
+        const LogRowsModel::ReadingAtOnce allRows(m_model);
         m_chart->showRates(m_model);
+    }
 }
 
 void ResultPane::hideChart()

@@ -60,6 +60,7 @@ ViewerWindow::ViewerWindow(const LogCatalogue &catalogue, QWidget *parent)
     connect(m_model, &LogRowsModel::rowsShown, this, &ViewerWindow::rowsShown);
     connect(m_model, &LogRowsModel::counted, this, &ViewerWindow::showCount);
     connect(m_model, &LogRowsModel::cancelled, this, &ViewerWindow::readingStopped);
+    connect(m_model, &LogRowsModel::busyChanged, m_pane, &ResultPane::showBusy);
     connect(m_model, &LogRowsModel::failed, this, [this](const QSqlError &error) {
         queryFailed(u"在%1上查询失败"_s.arg(m_database.describe()), error);
     });
