@@ -161,6 +161,8 @@ private Q_SLOTS:
     void cancel_data();
     void cancel();
     void slowPage();
+    void sortedOnce_data();
+    void sortedOnce();
     void pageLost();
 
 private:
@@ -792,6 +794,65 @@ void TestViewerWindow::slowPage()
     QVERIFY(!model.isBusy());
     QVERIFY(!model.lastError().isValid());
     QCOMPARE(key(model, 24), ordered[24]);
+}
+
+void TestViewerWindow::sortedOnce_data()
+{
+    QTest::addColumn<Engine>("engine");
+    QTest::addColumn<bool>("refused"); // the login may not create temporary tables
+    QTest::newRow("sqlite") << Engine::Sqlite << false;
+    QTest::newRow("mariadb") << Engine::MariaDb << false;
+    QTest::newRow("mariadb: no temporary tables") << Engine::MariaDb << true;
+}
+
+// Rows sorted by a column are sorted once: a change to the column after it
+// leaves the pages read later in the order sorted, where a page sorted anew
+// would follow the change. A login that may not create the temporary table
+// for that has each page sorted anew, which is told once.
+void TestViewerWindow::sortedOnce()
+{
+    QFETCH(Engine, engine);
+    QFETCH(bool, refused);
+    QUARRY_REQUIRE_ENGINE(engine);
+    SampleStation station(engine, SampleStation::Contents::Empty);
+    fillPaged(station, engine);
+    QStringList byNumber;
+    for (const Row &row : quarry::test::sealRows(station, u"SELECT K FROM PAGED ORDER BY N"_s))
+        byNumber.append(row[u"k"_s]);
+    StationDatabase database;
+    QCOMPARE(database.open(), QString());
+    QSqlQuery grants(database.database());
+    // Connections opened from now on go without the right.
+    const auto restore = qScopeGuard([&grants] { grants.exec(u"GRANT CREATE TEMPORARY TABLES ON *.* TO 'BISOL'@'%'"_s); });
+    if (refused)
+        QVERIFY2(grants.exec(u"REVOKE CREATE TEMPORARY TABLES ON *.* FROM 'BISOL'@'%'"_s), qPrintable(grants.lastError().text()));
+    LogRowsModel model(3);
+    QSignalSpy eachPage(&model, &LogRowsModel::sortingEachPage);
+    QCOMPARE(readRows(model, database, u"SELECT * FROM PAGED"_s, u"K"_s), QString());
+    const auto sortBy = [&model](int column, Qt::SortOrder direction) {
+        model.sort(column, direction);
+        return QTest::qWaitFor([&model] { return !model.isBusy(); }, test::WaitLimit);
+    };
+    QVERIFY(sortBy(1, Qt::AscendingOrder));
+    QCOMPARE(key(model, 0), byNumber[0]);
+    station.changeSeal(u"UPDATE PAGED SET N = 100 - N;\n"_s);
+    QVERIFY2(station.isValid(), qPrintable(station.errorText()));
+    QStringList shown;
+    QStringList sorted;
+    for (int row : {3, 4, 20, 39}) {
+        shown << key(model, row);
+        sorted << byNumber[row];
+    }
+    if (refused)
+        QVERIFY(shown != sorted);
+    else
+        QCOMPARE(shown, sorted);
+    QVERIFY(sortBy(2, Qt::DescendingOrder));
+    QCOMPARE(eachPage.size(), refused ? 1 : 0);
+    if (refused)
+        QVERIFY2(eachPage.first().first().value<QSqlError>().text().contains(u"denied"_s, Qt::CaseInsensitive),
+                 qPrintable(eachPage.first().first().value<QSqlError>().text()));
+    QVERIFY(!model.lastError().isValid());
 }
 
 // An export writes every row of a log longer than the page the model has

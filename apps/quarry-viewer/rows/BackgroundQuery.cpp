@@ -8,6 +8,43 @@ using namespace Qt::StringLiterals;
 
 namespace quarry::viewer {
 
+namespace {
+
+// Runs statement and keeps at most maxRows of its rows (all for -1).
+QueryResult execute(const QSqlDatabase &database, const QString &statement,
+                    QueryInterrupt &interrupt, quint64 ticket, int maxRows)
+{
+    QueryResult result;
+    QSqlQuery query(database);
+    query.setForwardOnly(true);
+    // ODBC's statement handle, which its cancel needs, comes with prepare().
+    const bool prepared = database.driverName() == "QODBC"_L1;
+    if (prepared && !query.prepare(statement)) {
+        result.error = query.lastError();
+        return result;
+    }
+    if (!interrupt.started(query, ticket)) {
+        result.cancelled = true;
+        return result;
+    }
+    if (prepared ? query.exec() : query.exec(statement)) {
+        result.columns = query.record();
+        while ((maxRows < 0 || result.rows.size() < maxRows) && query.next()) {
+            QVariantList row;
+            row.reserve(result.columns.count());
+            for (int c = 0; c < result.columns.count(); ++c)
+                row.append(query.value(c));
+            result.rows.append(row);
+        }
+    }
+    result.error = query.lastError();
+    interrupt.finished();
+    result.cancelled = interrupt.isStopped(ticket);
+    return result;
+}
+
+} // namespace
+
 // The connection and the interrupt that watches it.
 struct BackgroundQuery::Connection
 {
@@ -38,32 +75,39 @@ BackgroundQuery::~BackgroundQuery()
 
 void BackgroundQuery::setOpener(Opener opener)
 {
-    stopRunning();
-    ++m_ticket;
+    stop();
     m_opener = std::move(opener);
     m_interrupt = std::make_shared<QueryInterrupt>();
     m_killer.reset();
 }
 
-void BackgroundQuery::run(const QString &select, int maxRows)
+void BackgroundQuery::run(const QString &select, int maxRows, const QStringList &before)
+{
+    stop();
+    const quint64 ticket = m_ticket;
+    m_running = ticket;
+    QMetaObject::invokeMethod(m_onThread,
+                              [this, interrupt = m_interrupt, opener = m_opener,
+                               statements = before + QStringList{select}, maxRows, ticket] {
+                                  QueryResult result
+                                      = read(interrupt, opener, statements, maxRows, ticket);
+                                  QMetaObject::invokeMethod(
+                                      this,
+                                      [this, ticket, result = std::move(result)] {
+                                          // A statement asked for later has taken this one's place.
+                                          if (ticket != m_ticket)
+                                              return;
+                                          m_running = 0;
+                                          Q_EMIT finished(result);
+                                      },
+                                      Qt::QueuedConnection);
+                              });
+}
+
+void BackgroundQuery::stop()
 {
     stopRunning();
-    const quint64 ticket = ++m_ticket;
-    m_running = ticket;
-    QMetaObject::invokeMethod(
-        m_onThread, [this, interrupt = m_interrupt, opener = m_opener, select, maxRows, ticket] {
-            QueryResult result = read(interrupt, opener, select, maxRows, ticket);
-            QMetaObject::invokeMethod(
-                this,
-                [this, ticket, result = std::move(result)] {
-                    // A statement asked for later has taken this one's place.
-                    if (ticket != m_ticket)
-                        return;
-                    m_running = 0;
-                    Q_EMIT finished(result);
-                },
-                Qt::QueuedConnection);
-        });
+    ++m_ticket;
 }
 
 QString BackgroundQuery::cancel()
@@ -96,7 +140,7 @@ QString BackgroundQuery::interrupt(quint64 ticket)
 
 // On the thread.
 QueryResult BackgroundQuery::read(const std::shared_ptr<QueryInterrupt> &interrupt,
-                                  const Opener &opener, const QString &select, int maxRows,
+                                  const Opener &opener, const QStringList &statements, int maxRows,
                                   quint64 ticket)
 {
     QueryResult result;
@@ -110,31 +154,12 @@ QueryResult BackgroundQuery::read(const std::shared_ptr<QueryInterrupt> &interru
         interrupt->watch(m_connection->database->database());
     }
     const QSqlDatabase database = m_connection->database->database();
-    QSqlQuery query(database);
-    query.setForwardOnly(true);
-    // ODBC's statement handle, which its cancel needs, comes with prepare().
-    const bool prepared = database.driverName() == "QODBC"_L1;
-    if (prepared && !query.prepare(select)) {
-        result.error = query.lastError();
-        return result;
+    for (qsizetype i = 0; i < statements.size(); ++i) {
+        result = execute(database, statements[i], *interrupt, ticket,
+                         i + 1 == statements.size() ? maxRows : 0);
+        if (result.error.isValid() || result.cancelled)
+            break;
     }
-    if (!interrupt->started(query, ticket)) {
-        result.cancelled = true;
-        return result;
-    }
-    if (prepared ? query.exec() : query.exec(select)) {
-        result.columns = query.record();
-        while ((maxRows < 0 || result.rows.size() < maxRows) && query.next()) {
-            QVariantList row;
-            row.reserve(result.columns.count());
-            for (int c = 0; c < result.columns.count(); ++c)
-                row.append(query.value(c));
-            result.rows.append(row);
-        }
-    }
-    result.error = query.lastError();
-    interrupt->finished();
-    result.cancelled = interrupt->isStopped(ticket);
     return result;
 }
 

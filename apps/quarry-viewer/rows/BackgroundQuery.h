@@ -46,10 +46,13 @@ public:
     // The statements from now on run on a connection that opener opens (on
     // the thread); the one running is stopped and tells nothing.
     void setOpener(Opener opener);
-    // Runs select and keeps at most maxRows of its rows (all for -1);
-    // finished() tells. A statement still running is stopped and tells
+    // Runs the statements before (their rows unread; the first fault ends
+    // them), then select, and keeps at most maxRows of its rows (all for
+    // -1); finished() tells. A statement still running is stopped and tells
     // nothing.
-    void run(const QString &select, int maxRows);
+    void run(const QString &select, int maxRows, const QStringList &before = {});
+    // Stops the running statement, which tells nothing.
+    void stop();
     // Stops the running statement, which then tells finished() with
     // cancelled set; "" when it could be told to stop, else why not.
     QString cancel();
@@ -62,7 +65,7 @@ private:
     struct Connection;
 
     QueryResult read(const std::shared_ptr<QueryInterrupt> &interrupt, const Opener &opener,
-                     const QString &select, int maxRows, quint64 ticket);
+                     const QStringList &statements, int maxRows, quint64 ticket);
     QString interrupt(quint64 ticket);
     void stopRunning();
 

@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 namespace quarry::viewer {
 
 namespace {
@@ -54,6 +56,8 @@ void LogRowsModel::setQuery(const StationDatabase &station, const QString &selec
     // The pages on their way were of the station before.
     m_readingPage = -1;
     m_wanted.clear();
+    m_positionsRefused = {};
+    m_refusalTold = false;
     m_background.setOpener(station.opener());
     m_pageReader.setOpener(station.opener());
     readFirstPage({station.database(), select, key, station.paging(), own, own, own.columns},
@@ -64,11 +68,41 @@ void LogRowsModel::readFirstPage(const Statement &statement, bool reordered)
 {
     m_asked = statement;
     m_reordering = reordered;
+    if (statement.positions != PositionTable::None) {
+        // Sorted where its pages are read: a temporary table lives on the
+        // connection that made it. The rows are counted again after.
+        m_reading = Reading::Positions;
+        m_background.stop();
+        m_readingPage = -1;
+        m_wanted.clear();
+        m_pageReader.run(positionsPage(statement.positions, statement.select, statement.key, 0,
+                                       m_pageRowsWanted),
+                         m_pageRowsWanted,
+                         positionsFill(statement.positions, statement.select, statement.key,
+                                       statement.order));
+        tellBusy();
+        return;
+    }
     m_reading = Reading::FirstPage;
     m_background.run(pageSelect(statement.select, statement.key, statement.order, statement.paging,
                                 {}, m_pageRowsWanted),
                      statement.paging == Paging::None ? -1 : m_pageRowsWanted);
     tellBusy();
+}
+
+// Where an order by a column is kept sorted: SQLite and MySQL (through
+// their own drivers) sort into a temporary table.
+PositionTable LogRowsModel::positionTable() const
+{
+    if (m_shown.paging != Paging::LimitOffset || m_positionsRefused.isValid())
+        return PositionTable::None;
+    const QSqlDriver *driver = m_shown.database.driver();
+    if (driver->dbmsType() == QSqlDriver::SQLite)
+        return PositionTable::RowId;
+    if (driver->dbmsType() == QSqlDriver::MySqlServer
+        && m_shown.database.driverName() != "QODBC"_L1)
+        return PositionTable::AutoIncrement;
+    return PositionTable::None;
 }
 
 bool LogRowsModel::isBusy() const
@@ -78,7 +112,9 @@ bool LogRowsModel::isBusy() const
 
 QString LogRowsModel::cancel()
 {
-    QString fault = m_reading != Reading::Nothing ? m_background.cancel() : QString();
+    QString fault = m_reading == Reading::Positions ? m_pageReader.cancel()
+        : m_reading != Reading::Nothing             ? m_background.cancel()
+                                                    : QString();
     const bool pages = m_readingPage >= 0 || !m_wanted.isEmpty();
     if (m_readingPage >= 0) {
         const QString pageFault = m_pageReader.cancel();
@@ -109,6 +145,7 @@ void LogRowsModel::clear()
     // What the background still tells is not listened to.
     m_reading = Reading::Nothing;
     m_background.cancel();
+    m_pageReader.stop();
     m_asked = {};
     m_shown = {};
     m_columns.clear();
@@ -123,7 +160,7 @@ void LogRowsModel::clear()
 void LogRowsModel::forgetPages()
 {
     if (m_readingPage >= 0)
-        m_pageReader.cancel();
+        m_pageReader.stop();
     m_readingPage = -1;
     m_wanted.clear();
     m_pages.clear();
@@ -149,13 +186,16 @@ void LogRowsModel::sort(int column, Qt::SortOrder order)
     if (column < 0) {
         sorted.order = sorted.own;
         sorted.orderFields = sorted.own.columns;
+        sorted.positions = PositionTable::None;
     } else if (name.compare(m_shown.key, Qt::CaseInsensitive) == 0) {
         sorted.order = {{}, order};
         sorted.orderFields = {};
+        sorted.positions = PositionTable::None;
     } else {
         sorted.order
             = {{sorted.database.driver()->escapeIdentifier(name, QSqlDriver::FieldName)}, order};
         sorted.orderFields = {name};
+        sorted.positions = positionTable();
     }
     if (sorted.order != m_shown.order)
         readFirstPage(sorted, true);
@@ -174,6 +214,25 @@ void LogRowsModel::backgroundFinished(const QueryResult &result)
         showFirstPage(result);
     else
         showCount(result.rows.value(0).value(0).toLongLong());
+    tellBusy();
+}
+
+void LogRowsModel::positionsRead(const QueryResult &result)
+{
+    m_reading = Reading::Nothing;
+    if (result.cancelled) {
+        Q_EMIT cancelled();
+    } else if (result.error.isValid()) {
+        // Sorted as every other order then, each page anew; a fault of the
+        // statement itself is told when that fails too.
+        m_positionsRefused = result.error;
+        Statement perPage = m_asked;
+        perPage.positions = PositionTable::None;
+        readFirstPage(perPage, m_reordering);
+        return;
+    } else {
+        showFirstPage(result);
+    }
     tellBusy();
 }
 
@@ -202,6 +261,8 @@ void LogRowsModel::showFirstPage(const QueryResult &result)
         m_background.run(countSelect(m_shown.select), 1);
     }
     Q_EMIT rowsShown();
+    if (m_positionsRefused.isValid() && !std::exchange(m_refusalTold, true))
+        Q_EMIT sortingEachPage(m_positionsRefused);
 }
 
 void LogRowsModel::showCount(qint64 rows)
@@ -340,19 +401,27 @@ void LogRowsModel::askForPage(qint64 number) const
 void LogRowsModel::readNextPage()
 {
     m_readNextQueued = false;
+    // The reader sorts: the pages of the order before can wait for it.
+    if (m_reading == Reading::Positions)
+        return;
     if (m_readingPage >= 0 && !m_wanted.contains(m_readingPage)) {
-        m_pageReader.cancel();
+        m_pageReader.stop();
         m_readingPage = -1;
     }
     if (m_readingPage < 0 && !m_wanted.isEmpty() && !m_error.isValid()) {
         m_readingPage = m_wanted.last();
-        m_pageReader.run(pageStatement(m_readingPage, m_readingReversed), int(m_pageRows));
+        m_pageReader.run(pageStatement(m_readingPage, m_shown.positions, m_readingReversed),
+                         int(m_pageRows));
     }
     tellBusy();
 }
 
 void LogRowsModel::pageRead(const QueryResult &result)
 {
+    if (m_reading == Reading::Positions) {
+        positionsRead(result);
+        return;
+    }
     // -1: given up, and what it read means nothing.
     const qint64 number = std::exchange(m_readingPage, -1);
     if (number < 0)
@@ -390,13 +459,16 @@ void LogRowsModel::showPage(qint64 number, const Page &rows)
 // edge (going the other way for the page before); a jump into the last half
 // of the counted rows reads the reversed order from its end, so that the
 // end of a log comes as fast as its start.
-QString LogRowsModel::pageStatement(qint64 number, bool &reversed) const
+QString LogRowsModel::pageStatement(qint64 number, PositionTable positions, bool &reversed) const
 {
     const qint64 first = number * m_pageRows;
     const qint64 size = m_counted ? qMin(m_pageRows, m_rowCount - first) : m_pageRows;
+    reversed = false;
+    if (positions != PositionTable::None)
+        return positionsPage(positions, m_shown.select, m_shown.key, first,
+                             int(qMax<qint64>(size, 1)));
     RowOrder order = m_shown.order;
     PageStart start;
-    reversed = false;
     if (const auto before = m_lastRows.constFind(number - 1); before != m_lastRows.cend()) {
         start = *before;
     } else if (const auto after = m_firstRows.constFind(number + 1); after != m_firstRows.cend()) {
@@ -420,7 +492,8 @@ QSqlError LogRowsModel::readPageAtOnce(qint64 number, Page &rows) const
     bool reversed = false;
     QSqlQuery query(m_shown.database);
     query.setForwardOnly(true);
-    if (!query.exec(pageStatement(number, reversed)))
+    // The station's connection has no table of positions.
+    if (!query.exec(pageStatement(number, PositionTable::None, reversed)))
         return query.lastError();
     while (query.next()) {
         QVariantList row;

@@ -100,6 +100,10 @@ Q_SIGNALS:
     void cancelled();
     // isBusy() changed.
     void busyChanged(bool busy);
+    // The rows sorted by a column could not be kept sorted on the database
+    // (the login may not create a temporary table): each page of that order
+    // and of those after it is sorted anew.
+    void sortingEachPage(const QSqlError &why);
 
 private:
     using Page = QList<QVariantList>;
@@ -114,11 +118,17 @@ private:
         RowOrder own;
         RowOrder order;
         QStringList orderFields; // the order's columns as the rows name them
+        // Where the order is kept sorted, on the page reader's connection.
+        PositionTable positions = PositionTable::None;
     };
-    enum class Reading { Nothing, FirstPage, Count };
+    // Positions: the rows sorted once, and the first page of them, read by
+    // the page reader.
+    enum class Reading { Nothing, FirstPage, Positions, Count };
 
     void readFirstPage(const Statement &statement, bool reordered);
     void backgroundFinished(const QueryResult &result);
+    void positionsRead(const QueryResult &result);
+    PositionTable positionTable() const;
     void showFirstPage(const QueryResult &result);
     void showCount(qint64 rows);
     const Page *page(qint64 number) const;
@@ -129,7 +139,7 @@ private:
     void showPage(qint64 number, const Page &rows);
     void addRows(qint64 read);
     void forgetPages();
-    QString pageStatement(qint64 number, bool &reversed) const;
+    QString pageStatement(qint64 number, PositionTable positions, bool &reversed) const;
     QSqlError readPageAtOnce(qint64 number, Page &rows) const;
     void tellBusy();
     void rememberEdges(qint64 number, const Page &rows) const;
@@ -144,7 +154,9 @@ private:
     QSqlRecord m_columns;
     qint64 m_rowCount = 0;
     bool m_counted = false;
-    bool m_reordering = false; // the statement asked for is the one shown
+    bool m_reordering = false;    // the statement asked for is the one shown
+    QSqlError m_positionsRefused; // why this station's orders are sorted each page
+    bool m_refusalTold = false;
     // While the model tells of a change: a view's fetchMore() then waits
     // (the rows it would add would be told of inside that change).
     bool m_changing = false;

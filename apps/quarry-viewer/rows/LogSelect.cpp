@@ -79,6 +79,28 @@ QString after(const QString &key, const RowOrder &order, const PageStart &start)
 
 } // namespace
 
+QStringList positionsFill(PositionTable table, const QString &select, const QString &key,
+                          const RowOrder &order)
+{
+    const QString sorted
+        = u"SELECT "_s + key + u" AS k FROM ("_s + select + u") paged"_s + orderBy(key, order);
+    if (table == PositionTable::RowId)
+        return {u"DROP TABLE IF EXISTS temp.quarry_positions"_s,
+                u"CREATE TEMP TABLE quarry_positions AS "_s + sorted};
+    return {u"DROP TEMPORARY TABLE IF EXISTS quarry_positions"_s,
+            u"CREATE TEMPORARY TABLE quarry_positions (pos BIGINT AUTO_INCREMENT PRIMARY KEY) "_s
+                + sorted};
+}
+
+QString positionsPage(PositionTable table, const QString &select, const QString &key, qint64 first,
+                      int rows)
+{
+    const QString position = table == PositionTable::RowId ? u"p.rowid"_s : u"p.pos"_s;
+    return u"SELECT paged.* FROM quarry_positions p JOIN ("_s + select + u") paged ON paged."_s
+        + key + u" = p.k WHERE "_s + position
+        + u" BETWEEN %1 AND %2 ORDER BY "_s.arg(first + 1).arg(first + rows) + position;
+}
+
 QString orderedSelect(const QString &select, const QString &key, const RowOrder &order)
 {
     return u"SELECT * FROM ("_s + select + u") paged"_s + orderBy(key, order);

@@ -50,6 +50,23 @@ struct PageStart
     QStringList columnsAfter;
 };
 
+// Where the engine keeps an order sorted once, for pages read by position:
+// a temporary table of the keys (of the connection that sorted), numbered
+// from 1 in the order as it is filled: by SQLite's rowid, by MySQL's and
+// MariaDB's AUTO_INCREMENT.
+enum class PositionTable {
+    None, // each page is sorted anew
+    RowId,
+    AutoIncrement,
+};
+
+// The statements that sort the rows of select in the order into the table.
+QStringList positionsFill(PositionTable table, const QString &select, const QString &key,
+                          const RowOrder &order);
+// The rows of select at positions first + 1 to first + rows of the table.
+QString positionsPage(PositionTable table, const QString &select, const QString &key, qint64 first,
+                      int rows);
+
 // Every row of select in the order.
 QString orderedSelect(const QString &select, const QString &key, const RowOrder &order);
 // At most `rows` rows of select in the order, from start.

@@ -61,6 +61,12 @@ ViewerWindow::ViewerWindow(const LogCatalogue &catalogue, QWidget *parent)
     connect(m_model, &LogRowsModel::counted, this, &ViewerWindow::showCount);
     connect(m_model, &LogRowsModel::cancelled, this, &ViewerWindow::readingStopped);
     connect(m_model, &LogRowsModel::busyChanged, m_pane, &ResultPane::showBusy);
+    connect(m_model, &LogRowsModel::sortingEachPage, this, [this](const QSqlError &why) {
+        statusBar()->showMessage(
+            u"%1 上不能建立临时表，按列排序后每一页都要重新排序，翻页较慢：%2"_s.arg(
+                m_database.describe(),
+                why.databaseText().isEmpty() ? why.text() : why.databaseText()));
+    });
     connect(m_model, &LogRowsModel::failed, this, [this](const QSqlError &error) {
         queryFailed(u"在%1上查询失败"_s.arg(m_database.describe()), error);
     });
