@@ -206,10 +206,14 @@ void BenchLogRows::measure(const char *condition, const char *engine, int rows,
     view.show();
     bool shown = false;
     connect(&model, &LogRowsModel::rowsShown, this, [&shown] { shown = true; });
-    // Painted with the rows of the pages it shows, which come in the background.
+    // Painted with the rows it shows, whose pages come in the background.
     const auto painted = [&] {
         view.viewport()->repaint();
-        QVERIFY(waitFor([&model] { return !model.isBusy(); }));
+        const auto read = [&](int row) { return model.index(row, 0).data().isValid(); };
+        QVERIFY(waitFor([&] {
+            const int bottom = view.rowAt(view.viewport()->height() - 1);
+            return read(view.rowAt(0)) && read(bottom < 0 ? model.rowCount() - 1 : bottom);
+        }));
         view.viewport()->repaint();
     };
 

@@ -35,6 +35,9 @@ class StationDatabase;
 // is not in memory is a placeholder (no value in any role) until its page
 // comes (dataChanged). While the scroll bar is dragged only the pages last
 // asked for are read; a read of a page no longer asked for is stopped.
+// Where the engine allows it, rows sorted by a column are sorted once, into
+// a temporary table of their keys by position on that second connection,
+// and every page of that order is read from it by position.
 class LogRowsModel : public QAbstractTableModel
 {
     Q_OBJECT

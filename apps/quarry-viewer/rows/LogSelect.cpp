@@ -77,6 +77,21 @@ QString after(const QString &key, const RowOrder &order, const PageStart &start)
     return bound + u" AND ("_s + any + u")"_s;
 }
 
+// At most `rows` rows, after `offset`.
+QString slice(Paging paging, qint64 offset, int rows)
+{
+    switch (paging) {
+    case Paging::LimitOffset:
+        return offset > 0 ? u" LIMIT %1 OFFSET %2"_s.arg(rows).arg(offset)
+                          : u" LIMIT %1"_s.arg(rows);
+    case Paging::OffsetFetch:
+        return u" OFFSET %1 ROWS FETCH NEXT %2 ROWS ONLY"_s.arg(offset).arg(rows);
+    case Paging::None:
+        break;
+    }
+    return {};
+}
+
 } // namespace
 
 QStringList positionsFill(PositionTable table, const QString &select, const QString &key,
@@ -109,23 +124,18 @@ QString orderedSelect(const QString &select, const QString &key, const RowOrder 
 QString pageSelect(const QString &select, const QString &key, const RowOrder &order, Paging paging,
                    const PageStart &start, int rows)
 {
+    if (start.offset > 0 && paging != Paging::None) {
+        // The rows skipped are walked for their keys alone, which an index of
+        // the order's columns holds: the server reads the rows of the page only.
+        const QString keys = u"SELECT "_s + key + u" AS quarry_key FROM ("_s + select + u") paged"_s
+            + orderBy(key, order) + slice(paging, start.offset, rows);
+        return u"SELECT paged.* FROM ("_s + select + u") paged JOIN ("_s + keys
+            + u") skipped ON paged."_s + key + u" = skipped.quarry_key"_s + orderBy(key, order);
+    }
     QString page = u"SELECT * FROM ("_s + select + u") paged"_s;
     if (!start.keyAfter.isEmpty())
         page += u" WHERE "_s + after(key, order, start);
-    page += orderBy(key, order);
-    switch (paging) {
-    case Paging::LimitOffset:
-        page += u" LIMIT %1"_s.arg(rows);
-        if (start.offset > 0)
-            page += u" OFFSET %1"_s.arg(start.offset);
-        break;
-    case Paging::OffsetFetch:
-        page += u" OFFSET %1 ROWS FETCH NEXT %2 ROWS ONLY"_s.arg(start.offset).arg(rows);
-        break;
-    case Paging::None:
-        break;
-    }
-    return page;
+    return page + orderBy(key, order) + slice(paging, start.offset, rows);
 }
 
 } // namespace quarry::viewer
