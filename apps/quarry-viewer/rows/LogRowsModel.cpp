@@ -70,7 +70,8 @@ void LogRowsModel::readFirstPage(const Statement &statement, bool reordered)
     m_reordering = reordered;
     if (statement.positions != PositionTable::None) {
         // Sorted where its pages are read: a temporary table lives on the
-        // connection that made it. The rows are counted again after.
+        // connection that made it. A count under way stops, and starts
+        // again with the first page.
         m_reading = Reading::Positions;
         m_background.stop();
         m_readingPage = -1;
@@ -182,15 +183,14 @@ void LogRowsModel::sort(int column, Qt::SortOrder order)
         || column >= m_columns.count())
         return;
     Statement sorted = m_shown;
+    sorted.positions = PositionTable::None; // the own order and the key's have an index
     const QString name = m_columns.fieldName(column);
     if (column < 0) {
         sorted.order = sorted.own;
         sorted.orderFields = sorted.own.columns;
-        sorted.positions = PositionTable::None;
     } else if (name.compare(m_shown.key, Qt::CaseInsensitive) == 0) {
         sorted.order = {{}, order};
         sorted.orderFields = {};
-        sorted.positions = PositionTable::None;
     } else {
         sorted.order
             = {{sorted.database.driver()->escapeIdentifier(name, QSqlDriver::FieldName)}, order};
