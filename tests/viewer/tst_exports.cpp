@@ -6,9 +6,12 @@
 #include "output/LogReport.h"
 #include "output/SelectedCells.h"
 #include "TestFiles.h"
+#include "output/FileExports.h"
 #include "output/XlsxExport.h"
 #include "output/ReportPreview.h"
 #include "output/TableLayout.h"
+
+#include "platform/DbConnection.h"
 
 #include <QDate>
 #include <QApplication>
@@ -75,6 +78,52 @@ QList<QStandardItem *> row(const QVariantList &values)
     }
     return items;
 }
+
+// The rows of select, read from a database file of the test's own.
+RowSource sqliteRows(const QString &select)
+{
+    static const QTemporaryDir dir;
+    const QString path = dir.filePath(u"rows.db"_s);
+    if (!QFile::exists(path))
+        quarry::test::writeFile(path, {}); // an empty database
+    const auto open = [path](quarry::DbConnection &connection) {
+        connection.open(u"Server=;Database="_s + path, {}, {}, true);
+        return connection.failed() ? connection.errorText() : QString();
+    };
+    return {open, select, path};
+}
+
+// A statement whose rows are these texts.
+QString selectOf(const QList<QStringList> &rows)
+{
+    QStringList selects;
+    for (const QStringList &row : rows) {
+        QStringList values;
+        for (const QString &value : row)
+            values.append(u"'%1'"_s.arg(QString(value).replace(u'\'', u"''"_s)));
+        selects.append(u"SELECT "_s + values.join(u", "_s));
+    }
+    return selects.join(u" UNION ALL "_s);
+}
+
+// The numbers 1 to count, and columns more of text.
+QString numbered(int count, int columns, const QString &text = {})
+{
+    return u"WITH RECURSIVE n(x) AS (SELECT 1 UNION ALL SELECT x + 1 FROM n WHERE x < %1) "
+           "SELECT x%2 FROM n WHERE x <= %1"_s.arg(count).arg(u", '%1'"_s.arg(text).repeated(columns));
+}
+
+// A model of no rows with these titles, and the viewer's labels over it.
+struct Titled
+{
+    explicit Titled(const QStringList &titles)
+    {
+        model.setHorizontalHeaderLabels(titles);
+        rows.setSourceModel(&model);
+    }
+    QStandardItemModel model;
+    LabelledRows rows;
+};
 
 // The PDF's text as a reader's search sees it, pages from first to last.
 QString pdfText(const QString &pdf, int first = 1, int last = 0)
@@ -241,14 +290,15 @@ private Q_SLOTS:
     void reportValuesWhole()
     {
         const QStringList titles{u"序号"_s, u"账号"_s, u"日期"_s, u"时间"_s, u"金额"_s, u"网点号"_s, u"备注"_s};
-        QStandardItemModel model;
-        model.setHorizontalHeaderLabels(titles);
         const QString memo = u"印鉴卡更换后首次验印，网点主管已复核全部票据要素。"_s.repeated(3);
+        QList<QStringList> values;
         for (int r = 0; r < 3; ++r)
-            model.appendRow(row({r + 1, u"1107061012345678%1"_s.arg(r), u"2005-10-2%1"_s.arg(r), u"14:15:3%1"_s.arg(r),
-                                 u"5172.80"_s, u"0101"_s, memo + u"第%1条"_s.arg(r + 1)}));
+            values.append({QString::number(r + 1), u"1107061012345678%1"_s.arg(r), u"2005-10-2%1"_s.arg(r), u"14:15:3%1"_s.arg(r),
+                           u"5172.80"_s, u"0101"_s, memo + u"第%1条"_s.arg(r + 1)});
         const QString condition = u" where  ACCNO  LIKE  '1107%'"_s;
-        LogReport report(model, {u"验印日志"_s, condition, u"SEAL.db"_s, u"SELECT * FROM YYLOG"_s + condition, u"账号 以 1107 开头"_s}, {2, 24});
+        Titled model(titles);
+        LogReport report(model.rows, sqliteRows(selectOf(values)),
+                         {u"验印日志"_s, condition, u"SEAL.db"_s, u"SELECT * FROM YYLOG"_s + condition, u"账号 以 1107 开头"_s}, {2, 24});
         report.setIdentifyingColumns({0, 1});
         QTemporaryDir dir;
         const QString path = dir.filePath(u"report.pdf"_s);
@@ -264,7 +314,7 @@ private Q_SLOTS:
         QVERIFY(!text.contains(u'…'));
         for (int r = 0; r < 3; ++r) {
             for (int c = 1; c < titles.size() - 1; ++c)
-                QVERIFY2(text.contains(model.item(r, c)->text()), qPrintable(model.item(r, c)->text()));
+                QVERIFY2(text.contains(values[r][c]), qPrintable(values[r][c]));
             QVERIFY(text.contains(u"第%1条"_s.arg(r + 1)));
         }
         QCOMPARE(text.count(u"条件：账号以1107开头"_s), 1);
@@ -284,12 +334,12 @@ private Q_SLOTS:
         for (int b = 110000; b <= 113000; ++b)
             branches.append(QString::number(b));
         const QString condition = u" where ( wdh in ('%1'))"_s.arg(branches.join(u"','"_s));
-        QStandardItemModel model(1, 1);
+        Titled model({u"网点号"_s});
         QTemporaryDir dir;
         const QString path = dir.filePath(u"long.pdf"_s);
         {
             QPdfWriter pdf(path);
-            QVERIFY(LogReport(model, {u"验印日志"_s, condition, u"SEAL"_s, condition, u"网点号 为 "_s + branches.join(u'、')}, {60, 10}).paint(pdf));
+            QVERIFY(LogReport(model.rows, sqliteRows(u"SELECT 1"_s), {u"验印日志"_s, condition, u"SEAL"_s, condition, u"网点号 为 "_s + branches.join(u'、')}, {60, 10}).paint(pdf));
         }
         QVERIFY(!pdfText(path, 1, 1).contains(u"113000"_s));
         const QString text = pdfText(path).remove(u'\n');
@@ -315,7 +365,9 @@ private Q_SLOTS:
         const QString path = dir.filePath(u"stat.pdf"_s);
         {
             QPdfWriter pdf(path);
-            QVERIFY(logReport(rows, {u"验印结果统计"_s, {}, u"SEAL"_s, {}}, {60, 10}).paint(pdf));
+            const QString select = u"WITH RECURSIVE n(x) AS (SELECT 0 UNION ALL SELECT x + 1 FROM n WHERE x < 261) "
+                                   "SELECT '不应打印', '0101', printf('T%04d', x), 10, x % 11 FROM n"_s;
+            QVERIFY(logReport(rows, sqliteRows(select), {u"验印结果统计"_s, {}, u"SEAL"_s, {}}, {60, 10}).paint(pdf));
         }
         const QString text = pdfText(path);
         QVERIFY(!text.contains(u"不应打印"_s));
@@ -330,11 +382,7 @@ private Q_SLOTS:
     // so.
     void previewStopped()
     {
-        QStandardItemModel model(6000, 12);
-        for (int r = 0; r < 6000; ++r) {
-            for (int c = 0; c < 12; ++c)
-                model.setData(model.index(r, c), u"1107061012345678"_s);
-        }
+        Titled model(QStringList(12, u"账号"_s));
         QString title;
         bool stopped = false;
         int looks = 0;
@@ -354,8 +402,50 @@ private Q_SLOTS:
             }
         });
         look.start(20);
-        previewReport(LogReport(model, {u"验印日志"_s, {}, u"SEAL"_s, {}}, {60, 9}), u"验印日志"_s, nullptr);
+        previewReport(LogReport(model.rows, sqliteRows(numbered(6000, 11, u"1107061012345678"_s)), {u"验印日志"_s, {}, u"SEAL"_s, {}}, {60, 9}),
+                      u"验印日志"_s, nullptr);
         QCOMPARE(title, u"打印预览 — 验印日志（已停止）"_s);
+    }
+
+    void pdfFile_data()
+    {
+        QTest::addColumn<QString>("select");
+        QTest::addColumn<qint64>("stopAt"); // the rows told that stop the writing, 0 for none
+        QTest::addColumn<QString>("fault");
+        QTest::addColumn<qint64>("told"); // the last rows told
+        const QString wide = u"印鉴卡更换后首次验印，网点主管已复核全部票据要素"_s.repeated(8);
+        QTest::newRow("whole, a late value wider than its column")
+            << numbered(699, 1, u"短"_s) + u" UNION ALL SELECT 700, '%1'"_s.arg(wide) << qint64(0) << QString() << qint64(700);
+        QTest::newRow("stopped") << numbered(2000, 1) << qint64(500) << u"已取消导出"_s << qint64(500);
+        QTest::newRow("failed") << u"SELECT * FROM GONE"_s << qint64(0) << u"上查询失败：no such table: GONE"_s << qint64(0);
+    }
+    // The report's file has every row, told in rows as they are read, and
+    // a value wider than the first rows' wraps whole; a stop or a fault
+    // leaves the file that was there.
+    void pdfFile()
+    {
+        QFETCH(QString, select);
+        QFETCH(qint64, stopAt);
+        QFETCH(QString, fault);
+        Titled model({u"序号"_s, u"备注"_s});
+        QTemporaryDir dir;
+        const QString path = dir.filePath(u"report.pdf"_s);
+        quarry::test::writeFile(path, "old");
+        qint64 told = -1;
+        const QString failed = writePdf(path, LogReport(model.rows, sqliteRows(select), {u"验印日志"_s, {}, u"SEAL"_s, {}}, {60, 10}), u"验印日志"_s,
+                                        [&](qint64 rows) {
+                                            told = rows;
+                                            return stopAt == 0 || rows < stopAt;
+                                        });
+        QVERIFY2(fault.isEmpty() ? failed.isEmpty() : failed.contains(fault), qPrintable(failed));
+        QTEST(told, "told");
+        if (!fault.isEmpty()) {
+            QCOMPARE(quarry::test::readFile(path), "old");
+            return;
+        }
+        const QString text = pdfText(path).remove(u'\n').remove(u' ');
+        QVERIFY(text.contains(select.section(u'\'', -2, -2)));
+        QCOMPARE(text.count(u"短"_s), 699);
     }
 
     void reportPages_data()
@@ -375,8 +465,8 @@ private Q_SLOTS:
         QFETCH(int, rowsPerPage);
         QFETCH(int, rows);
         QFETCH(int, operators);
-        QStandardItemModel model(rows, 3);
-        LogReport report(model, {u"业务日志"_s, u" where 1=1"_s, u"SEAL"_s, {}}, {rowsPerPage, 6});
+        Titled model({u"序号"_s, u"一"_s, u"二"_s});
+        LogReport report(model.rows, sqliteRows(numbered(rows, 2)), {u"业务日志"_s, u" where 1=1"_s, u"SEAL"_s, {}}, {rowsPerPage, 6});
         report.setRates(PassRates(operators, {u"0011"_s, 50.0}));
         QTemporaryDir dir;
         const QString path = dir.filePath(u"report.pdf"_s);

@@ -86,10 +86,8 @@ void ExportActions::choosePng()
 
 void ExportActions::printPreview()
 {
-    if (hasRows()) {
-        const LogRowsModel::ReadingAtOnce allRows(m_model);
+    if (hasRows())
         previewReport(report(), m_title, m_parent);
-    }
 }
 
 bool ExportActions::exportCsv(const QString &path)
@@ -124,7 +122,6 @@ bool ExportActions::exportPdf(const QString &path)
     if (!hasRows())
         return false;
     QProgressDialog progress(m_parent);
-    const LogRowsModel::ReadingAtOnce allRows(m_model);
     const LogReport pages = report();
     const QString fault
         = writePdf(path, pages, m_title,
@@ -211,7 +208,8 @@ ExportHeading ExportActions::heading() const
 
 LogReport ExportActions::report() const
 {
-    return logReport(m_rows, heading(), m_database.printSettings());
+    return logReport(m_rows, {m_database.opener(), m_model.statement(), m_database.describe()},
+                     heading(), m_database.printSettings());
 }
 
 } // namespace quarry::viewer

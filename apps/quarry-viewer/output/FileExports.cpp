@@ -81,16 +81,17 @@ QString writePdf(const QString &path, const LogReport &report, const QString &ti
     if (!file.open(QIODevice::WriteOnly))
         return cannotWrite(file);
     bool whole = false;
+    QString failure;
     {
         // The writer ends the document when it goes.
         QPdfWriter pdf(&file);
         pdf.setTitle(title);
-        whole = report.paint(pdf, progress);
+        whole = report.paint(pdf, progress, &failure);
     }
     // A stop leaves whatever was at path before.
     if (!whole) {
         file.cancelWriting();
-        return cancelled(path);
+        return failure.isEmpty() ? cancelled(path) : failure;
     }
     if (!file.commit())
         return cannotWrite(file);

@@ -23,8 +23,8 @@ struct ExportHeading;
 QString writeCsv(const QString &path, const LabelledRows &rows, const RowSource &source,
                  const std::function<bool(qint64)> &progress = {});
 
-// The report as a PDF titled title, likewise; progress is told the
-// report's steps (LogReport::progressSteps).
+// The report as a PDF titled title, likewise, its rows read as its pages
+// are written.
 QString writePdf(const QString &path, const LogReport &report, const QString &title,
                  const std::function<bool(qint64)> &progress = {});
 

@@ -101,8 +101,8 @@ int exportWithoutWindow(const LogCatalogue &catalogue, const QString &logType,
 
     const ExportHeading heading{entry.title, condition, station.describe(), select,
                                 conditionWords(condition, entry, station.dialect())};
-    const LogReport report = logReport(rows, heading, station.printSettings());
     const RowSource source{station.opener(), model.statement(), station.describe()};
+    const LogReport report = logReport(rows, source, heading, station.printSettings());
     const FileExport file(rows, source, heading, report);
     const LogRowsModel::ReadingAtOnce allRows(model);
     const qint64 steps = std::max<qint64>(file.progressSteps(path), 1);

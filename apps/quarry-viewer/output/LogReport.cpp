@@ -4,7 +4,6 @@
 #include "output/ReportFont.h"
 #include "output/TableLayout.h"
 
-#include <QAbstractItemModel>
 #include <QDate>
 #include <QFontMetricsF>
 #include <QPagedPaintDevice>
@@ -21,8 +20,9 @@ namespace quarry::viewer {
 
 namespace {
 
-// How often the row passes tell their progress.
-constexpr int ProgressEvery = 200;
+// The rows whose text decides the columns' widths: a later value wider
+// than its column wraps in it.
+constexpr qsizetype SampleRows = 500;
 
 // A value's line breaks as the layout takes them.
 QString layoutText(QString text)
@@ -72,21 +72,19 @@ struct LogReport::Band
 {
     enum class Kind { Words, Titles, Row, SqlTitle, Sql, Space, ChartTitle, Scale, Bar };
     Kind kind;
-    int index = 0; // the line of the words or the statement, or the row
+    int index = 0; // the line of the words or the statement, the row, the bar
     double height = 0;
 };
 
 struct LogReport::Plan
 {
-    struct Page
-    {
-        int group = 0;
-        QList<Band> bands;
-    };
-
     QPagedPaintDevice *device = nullptr;
-    QList<int> printed; // the model's columns the table's columns are
-    QRectF page;        // in the painter's coordinates
+    std::unique_ptr<QPainter> painter; // from the first page painted
+    std::function<bool()> goOn;
+    QList<int> printed;   // the model's columns the table's columns are
+    QStringList titles;   // every column's
+    QRectF page;          // in the painter's coordinates
+    double available = 0; // the page's height below its head
     QFont font, bold, title, small;
     double line = 0;    // the body's line spacing
     double padding = 0; // beside a cell's text
@@ -96,22 +94,26 @@ struct LogReport::Plan
     QString printedOn;  // the date printed, before the page number
     bool apart = false; // the date and page on a line of their own
     TableLayout table;
-    // Each row's lines, the most any of its cells takes in any group.
-    QList<quint16> rowLines;
     double titlesHeight = 0;
     std::unique_ptr<QTextLayout> words;
     std::unique_ptr<QTextLayout> sql;
-    QList<Page> pages;
     // The chart's bars run from barLeft to barRight, each rate after it.
     double barLeft = 0;
     double barRight = 0;
 
-    double rowHeight(int row) const { return rowLines.at(row) * line + leading; }
+    // The page being laid out: its group of columns, its bands so far, how
+    // far down they reach; the rows its table's bands show; its number.
+    int group = 0;
+    QList<Band> bands;
+    double y = 0;
+    QList<QStringList> rows;
+    int number = 0;
 };
 
-LogReport::LogReport(const QAbstractItemModel &rows, const ExportHeading &heading,
-                     const PrintSettings &settings)
+LogReport::LogReport(const LabelledRows &rows, const RowSource &source,
+                     const ExportHeading &heading, const PrintSettings &settings)
     : m_rows(rows)
+    , m_source(source)
     , m_heading(heading)
     , m_settings{std::max(settings.rowsPerPage, 1), std::clamp(settings.pointSize, 4, 72)}
     , m_font(searchableFont(m_settings.pointSize))
@@ -120,32 +122,48 @@ LogReport::LogReport(const QAbstractItemModel &rows, const ExportHeading &headin
 
 qint64 LogReport::progressSteps() const
 {
-    return 3 * qint64(m_rows.rowCount());
+    return m_rows.rowCount();
 }
 
-QString LogReport::cellText(int row, int column) const
+bool LogReport::paint(QPagedPaintDevice &device, const std::function<bool(qint64)> &progress,
+                      QString *failure) const
 {
-    return row < 0 ? m_rows.headerData(column, Qt::Horizontal).toString()
-                   : m_rows.index(row, column).data().toString();
+    RowStream stream(m_source);
+    qint64 read = 0;
+    bool stopped = false;
+    const auto goOn = [&] { return stopped = stopped || (progress && !progress(read)), !stopped; };
+    const int columns = m_rows.columnCount();
+    const auto next = [&] {
+        QList<QStringList> texts;
+        for (const QVariantList &row : stream.next(goOn)) {
+            QStringList text;
+            text.reserve(columns);
+            for (int c = 0; c < columns; ++c)
+                text.append(m_rows.labelled(c, row.value(c)).toString());
+            texts.append(text);
+        }
+        read += texts.size();
+        return texts;
+    };
+    const bool painted = paintRows(device, next, goOn);
+    if (failure)
+        *failure = stream.failure();
+    return painted && !stopped && stream.failure().isEmpty();
 }
 
-QList<ColumnNeed> LogReport::columnNeeds(const Plan &plan,
-                                         const std::function<bool(qint64)> &progress) const
+QList<ColumnNeed> LogReport::columnNeeds(const Plan &plan, const QList<QStringList> &sample) const
 {
     const QFontMetricsF metrics(plan.font, plan.device);
     const QFontMetricsF titleMetrics(plan.bold, plan.device);
     QList<ColumnNeed> needs;
     for (int c : plan.printed) {
-        const QString title = cellText(-1, c);
         // A title is not broken, the column at least as wide as it.
-        const double width = titleMetrics.horizontalAdvance(title);
+        const double width = titleMetrics.horizontalAdvance(plan.titles.value(c));
         needs.append({width, width, m_identifying.contains(c)});
     }
-    for (int r = 0; r < m_rows.rowCount(); ++r) {
-        if (progress && r % ProgressEvery == 0 && !progress(r))
-            return {};
+    for (const QStringList &row : sample) {
         for (qsizetype c = 0; c < plan.printed.size(); ++c) {
-            const QString text = cellText(r, plan.printed[c]);
+            const QString text = row.value(plan.printed[c]);
             ColumnNeed &need = needs[c];
             const double natural = metrics.horizontalAdvance(text);
             if (natural > need.minimum) // else none of its pieces is wider
@@ -160,109 +178,28 @@ QList<ColumnNeed> LogReport::columnNeeds(const Plan &plan,
     return needs;
 }
 
-bool LogReport::planTable(Plan &plan, const std::function<bool(qint64)> &progress) const
+// The height of a row of plan.rows (the titles for -1): the most lines any
+// of its cells takes in any group.
+double LogReport::rowHeight(const Plan &plan, int row, const QFont &font) const
 {
-    const qint64 rows = m_rows.rowCount();
-    const auto linesOf = [&](int row, const QFont &font) {
-        int most = 1;
-        for (const ColumnGroup &group : std::as_const(plan.table.groups)) {
-            for (qsizetype i = 0; i < group.columns.size(); ++i) {
-                const QString text = cellText(row, plan.printed[group.columns[i]]);
-                const double width = group.widths[i] - plan.padding;
-                if (QFontMetricsF(font, plan.device).horizontalAdvance(text) > width
-                    || text.contains(u'\n'))
-                    most = std::max(most, wrap(text, font, plan.device, width)->lineCount());
-            }
+    const QFontMetricsF metrics(font, plan.device);
+    int most = 1;
+    for (const ColumnGroup &group : std::as_const(plan.table.groups)) {
+        for (qsizetype i = 0; i < group.columns.size(); ++i) {
+            const int column = plan.printed[group.columns[i]];
+            const QString &text = row < 0 ? plan.titles.at(column) : plan.rows.at(row).at(column);
+            const double width = group.widths[i] - plan.padding;
+            if (metrics.horizontalAdvance(text) > width || text.contains(u'\n'))
+                most = std::max(most, wrap(text, font, plan.device, width)->lineCount());
         }
-        return most;
-    };
-    plan.titlesHeight = linesOf(-1, plan.bold) * plan.line + plan.leading;
-    plan.rowLines.reserve(rows);
-    for (int r = 0; r < rows; ++r) {
-        if (progress && r % ProgressEvery == 0 && !progress(rows + r))
-            return false;
-        plan.rowLines.append(quint16(std::min(linesOf(r, plan.font), 0xFFFF)));
     }
-    return true;
+    return most * plan.line + plan.leading;
 }
 
-// The bands on the pages: the condition's lines, then the table in slices
-// of rows (a slice on one page for each group of columns, the rows at the
-// same height on each), the statement, and the picture on a page of its
-// own.
-void LogReport::planPages(Plan &plan) const
+// The fonts, the columns' widths from the titles and the sample of the
+// first rows, the page's orientation and its head.
+void LogReport::setUp(Plan &plan, QPagedPaintDevice &device, const QList<QStringList> &sample) const
 {
-    const double available = plan.page.height() - plan.headHeight;
-    Plan::Page current;
-    double y = 0;
-    const auto newPage = [&] {
-        plan.pages.append(current);
-        current = {};
-        y = 0;
-    };
-    const auto place = [&](Band band) {
-        if (y + band.height > available && !current.bands.isEmpty())
-            newPage();
-        current.bands.append(band);
-        y += band.height;
-    };
-    for (int i = 0; i < plan.words->lineCount(); ++i)
-        place({Band::Kind::Words, i, plan.words->lineAt(i).height()});
-    place({Band::Kind::Space, 0, plan.line / 2});
-
-    const int rows = m_rows.rowCount();
-    int row = 0;
-    do {
-        if (row > 0)
-            newPage();
-        const double first = rows > 0 ? plan.rowHeight(row) : 0;
-        if (y + plan.titlesHeight + first > available && !current.bands.isEmpty())
-            newPage();
-        const double sliceTop = y;
-        QList<Band> slice{{Band::Kind::Titles, 0, plan.titlesHeight}};
-        y += plan.titlesHeight;
-        int end = row;
-        while (end < rows && end - row < m_settings.rowsPerPage
-               && (end == row || y + plan.rowHeight(end) <= available)) {
-            slice.append({Band::Kind::Row, end, plan.rowHeight(end)});
-            y += plan.rowHeight(end);
-            ++end;
-        }
-        current.bands.append(slice);
-        slice.prepend({Band::Kind::Space, 0, sliceTop});
-        for (int group = 1; group < plan.table.groups.size(); ++group) {
-            plan.pages.append(current);
-            current = {group, slice};
-        }
-        row = end;
-    } while (row < rows);
-
-    place({Band::Kind::Space, 0, plan.line});
-    place({Band::Kind::SqlTitle, 0, plan.line});
-    for (int i = 0; i < plan.sql->lineCount(); ++i)
-        place({Band::Kind::Sql, i, plan.sql->lineAt(i).height()});
-    if (m_rates.isEmpty()) {
-        plan.pages.append(current);
-        return;
-    }
-    // The chart from a page of its own, its scale over the bars on each.
-    newPage();
-    const double scale = 1.5 * plan.line;
-    place({Band::Kind::ChartTitle, 0, 2 * plan.line});
-    place({Band::Kind::Scale, 0, scale});
-    for (int i = 0; i < m_rates.size(); ++i) {
-        if (y + 1.5 * plan.line > available) {
-            newPage();
-            place({Band::Kind::Scale, 0, scale});
-        }
-        place({Band::Kind::Bar, i, 1.5 * plan.line});
-    }
-    plan.pages.append(current);
-}
-
-bool LogReport::paint(QPagedPaintDevice &device, const std::function<bool(qint64)> &progress) const
-{
-    Plan plan;
     plan.device = &device;
     plan.font = m_font;
     plan.bold = m_font;
@@ -276,68 +213,187 @@ bool LogReport::paint(QPagedPaintDevice &device, const std::function<bool(qint64
     plan.padding = 2 * metrics.averageCharWidth();
     plan.leading = plan.line / 4;
 
+    for (int c = 0; c < m_rows.columnCount(); ++c)
+        plan.titles.append(m_rows.headerData(c, Qt::Horizontal).toString());
     plan.printed = m_columns;
     if (plan.printed.isEmpty()) {
         for (int c = 0; c < m_rows.columnCount(); ++c)
             plan.printed.append(c);
     }
-    const QList<ColumnNeed> needs = columnNeeds(plan, progress);
-    if (needs.size() != plan.printed.size())
-        return false;
     QPageLayout layout = device.pageLayout();
     const int dpi = device.logicalDpiX();
     layout.setOrientation(QPageLayout::Portrait);
     const double portrait = layout.paintRectPixels(dpi).width();
     layout.setOrientation(QPageLayout::Landscape);
-    plan.table = layoutTable(needs, portrait, layout.paintRectPixels(dpi).width());
+    plan.table
+        = layoutTable(columnNeeds(plan, sample), portrait, layout.paintRectPixels(dpi).width());
     device.setPageOrientation(plan.table.landscape ? QPageLayout::Landscape
                                                    : QPageLayout::Portrait);
     plan.page = QRectF(QPointF(0, 0), device.pageLayout().paintRectPixels(dpi).size());
     // The station, and after it (or, when they do not fit beside it, under
     // it) the date and the page number.
     plan.printedOn = u"打印日期：%1    "_s.arg(QDate::currentDate().toString(u"yyyy-MM-dd"_s));
-    const double pageWidth
-        = metrics.horizontalAdvance(plan.printedOn + u"第 99999 页，共 99999 页"_s);
+    const double pageWidth = metrics.horizontalAdvance(plan.printedOn + u"第 9999999 页"_s);
     const QString station = u"站点：%1"_s.arg(m_heading.station);
     plan.apart = metrics.horizontalAdvance(station) + plan.padding + pageWidth > plan.page.width();
     plan.station = wrap(station, m_font, &device,
                         plan.apart ? plan.page.width() : plan.page.width() - pageWidth);
     plan.headHeight = QFontMetricsF(plan.title, &device).lineSpacing()
         + plan.station->boundingRect().height() + (plan.apart ? plan.line : 0) + 0.5 * plan.line;
-    if (!planTable(plan, progress))
-        return false;
+    plan.available = plan.page.height() - plan.headHeight;
+    plan.titlesHeight = rowHeight(plan, -1, plan.bold);
     const QString words
         = m_heading.conditionWords.isEmpty() ? u"全部记录"_s : m_heading.conditionWords;
     plan.words = wrap(u"条件：%1"_s.arg(words), m_font, &device, plan.page.width());
     const QString sql = m_heading.sql.isEmpty() ? m_heading.condition : m_heading.sql;
+    plan.sql = wrap(sql.trimmed(), plan.small, &device, plan.page.width());
     double labels = 0;
     for (const auto &rate : m_rates)
         labels = std::max(labels, metrics.horizontalAdvance(rate.first));
     plan.barLeft = labels + plan.padding;
     plan.barRight = plan.page.width() - metrics.horizontalAdvance(u"100.00%"_s) - plan.padding;
-    plan.sql = wrap(sql.trimmed(), plan.small, &device, plan.page.width());
-    planPages(plan);
+}
 
-    QPainter painter(&device);
-    const qint64 rows = m_rows.rowCount();
-    for (int number = 0; number < plan.pages.size(); ++number) {
-        const qint64 done = 2 * rows + rows * number / plan.pages.size();
-        if (progress && !progress(done))
+// The bands on the pages: the condition's lines, then the table in slices
+// of rows (a slice on one page for each group of columns, the rows at the
+// same height on each), the statement, and the chart from a page of its
+// own. Each page is painted once laid out.
+bool LogReport::paintRows(QPagedPaintDevice &device, const NextRows &next,
+                          const std::function<bool()> &goOn) const
+{
+    // The first rows decide the columns' widths.
+    QList<QStringList> ahead;
+    while (ahead.size() < SampleRows) {
+        const QList<QStringList> rows = next();
+        if (rows.isEmpty())
+            break;
+        ahead.append(rows);
+    }
+    if (!goOn())
+        return false;
+    Plan plan;
+    plan.goOn = goOn;
+    setUp(plan, device, ahead);
+    for (int i = 0; i < plan.words->lineCount(); ++i) {
+        if (!place(plan, {Band::Kind::Words, i, plan.words->lineAt(i).height()}))
             return false;
-        if (number > 0)
-            device.newPage();
-        paintPage(painter, plan, number);
+    }
+    if (!place(plan, {Band::Kind::Space, 0, plan.line / 2}) || !placeTable(plan, next, ahead)
+        || !place(plan, {Band::Kind::Space, 0, plan.line})
+        || !place(plan, {Band::Kind::SqlTitle, 0, plan.line}))
+        return false;
+    for (int i = 0; i < plan.sql->lineCount(); ++i) {
+        if (!place(plan, {Band::Kind::Sql, i, plan.sql->lineAt(i).height()}))
+            return false;
+    }
+    if (!m_rates.isEmpty() && !placeChart(plan))
+        return false;
+    paintPage(plan);
+    return goOn();
+}
+
+bool LogReport::placeTable(Plan &plan, const NextRows &next, QList<QStringList> &ahead) const
+{
+    const auto more = [&] {
+        if (ahead.isEmpty())
+            ahead = next();
+        return !ahead.isEmpty();
+    };
+    bool first = true;
+    do {
+        if (!first && !turnPage(plan))
+            return false;
+        first = false;
+        // The page's rows go with it.
+        plan.rows.clear();
+        if (more())
+            plan.rows.append(ahead.takeFirst());
+        const double firstHeight = plan.rows.isEmpty() ? 0 : rowHeight(plan, 0, plan.font);
+        if (plan.y + plan.titlesHeight + firstHeight > plan.available && !plan.bands.isEmpty()
+            && !turnPage(plan))
+            return false;
+        const double sliceTop = plan.y;
+        QList<Band> slice{{Band::Kind::Titles, 0, plan.titlesHeight}};
+        plan.y += plan.titlesHeight;
+        if (!plan.rows.isEmpty()) {
+            slice.append({Band::Kind::Row, 0, firstHeight});
+            plan.y += firstHeight;
+        }
+        while (plan.rows.size() < m_settings.rowsPerPage && more()) {
+            plan.rows.append(ahead.first());
+            const int row = int(plan.rows.size() - 1);
+            const double height = rowHeight(plan, row, plan.font);
+            if (plan.y + height > plan.available) {
+                plan.rows.removeLast();
+                break;
+            }
+            ahead.removeFirst();
+            slice.append({Band::Kind::Row, row, height});
+            plan.y += height;
+        }
+        plan.bands.append(slice);
+        slice.prepend({Band::Kind::Space, 0, sliceTop});
+        for (int group = 1; group < plan.table.groups.size(); ++group) {
+            if (!turnPage(plan))
+                return false;
+            plan.group = group;
+            plan.bands = slice;
+            for (const Band &band : std::as_const(slice))
+                plan.y += band.height;
+        }
+    } while (more());
+    return true;
+}
+
+// The chart from a page of its own, its scale over the bars on each.
+bool LogReport::placeChart(Plan &plan) const
+{
+    const double scale = 1.5 * plan.line;
+    if (!turnPage(plan) || !place(plan, {Band::Kind::ChartTitle, 0, 2 * plan.line})
+        || !place(plan, {Band::Kind::Scale, 0, scale}))
+        return false;
+    for (int i = 0; i < m_rates.size(); ++i) {
+        if (plan.y + 1.5 * plan.line > plan.available
+            && (!turnPage(plan) || !place(plan, {Band::Kind::Scale, 0, scale})))
+            return false;
+        if (!place(plan, {Band::Kind::Bar, i, 1.5 * plan.line}))
+            return false;
     }
     return true;
 }
 
-void LogReport::paintPage(QPainter &painter, const Plan &plan, int number) const
+// band below the page's last, on the next page when it does not fit.
+bool LogReport::place(Plan &plan, const Band &band) const
 {
-    const Plan::Page &page = plan.pages.at(number);
-    const ColumnGroup &group = plan.table.groups.at(page.group);
-    double top = paintHead(painter, plan, number);
+    if (plan.y + band.height > plan.available && !plan.bands.isEmpty() && !turnPage(plan))
+        return false;
+    plan.bands.append(band);
+    plan.y += band.height;
+    return true;
+}
+
+// Paints the page laid out and starts the next; false when stopped.
+bool LogReport::turnPage(Plan &plan) const
+{
+    paintPage(plan);
+    plan.bands.clear();
+    plan.y = 0;
+    plan.group = 0;
+    return plan.goOn();
+}
+
+void LogReport::paintPage(Plan &plan) const
+{
+    if (plan.painter)
+        plan.device->newPage();
+    else
+        plan.painter = std::make_unique<QPainter>(plan.device);
+    QPainter &painter = *plan.painter;
+    const ColumnGroup &group = plan.table.groups.at(plan.group);
+    double top = paintHead(painter, plan);
+    ++plan.number;
     const double width = plan.page.width();
-    for (const Band &band : page.bands) {
+    for (const Band &band : std::as_const(plan.bands)) {
         switch (band.kind) {
         case Band::Kind::Words:
             painter.setFont(plan.font);
@@ -387,7 +443,7 @@ void LogReport::paintPage(QPainter &painter, const Plan &plan, int number) const
     }
 }
 
-double LogReport::paintHead(QPainter &painter, const Plan &plan, int number) const
+double LogReport::paintHead(QPainter &painter, const Plan &plan) const
 {
     const double width = plan.page.width();
     painter.setFont(plan.title);
@@ -399,8 +455,7 @@ double LogReport::paintHead(QPainter &painter, const Plan &plan, int number) con
     const double stationHeight = plan.station->boundingRect().height();
     const double pageTop = plan.apart ? titleHeight + stationHeight : titleHeight;
     painter.drawText(QRectF(0, pageTop, width, plan.line), Qt::AlignRight,
-                     plan.printedOn
-                         + u"第 %1 页，共 %2 页"_s.arg(number + 1).arg(plan.pages.size()));
+                     plan.printedOn + u"第 %1 页"_s.arg(plan.number + 1));
     const double bottom = plan.headHeight - plan.line / 4;
     painter.drawLine(QLineF(0, bottom, width, bottom));
     return plan.headHeight;
@@ -439,7 +494,8 @@ void LogReport::paintCells(QPainter &painter, const Plan &plan, const ColumnGrou
 {
     double x = 0;
     for (qsizetype i = 0; i < group.columns.size(); ++i) {
-        const QString text = cellText(row, plan.printed[group.columns[i]]);
+        const int column = plan.printed[group.columns[i]];
+        const QString &text = row < 0 ? plan.titles.at(column) : plan.rows.at(row).at(column);
         const double width = group.widths[i] - plan.padding;
         const QPointF at(x + plan.padding / 2, top + plan.leading / 2);
         if (QFontMetricsF(painter.font(), plan.device).horizontalAdvance(text) <= width
@@ -454,10 +510,10 @@ void LogReport::paintCells(QPainter &painter, const Plan &plan, const ColumnGrou
     }
 }
 
-LogReport logReport(const LabelledRows &rows, const ExportHeading &heading,
+LogReport logReport(const LabelledRows &rows, const RowSource &source, const ExportHeading &heading,
                     const PrintSettings &settings)
 {
-    LogReport report(rows, heading, settings);
+    LogReport report(rows, source, heading, settings);
     report.setIdentifyingColumns(rows.identifyingColumns());
     report.setColumns(rows.shownColumns());
     if (rows.entry().result == LogEntry::Result::Select)
