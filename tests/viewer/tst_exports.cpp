@@ -5,6 +5,7 @@
 #include "catalogue/LabelledRows.h"
 #include "output/LogReport.h"
 #include "output/SelectedCells.h"
+#include "output/CsvWriter.h"
 #include "TestFiles.h"
 #include "output/FileExports.h"
 #include "output/XlsxExport.h"
@@ -15,6 +16,7 @@
 
 #include <QDate>
 #include <QApplication>
+#include <QBuffer>
 #include <QDir>
 #include <QPdfWriter>
 #include <QPrintPreviewDialog>
@@ -224,6 +226,50 @@ private Q_SLOTS:
         QCOMPARE(seen, 5000);
         QCOMPARE(quarry::test::readFile(path), "old");
         QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList{u"log.xlsx"_s});
+    }
+
+    void csvValues_data()
+    {
+        QTest::addColumn<QVariantList>("values");
+        QTest::addColumn<QByteArray>("line");
+        QTest::newRow("whole numbers") << QVariantList{qlonglong(-9007199254740993), 42, qlonglong(0)} << QByteArray("-9007199254740993,42,0");
+        QTest::newRow("nulls empty") << QVariantList{QVariant(), QVariant(QMetaType::fromType<qlonglong>()), QVariant(QMetaType::fromType<QString>())}
+                                     << QByteArray(",,");
+        QTest::newRow("other kinds as their text") << QVariantList{5172.8, QDate(2009, 1, 5), true} << QByteArray("5172.8,2009-01-05,true");
+        QTest::newRow("quotes doubled, the field quoted") << QVariantList{u"say \"x\", \"y\""_s} << QByteArray("\"say \"\"x\"\", \"\"y\"\"\"");
+        QTest::newRow("beyond ASCII") << QVariantList{u"网点"_s, u"\U00020000"_s} << QByteArray("\xE7\xBD\x91\xE7\x82\xB9,\xF0\xA0\x80\x80");
+    }
+    // A row's values as a spreadsheet reads them back.
+    void csvValues()
+    {
+        QFETCH(QVariantList, values);
+        QBuffer buffer;
+        buffer.open(QIODevice::WriteOnly);
+        CsvWriter writer(buffer);
+        writer.writeRow(values);
+        writer.writeRow(values);
+        QVERIFY(writer.ok());
+        QFETCH(QByteArray, line);
+        QCOMPARE(buffer.data(), "\xEF\xBB\xBF" + line + "\r\n" + line + "\r\n");
+    }
+
+    // The CSV file labels a code list's codes and a number format's
+    // numbers as the table shows them, whatever the letter case of the
+    // column's name.
+    void csvLabelled()
+    {
+        QStandardItemModel source;
+        source.setHorizontalHeaderLabels({u"OpType"_s, u"money"_s, u"memo"_s});
+        LogEntry entry;
+        entry.listA = {{1, 2}, {u"增加行员"_s, u"删除行员"_s}, {}, u"OPTYPE"_s};
+        entry.columnFormats = {{u"MONEY"_s, u"0.00"_s}};
+        LabelledRows rows;
+        rows.setSourceModel(&source);
+        rows.setEntry(entry);
+        QTemporaryDir dir;
+        const QString path = dir.filePath(u"log.csv"_s);
+        QCOMPARE(writeCsv(path, rows, sqliteRows(u"SELECT 2, 5172.8, 2 UNION ALL SELECT 9, 3, '1'"_s)), QString());
+        QCOMPARE(quarry::test::readFile(path), "\xEF\xBB\xBFOpType,money,memo\r\n2 删除行员,5172.80,2\r\n9,3.00,1\r\n"_ba);
     }
 
     void copiedCells_data()

@@ -43,6 +43,12 @@ QVariant LabelledRows::labelled(int column, const QVariant &value) const
     return description == codes->cend() ? value : QVariant(code + u' ' + *description);
 }
 
+bool LabelledRows::relabels(int column) const
+{
+    const QString name = sourceName(column).toUpper();
+    return m_entry.columnFormats.contains(name) || m_codes.contains(name);
+}
+
 QVariant LabelledRows::headerData(int section, Qt::Orientation orientation, int role) const
 {
     if (orientation != Qt::Horizontal || (role != Qt::DisplayRole && role != Qt::ToolTipRole))

@@ -30,6 +30,9 @@ public:
 
     // value of column (a value of the source's) as data() shows it.
     QVariant labelled(int column, const QVariant &value) const;
+    // Whether labelled() may show a value of column otherwise than as it
+    // is: the column has a number format or a code list.
+    bool relabels(int column) const;
 
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
     QVariant headerData(int section, Qt::Orientation orientation,

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QByteArray>
+#include <QStringEncoder>
 #include <QStringList>
+#include <QVariantList>
 
 class QIODevice;
 
@@ -16,15 +19,23 @@ public:
     explicit CsvWriter(QIODevice &device);
 
     void writeRow(const QStringList &fields);
+    // A row of values, each as its text (QVariant::toString), a null one
+    // empty.
+    void writeRow(const QVariantList &values);
     // False once a write to the device failed.
     bool ok() const { return m_ok; }
 
-    static QString field(const QString &text);
-
 private:
-    void write(const QByteArray &bytes);
+    void appendValue(const QVariant &value);
+    void appendField(QStringView text);
+    void appendUtf8(QStringView text);
+    void endRow();
 
     QIODevice &m_device;
+    // The row being written, its room kept from row to row.
+    QByteArray m_line;
+    qsizetype m_fields = 0;
+    QStringEncoder m_utf8{QStringEncoder::Utf8};
     bool m_ok = true;
 };
 

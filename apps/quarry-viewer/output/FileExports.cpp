@@ -42,20 +42,26 @@ QString writeCsv(const QString &path, const LabelledRows &rows, const RowSource 
     for (int c = 0; c < rows.columnCount(); ++c)
         header.append(rows.headerData(c, Qt::Horizontal).toString());
     csv.writeRow(header);
+    // Only the columns of a code list or a number format change as they
+    // are labelled; the others are written as they come.
+    QList<int> relabelled;
+    for (int c = 0; c < rows.columnCount(); ++c) {
+        if (rows.relabels(c))
+            relabelled.append(c);
+    }
     qint64 written = 0;
     bool stopped = false;
     const auto goOn = [&] { return stopped = progress && !progress(written), !stopped; };
     RowStream stream(source);
     for (QList<QVariantList> batch = stream.next(goOn); !batch.isEmpty();
          batch = stream.next(goOn)) {
-        for (const QVariantList &row : std::as_const(batch)) {
+        for (QVariantList &row : batch) {
             // A stop leaves no half file behind.
             if (written % CsvProgressEvery == 0 && !goOn())
                 break;
-            QStringList fields;
-            for (int c = 0; c < row.size(); ++c)
-                fields.append(rows.labelled(c, row[c]).toString());
-            csv.writeRow(fields);
+            for (int c : std::as_const(relabelled))
+                row[c] = rows.labelled(c, row.value(c));
+            csv.writeRow(row);
             ++written;
         }
         if (stopped)
