@@ -861,7 +861,7 @@ void TestViewerWindow::pageLost()
     stopping.start();
     const QString cancelled = writeCsv(kept, LabelledRows(), {database.opener(), sorting, database.describe()}, [&](qint64) { return stopping.elapsed() < 300; });
     QVERIFY2(cancelled.contains(u"已取消"_s), qPrintable(cancelled));
-    QVERIFY2(stopping.elapsed() < 1300, qPrintable(QString::number(stopping.elapsed())));
+    QVERIFY2(stopping.elapsed() < 800, qPrintable(QString::number(stopping.elapsed())));
     QCOMPARE(quarry::test::readFile(kept), "old");
     station.changeSeal(u"DROP TABLE GONE;\n"_s);
     QVERIFY2(station.isValid(), qPrintable(station.errorText()));
