@@ -4,8 +4,12 @@
 // first page painted, the end reached (Ctrl+End), the middle reached, the
 // first page after a sort by a column without an index and the page after
 // it, the rows a second of a CSV export of the sorted rows (the sort on the
-// database included), and the longest time the GUI thread did not answer (a
-// timer's largest gap between ticks). One line per case. Run by hand:
+// database included) and of their statement alone, every value read (the
+// database's share), the program's resident memory before the exports and
+// its peak while it writes the CSV and the PDF report of those rows, the
+// rows a second of the report (-1 beyond a million rows), and the longest
+// time the GUI thread did not answer (a timer's largest gap between
+// ticks). One line per case. Run by hand:
 //   QT_QPA_PLATFORM=offscreen QUARRY_BENCH_ROWS=1000000 nice bench/bench_logrows
 // (the rows of the log; both sizes without QUARRY_BENCH_ROWS). MariaDB: the server
 // named by $QUARRY_MARIADB_DIR, else one started for the run; without a
@@ -19,12 +23,18 @@
 #include "catalogue/ConditionRequest.h"
 #include "catalogue/LabelledRows.h"
 #include "LogCatalogue.h"
+#include "LogReport.h"
 #include "rows/LogRowsModel.h"
 #include "rows/LogSelect.h"
 #include "rows/StationDatabase.h"
 #include "output/FileExports.h"
 
+#include "platform/DbConnection.h"
+
 #include <QElapsedTimer>
+#include <QFile>
+#include <QSqlQuery>
+#include <QSqlRecord>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
@@ -48,6 +58,8 @@ const QList<std::pair<const char *, QStringList>> Conditions{
     {"account-1pct", {u"TxtAccNo=1107*"_s, u"BtnOk!"_s}},
 };
 const QString SortColumn = u"chequeno"_s; // no index
+// The most rows whose PDF report is measured (-1 in the line above that).
+constexpr qint64 PdfRowsAtMost = 1'000'000;
 
 // The sample's seal verification log replaced by `rows` rows made by the
 // engine itself, in scripts of one transaction each, in the order of their day and time,
@@ -115,6 +127,51 @@ qint64 timed(const std::function<void()> &run)
     timer.start();
     run();
     return timer.elapsed();
+}
+
+// The rows a second of source's statement alone, on a connection of its
+// own, every value read.
+qint64 readRowsPerSecond(const quarry::viewer::RowSource &source)
+{
+    quarry::DbConnection connection;
+    if (!source.opener(connection).isEmpty())
+        return -1;
+    QSqlQuery query(connection.database());
+    query.setForwardOnly(true);
+    qint64 rows = 0;
+    const qint64 ms = timed([&] {
+        query.exec(source.select);
+        const int columns = query.record().count();
+        for (; query.next(); ++rows) {
+            for (int c = 0; c < columns; ++c)
+                query.value(c);
+        }
+    });
+    return rows * 1000 / std::max<qint64>(ms, 1);
+}
+
+// A figure of the program's memory in /proc/self/status (VmRSS, VmHWM), in
+// MiB.
+qint64 memoryMiB(const QByteArray &figure)
+{
+    QFile status(u"/proc/self/status"_s);
+    if (!status.open(QIODevice::ReadOnly))
+        return -1;
+    for (const QByteArray &line : status.readAll().split('\n')) {
+        if (line.startsWith(figure + ':'))
+            return line.mid(figure.size() + 1).trimmed().split(' ').value(0).toLongLong() / 1024;
+    }
+    return -1;
+}
+
+// The program's peak resident memory starts again from what it holds now,
+// which is returned.
+qint64 resetPeakMemory()
+{
+    QFile refs(u"/proc/self/clear_refs"_s);
+    if (refs.open(QIODevice::WriteOnly))
+        refs.write("5");
+    return memoryMiB("VmRSS");
 }
 
 LogEntry sealVerificationLog()
@@ -253,22 +310,46 @@ void BenchLogRows::measure(const char *condition, const char *engine, int rows,
     quarry::viewer::LabelledRows labelled;
     labelled.setSourceModel(&model);
     labelled.setEntry(entry);
+    const quarry::viewer::RowSource source{database.opener(), model.statement(),
+                                           database.describe()};
+    const auto busy = [](qint64) {
+        QCoreApplication::processEvents();
+        return true;
+    };
     QTemporaryDir dir;
+    const qint64 before = resetPeakMemory();
     const qint64 csvMs = timed([&] {
         const QString failed
-            = quarry::viewer::writeCsv(dir.filePath(u"log.csv"_s), labelled,
-                                       {database.opener(), model.statement(), database.describe()},
-                                       [](qint64) {
-                                           QCoreApplication::processEvents();
-                                           return true;
-                                       });
+            = quarry::viewer::writeCsv(dir.filePath(u"log.csv"_s), labelled, source, busy);
         QVERIFY2(failed.isEmpty(), qPrintable(failed));
     });
+    const qint64 csvPeak = memoryMiB("VmHWM");
+    const qint64 readSpeed = readRowsPerSecond(source);
+    const quarry::viewer::LogReport report
+        = quarry::viewer::logReport(labelled, source,
+                                    {entry.title, {}, database.describe(), select}, {});
+    // A report of ten million rows takes most of an hour.
+    qint64 pdfMs = -1;
+    qint64 pdfPeak = -1;
+    if (model.rowCount() <= PdfRowsAtMost) {
+        resetPeakMemory();
+        pdfMs = timed([&] {
+            const QString failed
+                = quarry::viewer::writePdf(dir.filePath(u"log.pdf"_s), report, entry.title, busy);
+            QVERIFY2(failed.isEmpty(), qPrintable(failed));
+        });
+        pdfPeak = memoryMiB("VmHWM");
+    }
     QVERIFY2(!model.lastError().isValid(), qPrintable(model.lastError().text()));
+    const qint64 count = model.rowCount();
     std::printf("case=%s engine=%s rows=%d first_page_ms=%lld end_ms=%lld middle_ms=%lld "
-                "sort_first_ms=%lld sort_next_ms=%lld csv_rows_per_s=%lld gui_block_ms=%lld\n",
+                "sort_first_ms=%lld sort_next_ms=%lld csv_rows_per_s=%lld read_rows_per_s=%lld "
+                "rss_mib=%lld csv_peak_mib=%lld pdf_rows_per_s=%lld pdf_peak_mib=%lld "
+                "gui_block_ms=%lld\n",
                 condition, engine, rows, firstMs, endMs, middleMs, sortFirstMs, sortNextMs,
-                model.rowCount() * 1000LL / std::max<qint64>(csvMs, 1), block.largestMs());
+                count * 1000 / std::max<qint64>(csvMs, 1), readSpeed, before, csvPeak,
+                pdfMs < 0 ? -1 : count * 1000 / std::max<qint64>(pdfMs, 1), pdfPeak,
+                block.largestMs());
     std::fflush(stdout);
 }
 
