@@ -165,25 +165,29 @@ void TestViewerParts::catalogue()
 
 void TestViewerParts::csv_data()
 {
-    QTest::addColumn<QList<QStringList>>("rows");
+    QTest::addColumn<QList<QVariantList>>("rows");
     QTest::addColumn<QByteArray>("expected");
 
-    QTest::newRow("separator quoted") << QList<QStringList>{{u"a,b"_s, u"c"_s}} << QByteArray("\"a,b\",c\r\n");
-    QTest::newRow("quote doubled") << QList<QStringList>{{u"say \"x\""_s}} << QByteArray("\"say \"\"x\"\"\"\r\n");
-    QTest::newRow("line breaks quoted") << QList<QStringList>{{u"a\nb"_s, u"c\rd"_s}} << QByteArray("\"a\nb\",\"c\rd\"\r\n");
-    QTest::newRow("empty fields") << QList<QStringList>{{QString(), QString(), u"x"_s}} << QByteArray(",,x\r\n");
-    QTest::newRow("SQL characters plain") << QList<QStringList>{{u"a'b\\c[d]"_s}} << QByteArray("a'b\\c[d]\r\n");
-    QTest::newRow("no rows") << QList<QStringList>{} << QByteArray();
+    QTest::newRow("separator quoted") << QList<QVariantList>{{u"a,b"_s, u"c"_s}} << QByteArray("\"a,b\",c\r\n");
+    QTest::newRow("quote doubled") << QList<QVariantList>{{u"say \"x\", \"y\""_s}} << QByteArray("\"say \"\"x\"\", \"\"y\"\"\"\r\n");
+    QTest::newRow("line breaks quoted") << QList<QVariantList>{{u"a\nb"_s, u"c\rd"_s}} << QByteArray("\"a\nb\",\"c\rd\"\r\n");
+    QTest::newRow("empty fields") << QList<QVariantList>{{QString(), QString(), u"x"_s}, {u"y"_s}} << QByteArray(",,x\r\ny\r\n");
+    QTest::newRow("SQL characters plain") << QList<QVariantList>{{u"a'b\\c[d]"_s}} << QByteArray("a'b\\c[d]\r\n");
+    QTest::newRow("whole numbers") << QList<QVariantList>{{qlonglong(-9007199254740993), 42}} << QByteArray("-9007199254740993,42\r\n");
+    QTest::newRow("nulls empty") << QList<QVariantList>{{QVariant(), QVariant(QMetaType::fromType<qlonglong>())}} << QByteArray(",\r\n");
+    QTest::newRow("other kinds as their text") << QList<QVariantList>{{5172.8, QDate(2009, 1, 5), true}} << QByteArray("5172.8,2009-01-05,true\r\n");
+    QTest::newRow("beyond ASCII") << QList<QVariantList>{{u"网点"_s, u"\U00020000"_s}} << QByteArray("\xE7\xBD\x91\xE7\x82\xB9,\xF0\xA0\x80\x80\r\n");
+    QTest::newRow("no rows") << QList<QVariantList>{} << QByteArray();
 }
 
 void TestViewerParts::csv()
 {
-    QFETCH(QList<QStringList>, rows);
+    QFETCH(QList<QVariantList>, rows);
     QFETCH(QByteArray, expected);
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     CsvWriter writer(buffer);
-    for (const QStringList &row : rows)
+    for (const QVariantList &row : rows)
         writer.writeRow(row);
     QVERIFY(writer.ok());
     QCOMPARE(buffer.data(), QByteArray("\xEF\xBB\xBF") + expected);
