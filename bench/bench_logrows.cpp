@@ -5,11 +5,11 @@
 // first page after a sort by a column without an index and the page after
 // it, the rows a second of a CSV export of the sorted rows (the sort on the
 // database included) and of their statement alone, every value read (the
-// database's share), the program's resident memory before the exports and
-// its peak while it writes the CSV and the PDF report of those rows, the
-// rows a second of the report (-1 beyond a million rows), and the longest
-// time the GUI thread did not answer (a timer's largest gap between
-// ticks). One line per case. Run by hand:
+// database's share), the program's resident memory before the CSV export
+// of those rows and its peak while it writes it, the same of their PDF
+// report with its rows a second (-1 beyond a million rows), and the
+// longest time the GUI thread did not answer until the CSV was written (a
+// timer's largest gap between ticks). One line per case. Run by hand:
 //   QT_QPA_PLATFORM=offscreen QUARRY_BENCH_ROWS=1000000 nice bench/bench_logrows
 // (the rows of the log; both sizes without QUARRY_BENCH_ROWS). MariaDB: the server
 // named by $QUARRY_MARIADB_DIR, else one started for the run; without a
@@ -324,15 +324,18 @@ void BenchLogRows::measure(const char *condition, const char *engine, int rows,
         QVERIFY2(failed.isEmpty(), qPrintable(failed));
     });
     const qint64 csvPeak = memoryMiB("VmHWM");
+    // The reading alone answers no event, as a reading of the table does not.
+    const qint64 blocked = block.largestMs();
     const qint64 readSpeed = readRowsPerSecond(source);
     const quarry::viewer::LogReport report
         = quarry::viewer::logReport(labelled, source,
                                     {entry.title, {}, database.describe(), select}, {});
     // A report of ten million rows takes most of an hour.
     qint64 pdfMs = -1;
+    qint64 pdfBefore = -1;
     qint64 pdfPeak = -1;
     if (model.rowCount() <= PdfRowsAtMost) {
-        resetPeakMemory();
+        pdfBefore = resetPeakMemory();
         pdfMs = timed([&] {
             const QString failed
                 = quarry::viewer::writePdf(dir.filePath(u"log.pdf"_s), report, entry.title, busy);
@@ -344,12 +347,12 @@ void BenchLogRows::measure(const char *condition, const char *engine, int rows,
     const qint64 count = model.rowCount();
     std::printf("case=%s engine=%s rows=%d first_page_ms=%lld end_ms=%lld middle_ms=%lld "
                 "sort_first_ms=%lld sort_next_ms=%lld csv_rows_per_s=%lld read_rows_per_s=%lld "
-                "rss_mib=%lld csv_peak_mib=%lld pdf_rows_per_s=%lld pdf_peak_mib=%lld "
-                "gui_block_ms=%lld\n",
+                "csv_rss_mib=%lld csv_peak_mib=%lld pdf_rows_per_s=%lld pdf_rss_mib=%lld "
+                "pdf_peak_mib=%lld gui_block_ms=%lld\n",
                 condition, engine, rows, firstMs, endMs, middleMs, sortFirstMs, sortNextMs,
                 count * 1000 / std::max<qint64>(csvMs, 1), readSpeed, before, csvPeak,
-                pdfMs < 0 ? -1 : count * 1000 / std::max<qint64>(pdfMs, 1), pdfPeak,
-                block.largestMs());
+                pdfMs < 0 ? -1 : count * 1000 / std::max<qint64>(pdfMs, 1), pdfBefore, pdfPeak,
+                blocked);
     std::fflush(stdout);
 }
 
