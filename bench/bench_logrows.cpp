@@ -11,7 +11,9 @@
 // longest time the GUI thread did not answer until the CSV was written (a
 // timer's largest gap between ticks). One line per case. Run by hand:
 //   QT_QPA_PLATFORM=offscreen QUARRY_BENCH_ROWS=1000000 nice bench/bench_logrows
-// (the rows of the log; both sizes without QUARRY_BENCH_ROWS). MariaDB: the server
+// (the rows of the log; both sizes without QUARRY_BENCH_ROWS; ten million
+// rows need QTEST_FUNCTION_TIMEOUT=3600000, a case taking longer than
+// QtTest's five minutes). MariaDB: the server
 // named by $QUARRY_MARIADB_DIR, else one started for the run; without a
 // MariaDB server those cases are skipped with a message.
 
