@@ -169,7 +169,7 @@ void TestViewerParts::csv_data()
     QTest::addColumn<QByteArray>("expected");
 
     QTest::newRow("separator quoted") << QList<QVariantList>{{u"a,b"_s, u"c"_s}} << QByteArray("\"a,b\",c\r\n");
-    QTest::newRow("quote doubled") << QList<QVariantList>{{u"say \"x\", \"y\""_s}} << QByteArray("\"say \"\"x\"\", \"\"y\"\"\"\r\n");
+    QTest::newRow("quotes doubled") << QList<QVariantList>{{u"\"x\" said, \"y\""_s}} << QByteArray("\"\"\"x\"\" said, \"\"y\"\"\"\r\n");
     QTest::newRow("line breaks quoted") << QList<QVariantList>{{u"a\nb"_s, u"c\rd"_s}} << QByteArray("\"a\nb\",\"c\rd\"\r\n");
     QTest::newRow("empty fields") << QList<QVariantList>{{QString(), QString(), u"x"_s}, {u"y"_s}} << QByteArray(",,x\r\ny\r\n");
     QTest::newRow("SQL characters plain") << QList<QVariantList>{{u"a'b\\c[d]"_s}} << QByteArray("a'b\\c[d]\r\n");
