@@ -25,7 +25,7 @@
 #include "catalogue/ConditionRequest.h"
 #include "catalogue/LabelledRows.h"
 #include "LogCatalogue.h"
-#include "LogReport.h"
+#include "output/LogReport.h"
 #include "rows/LogRowsModel.h"
 #include "rows/LogSelect.h"
 #include "rows/StationDatabase.h"
