@@ -2,6 +2,7 @@
 
 #include "XlsxExport.h"
 #include "output/PassRates.h"
+#include "rows/PrintSettings.h"
 #include "rows/RowStream.h"
 
 #include <QFont>
@@ -17,14 +18,6 @@ namespace quarry::viewer {
 class LabelledRows;
 struct ColumnGroup;
 struct ColumnNeed;
-
-// The station's print settings: seal.ini [BANKPARAM] PRINTLINES (the most
-// rows on a page) and PRINTFONT (points).
-struct PrintSettings
-{
-    int rowsPerPage = 60;
-    int pointSize = 10;
-};
 
 // A log's rows as a printed report. Every page has the log's title, the
 // station, the date printed and the page number, and the table's titles;

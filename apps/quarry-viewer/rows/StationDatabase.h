@@ -1,7 +1,7 @@
 #pragma once
 
 #include "LogEntry.h"
-#include "output/LogReport.h"
+#include "PrintSettings.h"
 #include "LogSelect.h"
 #include "BackgroundQuery.h"
 
