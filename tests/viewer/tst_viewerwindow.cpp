@@ -217,7 +217,6 @@ void TestViewerWindow::query()
     window.show();
     const LogEntry entry = sampleCatalogue().entries().at(entryIndex(logType));
     QCOMPARE(run(window, logType, steps).dialog, dialog); // modal and without owner, as a host shows it
-    QCOMPARE(shown(window, u"errorLabel"_s), QString());
     QVERIFY2(sql(window).startsWith(sqlHead), qPrintable(sql(window)));
     const QString label = shown(window, u"resultLabel"_s);
     for (const QString &part : {entry.title, logType, StationDatabase().describe(), u"共 %1 行"_s.arg(expected)})
@@ -250,6 +249,8 @@ void TestViewerWindow::tools()
     QUARRY_SAMPLE_STATION(station, Engine::Sqlite, NoHint + "[BANKPARAM]\nPRINTLINES=2\n");
     ViewerWindow window(sampleCatalogue());
     window.show();
+    QVERIFY(!exports(window).exportPdf(m_home.filePath(u"none.pdf"_s))); // nothing to export yet
+    QCOMPARE(window.statusBar()->currentMessage(), u"没有可导出的结果：请先查询。"_s);
     run(window, u"HYRZ"_s, {u"TxtHy=0011"_s, u"BtnOk!"_s});
     const qint64 rows = count(station, u"SELECT COUNT(*) AS n FROM HYLog WHERE Opcode = '0011'"_s);
     QVERIFY(rows > 2);
@@ -313,10 +314,11 @@ void TestViewerWindow::tools()
     QCOMPARE(QGuiApplication::clipboard()->text(), u"%1\t%2\n%3\t%4\n"_s.arg(model.index(0, 0).data().toString(), model.index(0, 1).data().toString(),
                                                                                 model.index(1, 0).data().toString(), model.index(1, 1).data().toString()));
 
-    QVERIFY(exports(window).exportXlsx(dir.filePath(u"hy.xlsx"_s)));
-    QVERIFY(QFile::exists(dir.filePath(u"hy.xlsx"_s)));
     QVERIFY(exports(window).exportSelectionXlsx(dir.filePath(u"block.xlsx"_s))); // the two rows copied
     QVERIFY2(window.statusBar()->currentMessage().contains(u"的 2 行"_s), qPrintable(window.statusBar()->currentMessage()));
+    view->clearSelection();
+    QVERIFY(!exports(window).exportSelectionXlsx(dir.filePath(u"none.xlsx"_s)));
+    QCOMPARE(window.statusBar()->currentMessage(), u"没有选中的单元格：请先在表格中选择要导出的行或单元格。"_s);
     QVERIFY(exports(window).exportPdf(dir.filePath(u"hy.pdf"_s)));
     static const QRegularExpression page(u"/Type\\s*/Page[^s]"_s);
     QCOMPARE(QString::fromLatin1(quarry::test::readFile(dir.filePath(u"hy.pdf"_s))).count(page), (rows + 1) / 2);
@@ -534,7 +536,6 @@ void TestViewerWindow::statistics()
     QVERIFY(exports(window).exportChartPng(png));
     // The whole chart, with a line of its own for each operator's name.
     const QImage image(png);
-    QVERIFY(!image.isNull());
     QVERIFY(image.height() > rates.size() * chart->fontMetrics().height() * chart->devicePixelRatio());
 }
 
@@ -640,7 +641,6 @@ void TestViewerWindow::pages()
     const QString ownOrder = own.isEmpty() ? u"K"_s : own.join(u" DESC, "_s) + u" DESC, K DESC"_s;
     for (const Row &row : quarry::test::sealRows(station, u"SELECT K FROM PAGED ORDER BY "_s + (order.isEmpty() ? ownOrder : order + u", "_s + keyOrder)))
         ordered.append(row[u"k"_s]);
-    QCOMPARE(ordered.size(), keys.size());
     const RowOrder rowsOwn{own, own.isEmpty() ? Qt::AscendingOrder : Qt::DescendingOrder};
 
     LogRowsModel model(3);
@@ -651,7 +651,6 @@ void TestViewerWindow::pages()
     QCOMPARE(readRows(model, database, u"SELECT * FROM PAGED WHERE N >= 0"_s, u"k"_s, rowsOwn), QString());
     QCOMPARE(countingWhenShown, QList<bool>{!unpaged});
     QCOMPARE(model.rowCount(), keys.size());
-    QCOMPARE(model.headerData(0, Qt::Horizontal).toString(), u"K"_s);
     const auto sortBy = [&](int column, Qt::SortOrder direction) {
         model.sort(column, direction);
         return QTest::qWaitFor([&] { return !model.isBusy(); }, test::WaitLimit);
@@ -673,7 +672,6 @@ void TestViewerWindow::pages()
     }
     for (int row : std::as_const(visits))
         QCOMPARE(key(model, row), ordered[row]);
-    QVERIFY2(!model.lastError().isValid(), qPrintable(model.lastError().text()));
     QCoreApplication::processEvents();
     QCOMPARE(failed.size(), 0);
 
@@ -871,6 +869,17 @@ void TestViewerWindow::pageLost()
     QVERIFY(!QFile::exists(csv));
     QTRY_VERIFY2(shown(window, u"errorLabel"_s).contains(u"上查询失败："_s), qPrintable(shown(window, u"errorLabel"_s)));
     QVERIFY2(shown(window, u"errorLabel"_s).contains(u"no such table: GONE"_s), qPrintable(shown(window, u"errorLabel"_s)));
+
+    // Back, too long to count: read in the key's order, the outer table
+    // first, a page comes at once. The count stopped, the rows stay on view
+    // uncounted, and an export waits for the count.
+    station.changeSeal(u"CREATE VIEW GONE AS SELECT a.* FROM PTFHLOG a CROSS JOIN PTFHLOG b CROSS JOIN PTFHLOG c;\n"_s);
+    quarry::test::operate([&] { window.runLog(0); }, {u"BtnOk!"_s});
+    QTRY_COMPARE_WITH_TIMEOUT(window.statusBar()->currentMessage(), QString(), test::WaitLimit); // the rows are on view
+    window.findChild<QPushButton *>(u"cancelQueryButton"_s)->click();
+    QTRY_COMPARE_WITH_TIMEOUT(window.statusBar()->currentMessage(), u"已停止查询。"_s, test::WaitLimit);
+    QVERIFY(!exports(window).exportCsv(csv));
+    QCOMPARE(window.statusBar()->currentMessage(), u"结果还在计数，请计数完成后再导出。"_s);
 }
 
 } // namespace quarry::viewer
