@@ -107,8 +107,6 @@ QWidget *ViewerWindow::makeLogPane()
 
 void ViewerWindow::runLog(int index)
 {
-    if (index < 0 || index >= m_entries.size())
-        return;
     LogEntry entry = m_entries[index];
     m_pane->clearMessages();
     // A station the component cannot use is said by the banner, before a
@@ -213,7 +211,7 @@ void ViewerWindow::readingStopped()
         const QString title = m_asked->entry.title;
         m_asked.reset();
         statusBar()->showMessage(u"已停止%1的查询：下面仍是原来的结果。"_s.arg(title));
-    } else if (!m_shownTitle.isEmpty()) {
+    } else { // the count, or another order, of the rows on screen
         statusBar()->showMessage(u"已停止查询。"_s);
         showCount();
     }

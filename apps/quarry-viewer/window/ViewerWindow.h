@@ -43,8 +43,9 @@ public:
     explicit ViewerWindow(const LogCatalogue &catalogue, QWidget *parent = nullptr);
     ~ViewerWindow() override;
 
-    // Asks for the condition of the catalogue's entry `index` and starts
-    // reading its rows; a cancelled dialog runs nothing.
+    // Asks for the condition of the catalogue's entry `index` (one of the
+    // log list's rows) and starts reading its rows; a cancelled dialog runs
+    // nothing.
     void runLog(int index);
 
 private:
