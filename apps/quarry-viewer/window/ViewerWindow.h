@@ -43,12 +43,11 @@ public:
     explicit ViewerWindow(const LogCatalogue &catalogue, QWidget *parent = nullptr);
     ~ViewerWindow() override;
 
+private:
     // Asks for the condition of the catalogue's entry `index` (one of the
     // log list's rows) and starts reading its rows; a cancelled dialog runs
     // nothing.
     void runLog(int index);
-
-private:
     QWidget *makeLogPane();
     bool readCodeLists(LogEntry &entry);
     void rowsShown();
