@@ -383,7 +383,7 @@ private:
             return std::nullopt;
         QStringList values;
         for (qsizetype at = from + 1;; at += 2) {
-            if (!isValue(at) || at == to - 1)
+            if (!isValue(at)) // also the bracket that ends an empty list or a comma
                 return std::nullopt;
             values.append(valueWords(subject, at));
             if (at + 1 == to - 1)
