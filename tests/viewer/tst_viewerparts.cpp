@@ -195,13 +195,13 @@ void TestViewerParts::csv()
 
 void TestViewerParts::labelled_data()
 {
-    QTest::addColumn<QStringList>("values"); // of the columns LOGID, OPTYPE, RESULT
+    QTest::addColumn<QStringList>("values"); // of the columns ACCNO, OPTYPE, RESULT
     QTest::addColumn<QString>("shown");      // header, then each value, joined by |
 
-    QTest::newRow("codes described") << QStringList{u"7"_s, u"1"_s, u"4"_s} << u"序号 LOGID OpType 结果|7|1 增加行员|4 人工通过"_s;
-    QTest::newRow("code with blanks") << QStringList{u"7"_s, u" 2 "_s, u"0"_s} << u"序号 LOGID OpType 结果|7|2 删除行员|0 通过"_s;
-    QTest::newRow("no code of the list") << QStringList{u"1"_s, u"9"_s, u"人工通过"_s} << u"序号 LOGID OpType 结果|1|9|人工通过"_s;
-    QTest::newRow("empty") << QStringList{QString(), QString(), QString()} << u"序号 LOGID OpType 结果|||"_s;
+    QTest::newRow("codes described") << QStringList{u"7"_s, u"1"_s, u"4"_s} << u"账号 AccNo OpType 结果|7|1 增加行员|4 人工通过"_s;
+    QTest::newRow("code with blanks") << QStringList{u"7"_s, u" 2 "_s, u"0"_s} << u"账号 AccNo OpType 结果|7|2 删除行员|0 通过"_s;
+    QTest::newRow("no code of the list") << QStringList{u"1"_s, u"9"_s, u"人工通过"_s} << u"账号 AccNo OpType 结果|1|9|人工通过"_s;
+    QTest::newRow("empty") << QStringList{QString(), QString(), QString()} << u"账号 AccNo OpType 结果|||"_s;
 }
 
 // Titles over the columns that have one, the name as the tooltip; codes of a
@@ -211,11 +211,11 @@ void TestViewerParts::labelled()
     QFETCH(QStringList, values);
     QFETCH(QString, shown);
     QStandardItemModel source(1, 3);
-    source.setHorizontalHeaderLabels({u"LOGID"_s, u"OpType"_s, u"Result"_s});
+    source.setHorizontalHeaderLabels({u"AccNo"_s, u"OpType"_s, u"Result"_s});
     for (int c = 0; c < 3; ++c)
         source.setItem(0, c, new QStandardItem(values[c]));
     LogEntry entry;
-    entry.columnTitles = {{u"LOGID"_s, u"序号"_s}, {u"RESULT"_s, u"结果"_s}};
+    entry.columnTitles = {{u"ACCNO"_s, u"账号"_s}, {u"RESULT"_s, u"结果"_s}};
     entry.listA = {{1, 2}, {u"增加行员"_s, u"删除行员"_s}, {}, u"OPTYPE"_s};
     entry.listB = {{0, 4}, {u"通过"_s, u"人工通过"_s}, {}, u"result"_s};
     LabelledRows rows;
@@ -230,6 +230,7 @@ void TestViewerParts::labelled()
     for (int c = 0; c < 3; ++c)
         got.append(rows.index(0, c).data().toString());
     QCOMPARE(got.join(u'|'), shown);
+    QCOMPARE(rows.identifyingColumns(), QList<int>{0}); // the account, in any letter case, for a report's continued pages
 }
 
 void TestViewerParts::formats_data()

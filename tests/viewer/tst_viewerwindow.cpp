@@ -251,7 +251,6 @@ void TestViewerWindow::tools()
     QCOMPARE(window.statusBar()->currentMessage(), u"没有可导出的结果：请先查询。"_s);
     run(window, u"HYRZ"_s, {u"TxtHy=0011"_s, u"BtnOk!"_s});
     const qint64 rows = quarry::test::sealRows(station, u"SELECT COUNT(*) AS n FROM HYLog WHERE Opcode = '0011'"_s).value(0).value(u"n"_s).toLongLong();
-    QVERIFY(rows > 2);
     const QStringList before{shown(window, u"resultLabel"_s), sql(window), window.windowTitle()};
 
     QCOMPARE(run(window, u"YWRZ"_s, {u"TxtHy=0012"_s, u"BtnCancel!"_s}).dialog, u"frmYWLog"_s);
