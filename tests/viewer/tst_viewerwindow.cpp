@@ -52,6 +52,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <numeric>
 #include <optional>
 
 using namespace Qt::StringLiterals;
@@ -162,6 +163,8 @@ private Q_SLOTS:
     void sortedOnce_data();
     void sortedOnce();
     void pageLost();
+    void countTold_data();
+    void countTold();
 
 private:
     QTemporaryDir m_drives; // where an error log without a station lands
@@ -877,6 +880,49 @@ void TestViewerWindow::pageLost()
     QTRY_COMPARE_WITH_TIMEOUT(window.statusBar()->currentMessage(), u"已停止查询。"_s, test::WaitLimit);
     QVERIFY(!exports(window).exportCsv(csv));
     QCOMPARE(window.statusBar()->currentMessage(), u"结果还在计数，请计数完成后再导出。"_s);
+}
+
+void TestViewerWindow::countTold_data()
+{
+    QTest::addColumn<Engine>("engine");
+    QTest::newRow("sqlite") << Engine::Sqlite;
+    QTest::newRow("mariadb") << Engine::MariaDb;
+}
+
+// Half a million counted rows reach the view in shares, each in a turn of
+// the event loop of its own, and the count is told after the last share.
+void TestViewerWindow::countTold()
+{
+    QFETCH(Engine, engine);
+    QUARRY_REQUIRE_ENGINE(engine);
+    SampleStation station(engine, SampleStation::Contents::Empty);
+    const int rows = 450'001;
+    station.changeSeal((engine == Engine::Sqlite ? u"CREATE TABLE MANY AS WITH RECURSIVE n(K) AS (SELECT 1 UNION ALL SELECT K + 1 FROM n WHERE K < %1) SELECT K FROM n;\n"_s
+                                                 : u"CREATE TABLE MANY AS SELECT seq AS K FROM seq_1_to_%1;\n"_s).arg(rows));
+    QVERIFY2(station.isValid(), qPrintable(station.errorText()));
+    station.writeIni();
+    StationDatabase database;
+    QCOMPARE(database.open(), QString());
+    LogRowsModel model;
+    int turns = 0;
+    QTimer turn;
+    connect(&turn, &QTimer::timeout, this, [&turns] { ++turns; });
+    turn.start(0);
+    QSignalSpy counted(&model, &LogRowsModel::counted);
+    QList<int> shares;
+    QList<int> turnOfShare;
+    connect(&model, &QAbstractItemModel::rowsInserted, this, [&](const QModelIndex &, int first, int last) {
+        QCOMPARE(counted.size(), 0);
+        shares.append(last - first + 1);
+        turnOfShare.append(turns);
+    });
+    QCOMPARE(readRows(model, database, u"SELECT K FROM MANY"_s, u"K"_s), QString());
+    QCOMPARE(model.rowCount(), rows);
+    QVERIFY(model.isCounted());
+    QCOMPARE(counted.size(), 1);
+    QCOMPARE(std::accumulate(shares.cbegin(), shares.cend(), 0), rows - 1000); // after the first page
+    QVERIFY2(shares.size() > 1 && *std::max_element(shares.cbegin(), shares.cend()) <= 250'000, qPrintable(QString::number(shares.size())));
+    QVERIFY(std::adjacent_find(turnOfShare.cbegin(), turnOfShare.cend()) == turnOfShare.cend());
 }
 
 } // namespace quarry::viewer

@@ -22,6 +22,10 @@ constexpr int PagesKept = 8;
 // The pages last asked for that are read: those on view, while older asks
 // (the scroll bar passing by) are dropped.
 constexpr int PagesWanted = PagesKept / 2;
+// The rows a view is told of in one turn of the event loop: a view makes a
+// header section for each, some tens of milliseconds for this many on a
+// loaded machine.
+constexpr int RowsToldAtOnce = 200'000;
 
 // The rows a view can be told of.
 int viewRows(qint64 rows)
@@ -37,6 +41,9 @@ LogRowsModel::LogRowsModel(int pageRows, QObject *parent)
 {
     connect(&m_background, &BackgroundQuery::finished, this, &LogRowsModel::backgroundFinished);
     connect(&m_pageReader, &BackgroundQuery::finished, this, &LogRowsModel::pageRead);
+    m_telling.setSingleShot(true);
+    m_telling.setInterval(0);
+    connect(&m_telling, &QTimer::timeout, this, &LogRowsModel::tellRows);
 }
 
 LogRowsModel::ReadingAtOnce::ReadingAtOnce(const LogRowsModel &model)
@@ -108,7 +115,13 @@ PositionTable LogRowsModel::positionTable() const
 
 bool LogRowsModel::isBusy() const
 {
-    return m_reading != Reading::Nothing || m_readingPage >= 0 || !m_wanted.isEmpty();
+    return m_reading != Reading::Nothing || m_readingPage >= 0 || !m_wanted.isEmpty()
+        || m_telling.isActive();
+}
+
+bool LogRowsModel::isCounted() const
+{
+    return m_counted && m_toldRows == viewRows(m_rowCount);
 }
 
 QString LogRowsModel::cancel()
@@ -151,7 +164,9 @@ void LogRowsModel::clear()
     m_shown = {};
     m_columns.clear();
     m_rowCount = 0;
+    m_toldRows = 0;
     m_counted = false;
+    m_telling.stop();
     forgetPages();
     m_error = {};
     endResetModel();
@@ -247,10 +262,13 @@ void LogRowsModel::showFirstPage(const QueryResult &result)
         m_error = {};
         const qint64 read = result.rows.size();
         const bool whole = m_shown.paging == Paging::None;
-        // Another order of the same rows keeps their count.
+        // Another order of the same rows keeps their count, and goes on
+        // telling of those not yet told of.
         if (whole || !m_reordering || !m_counted) {
             m_rowCount = read;
+            m_toldRows = int(read);
             m_counted = whole || read < m_pageRowsWanted;
+            m_telling.stop();
         }
         m_pageRows = whole ? qMax<qint64>(read, 1) : m_pageRowsWanted;
         keep(0, result.rows);
@@ -268,17 +286,27 @@ void LogRowsModel::showFirstPage(const QueryResult &result)
 void LogRowsModel::showCount(qint64 rows)
 {
     // Fewer than the rows read already: rows went meanwhile; those read stay.
-    const QScopedValueRollback changing(m_changing, true);
-    if (rows > m_rowCount) {
-        const int shown = viewRows(m_rowCount);
-        if (viewRows(rows) > shown)
-            beginInsertRows({}, shown, viewRows(rows) - 1);
-        m_rowCount = rows;
-        if (viewRows(rows) > shown)
-            endInsertRows();
-    }
+    m_rowCount = qMax(m_rowCount, rows);
     m_counted = true;
+    tellRows();
+}
+
+void LogRowsModel::tellRows()
+{
+    const int all = viewRows(m_rowCount);
+    if (m_toldRows < all) {
+        const QScopedValueRollback changing(m_changing, true);
+        const int last = int(qMin<qint64>(all, qint64(m_toldRows) + RowsToldAtOnce)) - 1;
+        beginInsertRows({}, m_toldRows, last);
+        m_toldRows = last + 1;
+        endInsertRows();
+    }
+    if (m_toldRows < all) {
+        m_telling.start();
+        return;
+    }
     Q_EMIT counted();
+    tellBusy();
 }
 
 // Not from where the fault is met: the view may be painting, and the
@@ -292,7 +320,7 @@ void LogRowsModel::tellFailure() const
 
 int LogRowsModel::rowCount(const QModelIndex &parent) const
 {
-    return parent.isValid() ? 0 : viewRows(m_rowCount);
+    return parent.isValid() ? 0 : m_toldRows;
 }
 
 int LogRowsModel::columnCount(const QModelIndex &parent) const
@@ -346,8 +374,9 @@ void LogRowsModel::addRows(qint64 read)
         m_counted = true;
     if (read == 0)
         return;
-    beginInsertRows({}, int(m_rowCount), int(m_rowCount + read - 1));
+    beginInsertRows({}, m_toldRows, int(m_toldRows + read - 1));
     m_rowCount += read;
+    m_toldRows += int(read);
     endInsertRows();
 }
 
@@ -450,9 +479,11 @@ void LogRowsModel::showPage(qint64 number, const Page &rows)
         addRows(rows.size());
         return;
     }
-    const qint64 last = qMin(first + m_pageRows, m_rowCount) - 1;
-    Q_EMIT dataChanged(index(viewRows(first), 0),
-                       index(viewRows(last), qMax(int(m_columns.count()) - 1, 0)));
+    // Rows not yet told of are not the view's to update.
+    const qint64 last = qMin<qint64>(first + m_pageRows, m_toldRows) - 1;
+    if (last >= first)
+        Q_EMIT dataChanged(index(viewRows(first), 0),
+                           index(viewRows(last), qMax(int(m_columns.count()) - 1, 0)));
 }
 
 // A page that follows or precedes one read already starts from that one's

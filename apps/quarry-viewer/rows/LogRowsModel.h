@@ -9,6 +9,7 @@
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlRecord>
+#include <QTimer>
 #include <QVariant>
 
 namespace quarry::viewer {
@@ -29,7 +30,10 @@ class StationDatabase;
 // A new statement or order is read in the background, on a connection of
 // the model's own, while the rows before it stay on view: its first page
 // replaces them (rowsShown), and then its rows are counted (counted); until
-// the count is in, the view fetches more rows a page at a time. The pages
+// the count is in, the view fetches more rows a page at a time. A view keeps
+// a header section per row, and making millions of them at once holds the
+// window for a second: the counted rows are told of a share at a time, one
+// share a turn of the event loop, and counted() follows the last. The pages
 // after the first are read in the background too, on a second connection
 // of the model's, so that the count does not hold them up: a row whose page
 // is not in memory is a placeholder (no value in any role) until its page
@@ -71,10 +75,11 @@ public:
     QString cancel();
     // Forgets the rows and what is being read, and lets go of the connection.
     void clear();
-    // Whether a statement or order is being read, the rows counted or a
-    // page read.
+    // Whether a statement or order is being read, the rows counted or told
+    // of, or a page read.
     bool isBusy() const;
-    bool isCounted() const { return m_counted; }
+    // Counted, and every row told of.
+    bool isCounted() const;
     // The statement whose rows are shown, in their order.
     QString statement() const;
     // The fault of the last read; no error while every read worked.
@@ -134,6 +139,7 @@ private:
     PositionTable positionTable() const;
     void showFirstPage(const QueryResult &result);
     void showCount(qint64 rows);
+    void tellRows();
     const Page *page(qint64 number) const;
     void askForPage(qint64 number) const;
     const Page *keep(qint64 number, const Page &rows) const;
@@ -156,7 +162,9 @@ private:
     Statement m_shown;
     QSqlRecord m_columns;
     qint64 m_rowCount = 0;
+    int m_toldRows = 0; // the rows a view knows of
     bool m_counted = false;
+    QTimer m_telling;             // the next share of the counted rows
     bool m_reordering = false;    // the statement asked for is the one shown
     QSqlError m_positionsRefused; // why this station's orders are sorted each page
     bool m_refusalTold = false;

@@ -92,6 +92,9 @@ ResultPane::ResultPane(StationBanner *banner, const StationDatabase &database, L
     m_table->setObjectName(u"resultTable"_s);
     m_table->setModel(m_rows);
     m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::Interactive);
+    // Columns fit the rows on screen: measuring the text of a thousand rows
+    // holds the window for a tenth of a second.
+    m_table->horizontalHeader()->setResizeContentsPrecision(0);
     // A click on a column's title sorts on the database (see LogRowsModel),
     // a second reverses the order, a third returns to the log's own.
     m_table->setSortingEnabled(true);
