@@ -305,7 +305,7 @@ void BenchLogRows::measure(const char *condition, const char *engine, int rows,
     });
     // The page after the first one of the sorted rows.
     const qint64 sortNextMs = timed([&] {
-        view.scrollTo(model.index(qMin(1010, model.rowCount() - 1), 0),
+        view.scrollTo(model.index(qMin(LogRowsModel::PageRows + 10, model.rowCount() - 1), 0),
                       QAbstractItemView::PositionAtTop);
         painted();
     });

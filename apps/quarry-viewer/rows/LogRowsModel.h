@@ -62,7 +62,12 @@ public:
         const LogRowsModel &m_model;
     };
 
-    explicit LogRowsModel(int pageRows = 1000, QObject *parent = nullptr);
+    // The rows of a page: a tall window's several times over, and few
+    // enough that the first page of a condition few rows meet comes soon
+    // (the server walks past every row that does not meet it on its way).
+    static constexpr int PageRows = 250;
+
+    explicit LogRowsModel(int pageRows = PageRows, QObject *parent = nullptr);
 
     // Starts reading the rows of select on the station in their own order:
     // by its columns, then key (a column of the select with one value per
