@@ -5,6 +5,8 @@
 #include <QPushButton>
 #include <QWidget>
 
+#include <algorithm>
+
 namespace quarry {
 
 namespace {
@@ -37,30 +39,32 @@ QList<QWidget *> controlsInTabOrder(QWidget *dialog)
     return controls;
 }
 
-void moveFocus(QWidget *dialog, int step)
+// The next control after the focus one that keys may move to, in tab order
+// or against it.
+void moveFocus(QWidget *dialog, bool forward)
 {
-    const QList<QWidget *> controls = controlsInTabOrder(dialog);
-    const qsizetype current = controls.indexOf(controlOf(dialog->focusWidget()));
-    if (current < 0)
+    QList<QWidget *> controls = controlsInTabOrder(dialog);
+    if (!forward)
+        std::reverse(controls.begin(), controls.end());
+    const auto current
+        = std::find(controls.cbegin(), controls.cend(), controlOf(dialog->focusWidget()));
+    if (current == controls.cend())
         return;
-    for (qsizetype i = current + step; i >= 0 && i < controls.size(); i += step) {
-        if (takesFocusFromKeys(controls[i])) {
-            controls[i]->setFocus(step > 0 ? Qt::TabFocusReason : Qt::BacktabFocusReason);
-            return;
-        }
-    }
+    const auto next = std::find_if(current + 1, controls.cend(), takesFocusFromKeys);
+    if (next != controls.cend())
+        (*next)->setFocus(forward ? Qt::TabFocusReason : Qt::BacktabFocusReason);
 }
 
 } // namespace
 
 void FocusNextControl(QWidget *dialog)
 {
-    moveFocus(dialog, 1);
+    moveFocus(dialog, true);
 }
 
 void FocusPreviousControl(QWidget *dialog)
 {
-    moveFocus(dialog, -1);
+    moveFocus(dialog, false);
 }
 
 } // namespace quarry
