@@ -282,13 +282,14 @@ private:
         QList<Reading> terms;
         qsizetype start = from;
         bool inBetween = false;
+        // The token at to is the group's ")" or past the end: it ends the last part.
         for (qsizetype at = from; at <= to; ++at) {
-            if (at < to && isSymbol(at, u'(')) {
+            if (isSymbol(at, u'(')) {
                 at = m_closers[at];
                 continue;
             }
-            inBetween = inBetween || (at < to && is(at, "between"_L1));
-            const bool conjunction = at < to && is(at, "and"_L1);
+            inBetween = inBetween || is(at, "between"_L1);
+            const bool conjunction = is(at, "and"_L1);
             if (conjunction && inBetween) {
                 inBetween = false;
                 continue;
