@@ -48,7 +48,7 @@ ConnectionTarget parseConnectionString(const QString &text)
 struct HostPort
 {
     QString host;
-    int port = -1;
+    quint16 port = 0; // 0: the driver's default
 };
 
 // "host" or "host:port"; anything else (an IPv6 address, a named instance)
@@ -58,11 +58,11 @@ HostPort splitHostPort(const QString &server)
     if (server.count(u':') == 1) {
         const qsizetype colon = server.indexOf(u':');
         bool ok = false;
-        const int port = server.sliced(colon + 1).toInt(&ok);
-        if (ok && port > 0)
+        const quint16 port = server.sliced(colon + 1).toUShort(&ok);
+        if (ok)
             return {server.first(colon), port};
     }
-    return {server, -1};
+    return {server};
 }
 
 // An ODBC attribute value that the driver reads literally, whatever it holds.
@@ -266,7 +266,7 @@ QSqlDatabase DbConnection::addOdbc(const QString &server, const QString &databas
     const HostPort address = splitHostPort(server);
     QString text
         = u"DRIVER=%1;SERVER=%2"_s.arg(bracedOdbcValue(m_odbcDriver), odbcValue(address.host));
-    if (address.port > 0)
+    if (address.port != 0)
         text += u";PORT=%1"_s.arg(address.port);
     text += u";DATABASE="_s + odbcValue(databaseName);
     QSqlDatabase db = QSqlDatabase::addDatabase(u"QODBC"_s, m_connectionName);
