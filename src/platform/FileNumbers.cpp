@@ -94,10 +94,15 @@ qint16 lowestFreeNumber(const Table &files)
     raiseFileError(TooManyFiles, QString::number(LastNumber));
 }
 
+bool inRange(qint16 number)
+{
+    return number >= 1 && number <= LastNumber;
+}
+
 // Caller holds the table's mutex.
 NumberedFile &openedFile(Table &files, qint16 number)
 {
-    if (number < 1 || number > LastNumber || !files.files[number])
+    if (!inRange(number) || !files.files[number])
         raiseFileError(BadFileNameOrNumber, numberSubject(number));
     return *files.files[number];
 }
@@ -200,7 +205,7 @@ void close(qint16 number)
 {
     Table &files = table();
     const QMutexLocker locker(&files.mutex);
-    if (number >= 1 && number <= LastNumber)
+    if (inRange(number))
         files.files[number].reset();
 }
 

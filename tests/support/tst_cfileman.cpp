@@ -104,6 +104,29 @@ private slots:
         QTEST(readFile(work(u"file.txt"_s)), "after");
     }
 
+    // Numbers run from 1 to 511; a closed one is the next handed out.
+    void fileNumbers()
+    {
+        const QString path = work(u"f.bin"_s);
+        writeFile(path, "ab");
+        CFileMan files;
+        for (int number = 1; number <= 512; ++number)
+            QCOMPARE(files.OpenFile(path, Mode::Binary), number == 512 ? 0 : number);
+        QCOMPARE(files.LastError(), u"Too many files: 511"_s);
+        qint16 value = 0;
+        for (qint16 number : {0, 511, 512}) {
+            QCOMPARE(files.GetInteger(number, value, 1), number == 511);
+            QCOMPARE(files.LastError(), number == 511 ? QString() : u"Bad file name or number: #%1"_s.arg(number));
+        }
+        QCOMPARE(value, 0x6261);
+        for (qint16 number : {1, 511}) {
+            files.CloseFile(number);
+            QCOMPARE(files.OpenFile(path, Mode::Binary), number);
+        }
+        for (qint16 number = 1; number <= 511; ++number)
+            files.CloseFile(number);
+    }
+
     void foldersAndLastError()
     {
         const QString missing = work(u"missing"_s);
