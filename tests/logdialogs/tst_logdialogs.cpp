@@ -85,7 +85,10 @@ QString describe(QWidget *dialog)
     }
     for (const QString &name : {u"TxtHy"_s, u"TxtAccNo"_s, u"TxtCha"_s, u"TxtBZP"_s, u"TxtEZP"_s}) {
         if (auto *box = dialog->findChild<QLineEdit *>(name))
-            parts.append(name + u'=' + QString::number(box->maxLength()) + (box->isEnabled() ? u""_s : u" off"_s));
+        {
+            const bool grey = box->palette().color(QPalette::Base) == box->palette().color(QPalette::Window);
+            parts.append(name + u'=' + QString::number(box->maxLength()) + (box->isEnabled() ? u""_s : u" off"_s) + (grey ? u" grey"_s : u""_s));
+        }
     }
     const QList<QComboBox *> lists = dialog->findChildren<QComboBox *>();
     for (QComboBox *list : lists) {
@@ -133,7 +136,7 @@ private Q_SLOTS:
         QTest::newRow("PJSBRZ, profile 65") << u"PJSBRZ+wdh"_s << u"Vefos"_s << u"frmPJSBLog | 票据识别日志查询 | lblWDH on | txtWdh on | chkSub on | maskBeginTime on | Label1 on | ComPjsbResult on | TxtHy=4 | TxtAccNo=10 | TxtBZP=8 | TxtEZP=8 | ComPZ=:,自动验印:1,人工验印:2@-1 | ComPjsbResult=:,通过:0,不通过:1@-1 | CmdYes=确定 | cmdCancel=取消"_s;
         QTest::newRow("PJSBRZ, profile 39: no times, no result") << u"PJSBRZ"_s << u"Hilur"_s << u"frmPJSBLog | 票据识别日志查询 | lblWDH hidden | txtWdh hidden | chkSub hidden | maskBeginTime hidden | Label1 hidden | ComPjsbResult hidden | TxtHy=4 | TxtAccNo=10 | TxtBZP=8 | TxtEZP=8 | ComPZ=:,自动验印:1,人工验印:2@-1 | ComPjsbResult=:,通过:0,不通过:1@-1 | CmdYes=确定 | cmdCancel=取消"_s;
         QTest::newRow("SEALRESULTSTAT") << u"SEALRESULTSTAT+wdh+yjk+op"_s << QString() << u"frmSealResultStat | 验印结果统计 | txtWdh on | TxtHy=4 | cmdOK=确定 | cmdCancel=取消"_s;
-        QTest::newRow("another log type, no operator code") << u"XYZ+wdh"_s << QString() << u"frmPTFHLog | 复合查询 | lblWDH on | txtWdh on | TxtYJKNumber off | TxtHy=4 off | TxtAccNo=10 | BtnOk=确定 | BtnCancel=取消"_s;
+        QTest::newRow("another log type, no operator code") << u"XYZ+wdh"_s << QString() << u"frmPTFHLog | 复合查询 | lblWDH on | txtWdh on | TxtYJKNumber off | TxtHy=4 off grey | TxtAccNo=10 | BtnOk=确定 | BtnCancel=取消"_s;
         QTest::newRow("ywrz in lower case") << u"ywrz+yjk+op"_s << QString() << u"frmPTFHLog | 复合查询 | lblWDH hidden | txtWdh hidden | TxtYJKNumber on | TxtHy=4 | TxtAccNo=10 | BtnOk=确定 | BtnCancel=取消"_s;
         QTest::newRow("seal requests, in any case") << u"ex:YjReqLog"_s << QString() << u"frmYjReqLog | 复合查询 | txtWdh on | cmdOK=确  定 | cmdCancel=取  消"_s;
     }
