@@ -119,13 +119,14 @@ bool settle(const ViewerWindow &window)
     return QTest::qWaitFor([busy, &window] { return !busy->isVisibleTo(&window); }, test::WaitLimit);
 }
 
-// The dialog of the log, asked for as the operator does and operated by
-// steps, and the rows read.
+// The dialog of the log chosen in the list and queried, operated by steps,
+// and the rows read.
 quarry::test::Outcome run(ViewerWindow &window, int entry, const QStringList &steps,
                           QMessageBox::StandardButton answer = QMessageBox::Ok)
 {
     window.findChild<QListWidget *>(u"logList"_s)->setCurrentRow(entry);
-    const auto outcome = quarry::test::operate([&] { window.findChild<QPushButton *>(u"queryButton"_s)->click(); }, steps, answer);
+    auto *query = window.findChild<QPushButton *>(u"queryButton"_s);
+    const auto outcome = quarry::test::operate([query] { query->click(); }, steps, answer);
     settle(window);
     return outcome;
 }
