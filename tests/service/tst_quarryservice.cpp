@@ -5,6 +5,7 @@
 // dialogs are driven by steps that the test hands down in the environment.
 
 #include "DialogDriver.h"
+#include "OwnerlessDialogs.h"
 #include "QuarryService.h"
 #include "RequestDialog.h"
 #include "TestFiles.h"
@@ -12,6 +13,7 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMetaType>
 #include <QDBusPendingCall>
+#include <QDialog>
 #include <QFile>
 #include <QProcess>
 #include <QSignalSpy>
@@ -365,6 +367,24 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitFor([&] {
             const QByteArray stat = test::readFile(u"/proc/%1/stat"_s.arg(dialog));
             return stat.isEmpty() || stat.contains(") Z "); }, test::WaitLimit));
+    }
+
+    // Dialogs with an owner, and all while there is no host window, get their
+    // show events as if nothing watched them.
+    void showEventsOfOtherDialogs()
+    {
+        struct Dialog : QDialog
+        {
+            using QDialog::QDialog;
+            int shows = 0;
+            void showEvent(QShowEvent *event) override { ++shows; QDialog::showEvent(event); }
+        };
+        const apps::OwnerlessDialogs dialogs;
+        Dialog ownerless;
+        Dialog owned(&ownerless);
+        ownerless.show();
+        owned.show();
+        QCOMPARE(ownerless.shows + owned.shows, 2);
     }
 
     void transientForTheHostWindow()
