@@ -39,7 +39,9 @@ struct NumberedFile
 struct Table
 {
     QMutex mutex;
-    std::array<std::unique_ptr<NumberedFile>, LastNumber + 1> files; // [0] stays empty
+    // [0] stays empty. Read with at(): a table shorter than the numbers
+    // throws instead of writing past its end.
+    std::array<std::unique_ptr<NumberedFile>, LastNumber + 1> files;
 };
 
 Table &table()
@@ -88,7 +90,7 @@ QString numberSubject(qint16 number)
 qint16 lowestFreeNumber(const Table &files)
 {
     for (qint16 number = 1; number <= LastNumber; ++number) {
-        if (!files.files[number])
+        if (!files.files.at(number))
             return number;
     }
     raiseFileError(TooManyFiles, QString::number(LastNumber));
@@ -102,9 +104,9 @@ bool inRange(qint16 number)
 // Caller holds the table's mutex.
 NumberedFile &openedFile(Table &files, qint16 number)
 {
-    if (!inRange(number) || !files.files[number])
+    if (!inRange(number) || !files.files.at(number))
         raiseFileError(BadFileNameOrNumber, numberSubject(number));
-    return *files.files[number];
+    return *files.files.at(number);
 }
 
 void openDevice(QFile &file, Mode mode)
@@ -197,7 +199,7 @@ qint16 open(const QString &path, Mode mode)
     const qint16 number = lowestFreeNumber(files);
     auto entry = std::make_unique<NumberedFile>(path, mode);
     openDevice(entry->file, mode);
-    files.files[number] = std::move(entry);
+    files.files.at(number) = std::move(entry);
     return number;
 }
 
@@ -206,7 +208,7 @@ void close(qint16 number)
     Table &files = table();
     const QMutexLocker locker(&files.mutex);
     if (inRange(number))
-        files.files[number].reset();
+        files.files.at(number).reset();
 }
 
 QByteArray read(qint16 number, qint64 position, qint64 size)
