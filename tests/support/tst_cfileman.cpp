@@ -148,6 +148,13 @@ private slots:
         QCOMPARE(files.FileNameAt(0), u"A.dat"_s);
         QCOMPARE(files.FileNameAt(files.FileCount()), QString());
         QVERIFY_THROWS_EXCEPTION(quarry::QuarryError, files.SetFolder(work(u"nowhere"_s)));
+
+        QVERIFY(files.DeleteFile(work(u"b.txt"_s)) && files.DeleteFolder(missing));
+        QVERIFY(!QFileInfo::exists(work(u"b.txt"_s)) && !QFileInfo::exists(missing));
+        QVERIFY(!files.DeleteFile(work(u"b.txt"_s)));
+        QCOMPARE(files.LastError(), u"File not found: "_s + work(u"b.txt"_s));
+        QVERIFY(!files.DeleteFolder(missing));
+        QCOMPARE(files.LastError(), u"Path not found: "_s + missing);
     }
 };
 
