@@ -100,6 +100,10 @@ private slots:
             row("database down", "Zacen", u"down"_s) << failed + NoServer << NothingLoaded;
             // A failed load keeps the lists loaded before it.
             row("fourth list unreadable", "Zacen", u"ALTER TABLE ref_ImportAcc DROP OtherAccStateWordName;"_s) << failed << (ImportLists.first(3) + NothingLoaded.last(2));
+            // State word ids are 16-bit: both ends fit, one past does not.
+            const QString words = u"UPDATE ref_ImportAcc SET OtherAccStateWordId = %1 WHERE RefId = 1;\nUPDATE ref_ImportAcc SET OtherAccStateWordId = %2 WHERE RefId = 2;\n"_s;
+            row("state words at the ends of 16 bits", "Zacen", words.arg(-32768).arg(32767)) << u"True"_s << (ImportLists.first(3) << u"-32768 正常|32767 挂失|3 冻结|4 止付"_s << u"||"_s);
+            row("a state word past 16 bits", "Zacen", words.arg(-32769).arg(2)) << failed << (ImportLists.first(3) + NothingLoaded.last(2));
             row("more codes than a count holds", "Lumun", tooManyTcFlags) << failed << (NothingLoaded.first(4) << u"人民币||"_s);
         }
     }
