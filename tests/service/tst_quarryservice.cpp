@@ -4,6 +4,7 @@
 // Python example. Its dialog program is this program too (see main), whose
 // dialogs are driven by steps that the test hands down in the environment.
 
+#include "ComponentCall.h"
 #include "DialogDriver.h"
 #include "OwnerlessDialogs.h"
 #include "QuarryService.h"
@@ -15,6 +16,7 @@
 #include <QDBusPendingCall>
 #include <QDialog>
 #include <QFile>
+#include <QJsonDocument>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -367,6 +369,16 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitFor([&] {
             const QByteArray stat = test::readFile(u"/proc/%1/stat"_s.arg(dialog));
             return stat.isEmpty() || stat.contains(") Z "); }, test::WaitLimit));
+    }
+
+    // A dialog process takes only values of each parameter's type: the
+    // unused variants of showComplexEx come as null.
+    void callReadByTheDialog()
+    {
+        QString error;
+        const QJsonDocument call = QJsonDocument::fromJson(R"({"member": "showComplexEx", "arguments": ["YJREQLOG", 1, null, null]})");
+        QVERIFY(!service::ComponentCall::fromJson(call.object(), &error));
+        QCOMPARE(error, u"showComplexEx: argument 2 is not a QVariant"_s);
     }
 
     // Dialogs with an owner, and all while there is no host window, get their
