@@ -25,8 +25,6 @@ namespace quarry {
 namespace {
 
 const QString SealIni = u"SEAL.INI"_s;
-// seal.ini values are cut where the profile functions' 256-character buffer ends.
-constexpr qsizetype MaxValueLength = 255;
 constexpr qsizetype MaxUserProfileLength = 200;
 
 // Run-time errors carry the project's name as their source, as the old
@@ -94,21 +92,16 @@ qint16 strictInteger(const QString &section, const QString &key, const QString &
     return *result;
 }
 
-// The value as the profile functions give it out, or the default when the
-// key is missing or empty; cut at the first NUL and trimmed of blanks.
+// The value as the profile functions give it out (IniFile cuts it as they
+// do), or the default when the key is missing or empty; trimmed of blanks.
 QString profileValue(const IniFile &ini, const QString &section, const QString &key,
                      const QString &defaultValue, bool *defaulted = nullptr)
 {
-    QString value = ini.value(section, key).left(MaxValueLength);
+    const QString value = ini.value(section, key);
     const bool useDefault = value.isEmpty();
-    if (useDefault)
-        value = defaultValue;
     if (defaulted)
         *defaulted = useDefault;
-    const qsizetype nul = value.indexOf(QChar(0));
-    if (nul >= 0)
-        value.truncate(nul);
-    return trimBlanks(value);
+    return trimBlanks(useDefault ? defaultValue : value);
 }
 
 // A list element, or the fallback past the end; a negative index is an error.
