@@ -169,6 +169,7 @@ private slots:
         reread("zero re-read", FIELD(GetTalasGsYjkPrintX()), u"[Talas]\nGsYjkPrintX=0"_s, {}, u"0 200"_s);
         reread("from HOST", FIELD(GetParamHostIp()), u"[NETPARAM]\nHOST=h1"_s, u"[BANKPARAM]\nPARAMHOSTIP=h2"_s, u"h1 h1"_s);
         reread("empty re-read", FIELD(GetParamHostIp()), {}, u"[BANKPARAM]\nPARAMHOSTIP=h2"_s, u" h2"_s);
+        read("download path with its backslash", u"[Atktran]\nDownloadFilePath=C:\\dl\\\n"_s, FIELD(GetDownloadFilePath()), u"C:\\dl\\"_s);
         reread("user profile", FIELD(GetDownloadFilePath()), u"[Atktran]\nDownloadFilePath=%USERPROFILE%\\a;%USERPROFILE%"_s, QString(), u"~\\a;~\\ ~\\a;~\\"_s);
     }
 
