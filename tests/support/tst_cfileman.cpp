@@ -155,6 +155,11 @@ private slots:
         QCOMPARE(files.LastError(), u"File not found: "_s + work(u"b.txt"_s));
         QVERIFY(!files.DeleteFolder(missing));
         QCOMPARE(files.LastError(), u"Path not found: "_s + missing);
+
+        // A drive's root, a: to z:, is made when first needed.
+        qputenv("QUARRY_DRIVES", QFile::encodeName(work(u"drives"_s)));
+        QVERIFY(files.EnsureFolder(u"a:\\x"_s) && files.EnsureFolder(u"Z:\\x"_s));
+        QVERIFY(QFileInfo(work(u"drives/a/x"_s)).isDir() && QFileInfo(work(u"drives/z/x"_s)).isDir());
     }
 };
 
