@@ -52,7 +52,7 @@ private slots:
         };
         row("sample", "[USER]\nMODE=Vefos\n", {}, 0, false);
         row("not a number", "[BANKPARAM]\nPRINTLINES=abc\n[USER]\nMODE=Vefos\nQueryHintMode=2\n",
-            {u"[BANKPARAM] PRINTLINES=abc 不是数字。组件读到这里就停止"_s, u"[USER] MODE、QueryHintMode"_s,
+            {u"[BANKPARAM] PRINTLINES=abc 不是数字。组件读到这里就停止"_s, u"不起作用：[SBMK] DoubleSealQuota；[USER] MODE、QueryHintMode"_s,
              u"银行类型 [USER] MODE=Vefos 不起作用：组件在 [BANKPARAM] PRINTLINES 处停止读取"_s}, 2, true);
         // The usual profile is what a stopped read leaves too.
         row("two values", "[BANKPARAM]\nTOTALACCTYPE=0\n[HYADM]\nHYDHLEN=1e9\n",
