@@ -889,17 +889,15 @@ void TestViewerWindow::countTold()
     StationDatabase database;
     QCOMPARE(database.open(), QString());
     LogRowsModel model;
-    int turns = 0;
     QTimer turn;
-    connect(&turn, &QTimer::timeout, this, [&turns] { ++turns; });
+    QSignalSpy turns(&turn, &QTimer::timeout);
     turn.start(0);
     QSignalSpy counted(&model, &LogRowsModel::counted);
-    QList<int> shares;
-    QList<int> turnOfShare;
+    QList<int> shares, turnOfShare;
     connect(&model, &QAbstractItemModel::rowsInserted, this, [&](const QModelIndex &, int first, int last) {
         QCOMPARE(counted.size(), 0);
         shares.append(last - first + 1);
-        turnOfShare.append(turns);
+        turnOfShare.append(int(turns.size()));
     });
     QCOMPARE(readRows(model, database, u"SELECT K FROM MANY"_s, u"K"_s), QString());
     QCOMPARE(model.rowCount(), rows);
