@@ -271,7 +271,6 @@ void TestViewerWindow::tools()
     QVERIFY(!exports(window).exportCsv(dir.filePath(u"none/hy.csv"_s)));
     QVERIFY2(shown(window, u"errorLabel"_s).contains(u"无法写入"_s), qPrintable(shown(window, u"errorLabel"_s)));
     const QStringList lines = QString::fromUtf8(quarry::test::readFile(dir.filePath(u"hy.csv"_s))).split(u"\r\n"_s, Qt::SkipEmptyParts);
-    QCOMPARE(lines.size(), rows + 1);
     QCOMPARE(lines[0], u"序号,操作柜员,操作柜员姓名,复核柜员,复核柜员姓名,操作类型,所涉柜员,说明,日期,时间,网点号"_s);
     const Row first = quarry::test::sealRows(station, u"SELECT OPTYPE, Memo FROM HYLog WHERE Opcode = '0011' ORDER BY Opdate DESC, Optime DESC, LOGID DESC"_s).value(0);
     QCOMPARE(lines[1].split(u',').at(5), first[u"optype"_s] + u' ' + first[u"memo"_s]); // "1 增加行员"
