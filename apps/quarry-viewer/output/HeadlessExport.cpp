@@ -92,7 +92,7 @@ int exportWithoutWindow(const LogCatalogue &catalogue, const QString &logType,
     const QString select = logSelect(entry, condition);
     QTextStream(stderr) << u"正在%1上查询%2…\n"_s.arg(station.describe(), entry.title);
     LogRowsModel model;
-    model.setQuery(station, select, entry.key);
+    model.setQuery(station, select, entry.key, newestFirst(entry));
     if (const QSqlError failed = readRows(model); failed.isValid())
         return fail(u"在%1上查询失败：%2"_s.arg(station.describe(), databaseText(failed)));
     LabelledRows rows;
