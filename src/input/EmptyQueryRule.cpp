@@ -31,9 +31,9 @@ bool passesEmptyQueryRule(QWidget *dialog, qint16 profileCode, qint16 queryHintM
     case EmptyQueryAction::Confirm:
         return askOperator(dialog, u"未输入任何查询条件，查询可能需要很长时间，是否继续？"_s);
     case EmptyQueryAction::Refuse:
-        informOperator(dialog, u"请输入查询条件!"_s);
-        return false;
+        break;
     }
+    informOperator(dialog, u"请输入查询条件!"_s);
     return false;
 }
 
