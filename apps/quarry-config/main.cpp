@@ -10,6 +10,7 @@
 #include "LogCatalogue.h"
 #include "MissingStation.h"
 #include "ProgramHelp.h"
+#include "QtChinese.h"
 #include "StationCheck.h"
 
 #include "platform/IniFile.h"
@@ -82,7 +83,7 @@ int dump(quarry::CSysCfg &cfg)
     QTextStream out(stdout);
     out.setRealNumberPrecision(15);
     if (!QFileInfo::exists(cfg.IniPath))
-        tell(cfg.IniPath + u" does not exist; every value is its default"_s);
+        tell(cfg.IniPath + u" 不存在，每个值都取缺省值"_s);
     // Reading writes TOTALACCNO=1 over a 0, as the component always has: a
     // station has at least one account pattern.
     const auto accountPatterns
@@ -90,15 +91,13 @@ int dump(quarry::CSysCfg &cfg)
     const QString patternsBefore = accountPatterns();
     const bool complete = cfg.GetParameter();
     if (const QString patterns = accountPatterns(); patterns != patternsBefore) {
-        tell(u"%1: [BANKPARAM] TOTALACCNO was %2; reading it wrote TOTALACCNO=%3 into the file, "
-             u"as the component does for a station without account patterns"_s.arg(cfg.IniPath,
-                                                                                   patternsBefore,
-                                                                                   patterns));
+        tell(u"%1：[BANKPARAM] TOTALACCNO 原为 %2，读取时已把 TOTALACCNO=%3 写入文件"
+             u"（组件对没有账号模式的站点一向如此）"_s.arg(cfg.IniPath, patternsBefore, patterns));
     }
     out << "; " << cfg.IniPath << '\n';
     for (const quarry::IniRead &read : cfg.parameterLog()) {
         out << '[' << read.section << "] " << read.key << " = " << read.value
-            << (read.defaulted ? "  (default)" : "") << '\n';
+            << (read.defaulted ? u"  （缺省值）"_s : QString()) << '\n';
     }
     out << "ProfileCode = " << cfg.ProfileCode << '\n'
         << "UpperModeCode = " << cfg.UpperModeCode << '\n'
@@ -129,7 +128,7 @@ int set(const quarry::CSysCfg &cfg, const QStringList &args)
     QString error;
     if (!quarry::IniFile::write(quarry::paths::resolveIniFile(cfg.IniPath), section, key, value,
                                 &error))
-        return fail(u"[%1] %2 not written to %3: %4"_s.arg(section, key, cfg.IniPath, error));
+        return fail(u"[%1] %2 未写入 %3：%4"_s.arg(section, key, cfg.IniPath, error));
     tell(u"已写入 %1：[%2] %3=%4"_s.arg(cfg.IniPath, section, key, value));
     return 0;
 }
@@ -178,17 +177,18 @@ int main(int argc, char *argv[])
         return *answered;
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(u"quarry-config"_s);
+    // The parser's own complaints, too.
+    quarry::apps::useChinese(app);
 
     QCommandLineParser parser;
-    parser.setApplicationDescription(u"Shows and changes the station's seal.ini."_s);
-    const QCommandLineOption iniOption(u"ini"_s, u"Use this seal.ini instead of the one found."_s,
+    parser.setApplicationDescription(u"显示和修改本站点的 seal.ini。"_s);
+    const QCommandLineOption iniOption(u"ini"_s, u"使用这个 seal.ini，而不是找到的那个。"_s,
                                        u"PATH"_s);
     parser.addOption(iniOption);
-    const QCommandLineOption jsonOption(u"json"_s, u"check: the findings as JSON."_s);
+    const QCommandLineOption jsonOption(u"json"_s, u"check：以 JSON 给出检查结果。"_s);
     parser.addOption(jsonOption);
-    parser.addPositionalArgument(
-        u"command"_s,
-        u"dump | get SECTION KEY [DEFAULT] | set SECTION KEY VALUE | check [--json]"_s);
+    parser.addPositionalArgument(u"command"_s,
+                                 u"dump | get 节 键 [缺省值] | set 节 键 值 | check [--json]"_s);
     if (!parser.parse(QCoreApplication::arguments()))
         return fail(parser.errorText());
 
@@ -199,25 +199,24 @@ int main(int argc, char *argv[])
         || (command == u"get"_s && (count == 3 || count == 4))
         || (command == u"set"_s && count == 4) || (command == u"check"_s && count == 1);
     if (!usable || (parser.isSet(jsonOption) && command != u"check"_s)) {
-        return fail(args.isEmpty() ? u"no command; see --help"_s
-                                   : u"unknown command or wrong arguments: %1; see --help"_s.arg(
-                                       args.join(u' ')));
+        return fail(args.isEmpty() ? u"没有给出命令；见 --help"_s
+                                   : u"命令未知或参数不对：%1；见 --help"_s.arg(args.join(u' ')));
     }
 
     quarry::CSysCfg cfg;
     if (parser.isSet(iniOption)) {
         const QFileInfo ini(parser.value(iniOption));
         if (!ini.exists())
-            return fail(u"no such file: %1"_s.arg(parser.value(iniOption)));
+            return fail(u"没有这个文件：%1"_s.arg(parser.value(iniOption)));
         if (ini.isDir())
-            return fail(u"%1 is a directory, not an INI file"_s.arg(parser.value(iniOption)));
+            return fail(u"%1 是文件夹，不是 INI 文件"_s.arg(parser.value(iniOption)));
         cfg.IniPath = ini.absoluteFilePath();
     }
     // The check says itself what is wrong with the file, among the rest.
     if (command == u"check"_s)
         return check(cfg.IniPath, parser.isSet(iniOption), parser.isSet(jsonOption));
     if (const QString error = readError(cfg.IniPath); !error.isEmpty())
-        return fail(u"cannot read %1: %2"_s.arg(cfg.IniPath, error));
+        return fail(u"无法读取 %1：%2"_s.arg(cfg.IniPath, error));
 
     if (command == u"dump"_s)
         return dump(cfg);

@@ -268,7 +268,7 @@ std::optional<Document> readDocument(const QString &path, QString *error = nullp
         document.bytes = file.readAll();
     if (file.error() != QFileDevice::NoError) {
         if (error)
-            *error = u"cannot read the file: "_s + file.errorString();
+            *error = u"无法读取文件："_s + file.errorString();
         return std::nullopt;
     }
     document.storage = detectStorage(document.bytes);
@@ -360,19 +360,19 @@ QString textRefusal(const QString &section, const QString &key, const QString &v
 {
     for (const QString *text : {&section, &key, &value}) {
         if (containsLineBreakOrNul(*text))
-            return u"a line break or NUL would end the line"_s;
+            return u"换行符或 NUL 字符会截断这一行"_s;
         if (!text->isValidUtf16())
-            return u"not valid text: a lone surrogate"_s;
+            return u"不是有效的文本：含有不成对的代理码元"_s;
     }
     const QStringView name = trimBlanksAndTabs(key);
     if (name.isEmpty() || name.contains(u'=') || name.startsWith(u';') || name.startsWith(u'['))
-        return u"a key must not be empty, hold \"=\" or start with \";\" or \"[\""_s;
+        return u"键不能为空，不能含有“=”，也不能以“;”或“[”开头"_s;
     if (trimBlanksAndTabs(value).size() != value.size())
-        return u"the value starts or ends with a blank or tab, which reading drops"_s;
+        return u"值的开头或结尾是空格或制表符，读取时会被去掉"_s;
     if (isQuoted(value))
-        return u"the value is enclosed in matching quotes, which reading drops"_s;
+        return u"值的两端是成对的引号，读取时会被去掉"_s;
     if (value.size() > MaxValueLength)
-        return u"the value is longer than the 255 characters that reading keeps"_s;
+        return u"值超过 255 个字符，读取时只保留前 255 个"_s;
     return {};
 }
 
@@ -396,7 +396,7 @@ QString replaceFile(const QString &path, const QByteArray &bytes)
     QSaveFile file(path);
     if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit())
         return {};
-    return u"cannot write the file: "_s + file.errorString();
+    return u"无法写入文件："_s + file.errorString();
 }
 
 // Why the value was not written; empty when it was.
@@ -411,12 +411,12 @@ QString writeValue(const QString &path, const QString &section, const QString &k
         return error;
     const Storage &storage = document->storage;
     if (wholeUnitsEnd(document->bytes, storage) != document->bytes.size())
-        return u"the file is UTF-16 with an odd number of bytes"_s;
+        return u"文件是 UTF-16 编码，字节数却是奇数"_s;
     const Splice splice = spliceFor(*document, section, key, value);
     QByteArray bytes = document->bytes;
     bytes.replace(splice.begin, splice.end - splice.begin, splice.bytes);
     if (!keepsEncoding(bytes, storage))
-        return u"the file would no longer read as %1, and its other lines would change"_s.arg(
+        return u"写入后文件不再按 %1 读取，其他各行的内容会改变"_s.arg(
             QLatin1StringView(storage.codec));
     return replaceFile(path, bytes);
 }

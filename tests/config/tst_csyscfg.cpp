@@ -261,7 +261,7 @@ private slots:
                             const QByteArray &after = {}) {
             QTest::newRow(tag) << arguments << QByteArray() << QByteArray() << status << output << changed << after;
         };
-        row("dump", {u"dump"_s}, 0, u"[DATABASESET] BASEMODE = ACCESS  (default)\n"_s);
+        row("dump", {u"dump"_s}, 0, u"[DATABASESET] BASEMODE = ACCESS  （缺省值）\n"_s);
         row("get", {u"get"_s, u"USER"_s, u"SubMode"_s}, 0, u"信贷建库机\n"_s);
         // CONVERT.INI names the station's seal.ini (found without regard to case), but one beside
         // the library wins.
@@ -271,18 +271,18 @@ private slots:
         row("set says where", {u"set"_s, u"USER"_s, u"MODE"_s, u"Refol"_s}, 0, u"SEAL.INI：[USER] MODE=Refol"_s, u"SEAL.INI"_s, SealIniText.toUtf8().replace("Nelos", "Refol"));
         row("get without key", {u"get"_s, u"USER"_s}, 2, u"get USER"_s);
         row("failed read", {u"--ini"_s, u"bad.ini"_s, u"dump"_s}, 1, u"系统提示: 初始化系统参数错误！"_s);
-        row("dump writes the pattern count back", {u"--ini"_s, u"zero.ini"_s, u"dump"_s}, 0, u"TOTALACCNO was 0; reading it wrote TOTALACCNO=1"_s, u"zero.ini"_s, "[BANKPARAM]\nTOTALACCNO=1\n[SBMK]\nDoubleSealQuota=0\n");
+        row("dump writes the pattern count back", {u"--ini"_s, u"zero.ini"_s, u"dump"_s}, 0, u"TOTALACCNO 原为 0，读取时已把 TOTALACCNO=1 写入文件"_s, u"zero.ini"_s, "[BANKPARAM]\nTOTALACCNO=1\n[SBMK]\nDoubleSealQuota=0\n");
         // A value that would not read back as written is not written, and the tool says why.
-        row("set with a blank", {u"set"_s, u"USER"_s, u"MODE"_s, u"Refol "_s}, 2, u"ends with a blank or tab"_s);
-        row("directory given", {u"--ini"_s, u"folder"_s, u"dump"_s}, 2, u"folder is a directory"_s);
+        row("set with a blank", {u"set"_s, u"USER"_s, u"MODE"_s, u"Refol "_s}, 2, u"结尾是空格或制表符"_s);
+        row("directory given", {u"--ini"_s, u"folder"_s, u"dump"_s}, 2, u"folder 是文件夹"_s);
         QTest::newRow("no station") << QStringList{u"get"_s, u"USER"_s, u"MODE"_s} << QByteArray("[SYSTEM]\nINITCFG=MISSING.INI\n") << QByteArray() << 1 << u"MISSING.INI"_s << QString() << QByteArray();
-        QTest::newRow("dump, no station") << QStringList{u"dump"_s} << QByteArray("[SYSTEM]\nINITCFG=MISSING.INI\n") << QByteArray() << 1 << u"MISSING.INI does not exist; every value is its default"_s << QString() << QByteArray();
-        QTest::newRow("unreadable seal.ini") << QStringList{u"get"_s, u"USER"_s, u"MODE"_s} << QByteArray("[SYSTEM]\nINITCFG=folder\n") << QByteArray() << 2 << u"cannot read "_s << QString() << QByteArray();
+        QTest::newRow("dump, no station") << QStringList{u"dump"_s} << QByteArray("[SYSTEM]\nINITCFG=MISSING.INI\n") << QByteArray() << 1 << u"MISSING.INI 不存在，每个值都取缺省值"_s << QString() << QByteArray();
+        QTest::newRow("unreadable seal.ini") << QStringList{u"get"_s, u"USER"_s, u"MODE"_s} << QByteArray("[SYSTEM]\nINITCFG=folder\n") << QByteArray() << 2 << u"无法读取 "_s << QString() << QByteArray();
         // The station's databases are not there: one fault among the findings.
         row("check", {u"check"_s}, 1, u"错误  验印数据库 SEAL 打不开：数据库文件 "_s);
         row("check for tools", {u"--ini"_s, u"bad.ini"_s, u"check"_s, u"--json"_s}, 1, u"\"subject\": \"[BANKPARAM] TOTALACCTYPE\""_s);
         row("check writes nothing back", {u"--ini"_s, u"zero.ini"_s, u"check"_s}, 1, u"zero.ini（指定的文件）"_s);
-        row("JSON of another command", {u"dump"_s, u"--json"_s}, 2, u"wrong arguments: dump"_s);
+        row("JSON of another command", {u"dump"_s, u"--json"_s}, 2, u"参数不对：dump"_s);
     }
 
     void program()

@@ -124,19 +124,19 @@ private Q_SLOTS:
                                 const QString &reason, const QByteArray &before = OldIni) {
             QTest::newRow(tag) << before << section << key << value << before << reason;
         };
-        refused("line break in the value", u"A"_s, u"K"_s, u"v\n[B]\nX=1"_s, u"line break"_s);
+        refused("line break in the value", u"A"_s, u"K"_s, u"v\n[B]\nX=1"_s, u"换行符"_s);
         refused("NUL in the value", u"A"_s, u"K"_s, u"v\u0000w"_s, u"NUL"_s);
-        refused("equals sign in the key", u"A"_s, u"K=X"_s, u"v"_s, u"key"_s);
-        refused("key read as a comment", u"A"_s, u" ;K"_s, u"v"_s, u"key"_s);
-        refused("lone high surrogate ending the value", u"B"_s, u"K"_s, u"v"_s + QChar(0xD800), u"surrogate"_s);
-        refused("lone low surrogate in the section", u"B"_s + QChar(0xDC00), u"K"_s, u"v"_s, u"surrogate"_s);
-        refused("blank before the value", u"A"_s, u"K"_s, u" v"_s, u"blank or tab"_s);
-        refused("tab after the value", u"A"_s, u"K"_s, u"v\t"_s, u"blank or tab"_s);
-        refused("matching quotes", u"A"_s, u"K"_s, u"'v'"_s, u"quotes"_s);
+        refused("equals sign in the key", u"A"_s, u"K=X"_s, u"v"_s, u"键不能"_s);
+        refused("key read as a comment", u"A"_s, u" ;K"_s, u"v"_s, u"键不能"_s);
+        refused("lone high surrogate ending the value", u"B"_s, u"K"_s, u"v"_s + QChar(0xD800), u"代理码元"_s);
+        refused("lone low surrogate in the section", u"B"_s + QChar(0xDC00), u"K"_s, u"v"_s, u"代理码元"_s);
+        refused("blank before the value", u"A"_s, u"K"_s, u" v"_s, u"空格或制表符"_s);
+        refused("tab after the value", u"A"_s, u"K"_s, u"v\t"_s, u"空格或制表符"_s);
+        refused("matching quotes", u"A"_s, u"K"_s, u"'v'"_s, u"引号"_s);
         refused("256 characters", u"A"_s, u"K"_s, QString(256, u'x'), u"255"_s);
-        refused("UTF-16 of odd length", u"A"_s, u"K"_s, u"1"_s, u"odd number of bytes"_s, QByteArray::fromHex("fffe41"));
-        QTest::newRow("in a folder that is missing") << QByteArray() << u"A"_s << u"K"_s << u"v"_s << QByteArray() << u"cannot write"_s;
-        QTest::newRow("a folder") << "/"_ba << u"A"_s << u"K"_s << u"v"_s << QByteArray() << u"cannot read"_s;
+        refused("UTF-16 of odd length", u"A"_s, u"K"_s, u"1"_s, u"字节数却是奇数"_s, QByteArray::fromHex("fffe41"));
+        QTest::newRow("in a folder that is missing") << QByteArray() << u"A"_s << u"K"_s << u"v"_s << QByteArray() << u"无法写入"_s;
+        QTest::newRow("a folder") << "/"_ba << u"A"_s << u"K"_s << u"v"_s << QByteArray() << u"无法读取"_s;
         // L reads 模 in GB18030, ģ in UTF-8.
         refused("GB18030 that would become UTF-8", u"A"_s, u"K"_s, u"x"_s, u"GB18030"_s, QByteArray::fromHex("5b415d0a 4b3dff0a 4c3dc4a30a"));
     }
