@@ -283,6 +283,7 @@ private slots:
         row("check for tools", {u"--ini"_s, u"bad.ini"_s, u"check"_s, u"--json"_s}, 1, u"\"subject\": \"[BANKPARAM] TOTALACCTYPE\""_s);
         row("check writes nothing back", {u"--ini"_s, u"zero.ini"_s, u"check"_s}, 1, u"zero.ini（指定的文件）"_s);
         row("JSON of another command", {u"dump"_s, u"--json"_s}, 2, u"参数不对：dump"_s);
+        row("unknown option, in Qt's own words", {u"--bogus"_s, u"dump"_s}, 2, u"未知选项“bogus”"_s);
     }
 
     void program()
