@@ -167,7 +167,7 @@ QString profileMeaning(qint16 code)
     case 61:
         return u"代码表取自本地数据库的 P_FIELD_VAL_DEF 表"_s;
     case 65:
-        return u"验印日志的查询可选“包含子机构”"_s;
+        return u"输入网点号的查询对话框可选“包含子机构”"_s;
     default:
         return u"查询对话框没有这个类型特有的做法"_s;
     }
