@@ -11,7 +11,7 @@ packages=(
     qt6-charts-dev libqt6opengl6-dev qt6-translations-l10n
     libqt6sql6-sqlite libqt6sql6-mysql libqt6sql6-odbc
     sqlite3 libsqlite3-dev libxlsxwriter-dev zlib1g-dev unzip
-    mariadb-server mariadb-client
+    mariadb-server mariadb-client libmariadb-dev
     unixodbc unixodbc-dev odbc-mariadb
     clang libclang-rt-14-dev
     doxygen clang-format file lintian man-db

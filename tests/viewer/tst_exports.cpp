@@ -5,6 +5,7 @@
 #include "catalogue/LabelledRows.h"
 #include "output/LogReport.h"
 #include "output/SelectedCells.h"
+#include "TestDatabases.h"
 #include "TestFiles.h"
 #include "output/FileExports.h"
 #include "output/XlsxExport.h"
@@ -12,6 +13,11 @@
 #include "output/TableLayout.h"
 
 #include "platform/DbConnection.h"
+
+#include <QElapsedTimer>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QSqlRecord>
 
 #include <QDate>
 #include <QApplication>
@@ -28,8 +34,85 @@
 
 using namespace Qt::StringLiterals;
 using namespace quarry::viewer;
+using quarry::test::Engine;
 
 namespace {
+
+// Values of every kind a log holds, NULLs among them, as each engine keeps
+// them in columns of the types the sample schema uses.
+const QString TypedRows
+    = u"CREATE TABLE TYPED (N INTEGER, B BIGINT, M DECIMAL(12,2), D date, T time, S VARCHAR(40), X text);\n"
+      "INSERT INTO TYPED VALUES (1, 12345678901234, 5172.80, '2009-01-05', '08:30:05', '现金支票', 'a,b');\n"
+      "INSERT INTO TYPED VALUES (-2, -1, -0.05, '1999-12-31', '23:59:59', '引号\"在中', '两行\n之间');\n"
+      "INSERT INTO TYPED VALUES (NULL, NULL, NULL, NULL, NULL, NULL, NULL);\n"
+      "INSERT INTO TYPED VALUES (0, 0, 0, '3000-01-01', '00:00:00', '', ' ');\n"_s;
+// A database of the engine for one test row, and how a stream reaches it.
+struct EngineRows
+{
+    explicit EngineRows(Engine engine)
+        : database(engine, folder.path())
+    {
+    }
+    RowSource source(const QString &select) const
+    {
+        const auto open = [this](quarry::DbConnection &connection) {
+            database.prepare(connection);
+            connection.open(database.connectionString(), u"BISOL"_s, u"KORMANTE"_s, true);
+            return connection.failed() ? connection.errorText() : QString();
+        };
+        return {open, select, u"测试站点 "_s + database.server()};
+    }
+    QTemporaryDir folder;
+    quarry::test::TestDatabase database;
+};
+
+// The values of a row with their types, NULL told apart from empty.
+QString described(const QVariantList &row)
+{
+    QStringList values;
+    for (const QVariant &value : row)
+        values.append(u"%1%2:%3"_s.arg(QString::fromLatin1(value.typeName()), value.isNull() ? u" null"_s : QString(), value.toString()));
+    return values.join(u'|');
+}
+
+// The rows of source as QSqlQuery reads them, or the engine's fault.
+QStringList queried(const RowSource &source)
+{
+    quarry::DbConnection connection;
+    if (const QString fault = source.opener(connection); !fault.isEmpty())
+        return {fault};
+    QSqlQuery query(connection.database());
+    query.setForwardOnly(true);
+    if (!query.exec(source.select))
+        return {query.lastError().databaseText()};
+    QStringList rows;
+    while (query.next()) {
+        QVariantList row;
+        for (int c = 0; c < query.record().count(); ++c)
+            row.append(query.value(c));
+        rows.append(described(row));
+    }
+    return rows;
+}
+
+// The rows of source as an export reads them.
+QStringList streamed(const RowSource &source)
+{
+    RowStream stream(source);
+    QStringList rows;
+    for (QList<QVariantList> batch = stream.next([] { return true; }); !batch.isEmpty(); batch = stream.next([] { return true; })) {
+        for (const QVariantList &row : std::as_const(batch))
+            rows.append(described(row));
+    }
+    return rows << stream.failure();
+}
+
+void addEngines()
+{
+    QTest::addColumn<Engine>("engine");
+    for (Engine engine : quarry::test::allEngines())
+        QTest::newRow(qPrintable(quarry::test::engineName(engine))) << engine;
+}
 
 QByteArray member(const QString &xlsx, const QString &name)
 {
@@ -240,6 +323,45 @@ private Q_SLOTS:
         const QString path = dir.filePath(u"log.csv"_s);
         QCOMPARE(writeCsv(path, source.rows, sqliteRows(u"SELECT 2, 5172.8, 2 UNION ALL SELECT 9, 3, '1'"_s)), QString());
         QCOMPARE(quarry::test::readFile(path), "\xEF\xBB\xBFOpType,money,memo\r\n2 删除行员,5172.80,2\r\n9,3.00,1\r\n"_ba);
+    }
+
+    // Each engine's rows reach an export as the values QSqlQuery reads,
+    // of the same types.
+    void engineValues_data() { addEngines(); }
+    void engineValues()
+    {
+        QFETCH(Engine, engine);
+        QUARRY_REQUIRE_ENGINE(engine);
+        EngineRows rows(engine);
+        QVERIFY2(rows.database.isValid() && rows.database.execute(TypedRows), qPrintable(rows.database.errorText()));
+        const RowSource source = rows.source(u"SELECT * FROM TYPED ORDER BY B DESC, N"_s);
+        const QStringList expected = queried(source);
+        QCOMPARE(expected.size(), 4);
+        QCOMPARE(streamed(source), expected + QStringList{QString()}); // and no fault
+    }
+
+    // A statement that fails says so, with the engine's words, naming the
+    // station; a cancelled one is stopped on the database at once and
+    // leaves the file that was there.
+    void engineFaults_data() { addEngines(); }
+    void engineFaults()
+    {
+        QFETCH(Engine, engine);
+        QUARRY_REQUIRE_ENGINE(engine);
+        EngineRows rows(engine);
+        QVERIFY2(rows.database.isValid(), qPrintable(rows.database.errorText()));
+        const RowSource missing = rows.source(u"SELECT * FROM MISSING"_s);
+        const QString path = rows.folder.filePath(u"rows.csv"_s);
+        quarry::test::writeFile(path, "old");
+        QCOMPARE(writeCsv(path, {}, missing), u"在%1上查询失败：%2"_s.arg(missing.station, queried(missing).value(0)));
+
+        const RowSource sorting = rows.source(u"WITH RECURSIVE c(x) AS (SELECT 1 UNION ALL SELECT x + 1 FROM c WHERE x < 1000) SELECT a.x FROM c a, c b, c d ORDER BY -a.x * b.x * d.x"_s);
+        QElapsedTimer stopping;
+        stopping.start();
+        const QString cancelled = writeCsv(path, {}, sorting, [&](qint64) { return stopping.elapsed() < 300; });
+        QVERIFY2(cancelled.contains(u"已取消"_s), qPrintable(cancelled + QString::number(stopping.elapsed())));
+        QVERIFY2(stopping.elapsed() < 800, qPrintable(QString::number(stopping.elapsed())));
+        QCOMPARE(quarry::test::readFile(path), "old");
     }
 
     void copiedCells_data()

@@ -1,6 +1,8 @@
 #include "RowStream.h"
 
+#include "MariaDbRows.h"
 #include "QueryInterrupt.h"
+#include "SqliteRows.h"
 
 #include "platform/DbConnection.h"
 
@@ -94,49 +96,79 @@ void RowStream::read(const RowSource &source)
     QSqlError error;
     {
         DbConnection connection;
-        if (const QString fault = source.opener(connection); !fault.isEmpty()) {
+        if (const QString fault = source.opener(connection); !fault.isEmpty())
             error = QSqlError(fault, QString(), QSqlError::ConnectionError);
-        } else {
-            m_interrupt->watch(connection.database());
-            QSqlQuery query(connection.database());
-            query.setForwardOnly(true);
-            // ODBC's statement handle, which its cancel needs, comes with prepare().
-            const bool prepared = connection.database().driverName() == "QODBC"_L1;
-            if ((!prepared || query.prepare(source.select)) && m_interrupt->started(query, Ticket)
-                && (prepared ? query.exec() : query.exec(source.select))) {
-                const int columns = query.record().count();
-                QList<QVariantList> batch;
-                bool more = true;
-                while (more) {
-                    more = query.next();
-                    if (more) {
-                        QVariantList row;
-                        row.reserve(columns);
-                        for (int c = 0; c < columns; ++c)
-                            row.append(query.value(c));
-                        batch.append(row);
-                    }
-                    if (batch.size() < BatchRows && more)
-                        continue;
-                    std::unique_lock lock(m_mutex);
-                    m_changed.wait(lock,
-                                   [this] { return m_stopped || m_batches.size() < BatchesHeld; });
-                    if (m_stopped)
-                        break;
-                    if (!batch.isEmpty())
-                        m_batches.append(std::exchange(batch, {}));
-                    m_changed.notify_all();
-                }
-            }
-            error = query.lastError();
-            m_interrupt->finished();
-        }
+        else
+            error = readOn(connection.database(), source.select);
     }
     std::lock_guard lock(m_mutex);
     if (!m_stopped)
         m_error = error;
     m_ended = true;
     m_changed.notify_all();
+}
+
+// Through SqliteRows or MariaDbRows, made once the statement may start.
+template<typename Rows>
+QSqlError RowStream::readThrough(const QSqlDatabase &database, const QString &select)
+{
+    if (!m_interrupt->started(QSqlQuery(database), Ticket))
+        return {};
+    Rows rows(database, select);
+    handOver([&rows](QVariantList &row) { return rows.next(row); });
+    return rows.error();
+}
+
+// SQLite and MySQL are read through their own libraries, which neither
+// keep a copy of each row nor (MySQL) the whole result in memory.
+QSqlError RowStream::readOn(const QSqlDatabase &database, const QString &select)
+{
+    m_interrupt->watch(database);
+    QSqlError error;
+    if (database.driverName() == "QSQLITE"_L1) {
+        error = readThrough<SqliteRows>(database, select);
+    } else if (database.driverName() == "QMYSQL"_L1) {
+        error = readThrough<MariaDbRows>(database, select);
+    } else {
+        QSqlQuery query(database);
+        query.setForwardOnly(true);
+        // ODBC's statement handle, which its cancel needs, comes with prepare().
+        if (query.prepare(select) && m_interrupt->started(query, Ticket) && query.exec()) {
+            const int columns = query.record().count();
+            handOver([&query, columns](QVariantList &row) {
+                if (!query.next())
+                    return false;
+                row.reserve(columns);
+                for (int c = 0; c < columns; ++c)
+                    row.append(query.value(c));
+                return true;
+            });
+        }
+        error = query.lastError();
+    }
+    m_interrupt->finished();
+    return error;
+}
+
+void RowStream::handOver(const std::function<bool(QVariantList &)> &fetch)
+{
+    QList<QVariantList> batch;
+    bool more = true;
+    while (more) {
+        QVariantList row;
+        more = fetch(row);
+        if (more)
+            batch.append(std::move(row));
+        if (batch.size() < BatchRows && more)
+            continue;
+        std::unique_lock lock(m_mutex);
+        m_changed.wait(lock, [this] { return m_stopped || m_batches.size() < BatchesHeld; });
+        if (m_stopped)
+            return;
+        if (!batch.isEmpty())
+            m_batches.append(std::exchange(batch, {}));
+        m_changed.notify_all();
+    }
 }
 
 } // namespace quarry::viewer

@@ -12,6 +12,7 @@
 #include <memory>
 #include <mutex>
 
+class QSqlDatabase;
 class QThread;
 
 namespace quarry::viewer {
@@ -52,6 +53,12 @@ public:
 
 private:
     void read(const RowSource &source);
+    QSqlError readOn(const QSqlDatabase &database, const QString &select);
+    template<typename Rows>
+    QSqlError readThrough(const QSqlDatabase &database, const QString &select);
+    // Hands the rows that fetch gives over in batches, until it gives no
+    // more or the stream is stopped.
+    void handOver(const std::function<bool(QVariantList &)> &fetch);
     void stop();
 
     const QString m_station;
