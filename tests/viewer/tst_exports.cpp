@@ -364,6 +364,32 @@ private Q_SLOTS:
         QCOMPARE(quarry::test::readFile(path), "old");
     }
 
+    // A file is read and written beside the calling thread, whose events
+    // go on (a window stays drawn) while a slow statement runs.
+    void eventsServed_data()
+    {
+        QTest::addColumn<bool>("workbook");
+        QTest::newRow("csv") << false;
+        QTest::newRow("xlsx") << true;
+    }
+    void eventsServed()
+    {
+        QFETCH(bool, workbook);
+        int ticks = 0;
+        QTimer ticking;
+        connect(&ticking, &QTimer::timeout, this, [&ticks] { ++ticks; });
+        ticking.start(10);
+        QTemporaryDir dir;
+        const RowSource sorting = sqliteRows(u"WITH RECURSIVE c(x) AS (SELECT 1 UNION ALL SELECT x + 1 FROM c WHERE x < 50000000) SELECT x FROM c ORDER BY -x"_s);
+        QElapsedTimer running;
+        running.start();
+        const auto goOn = [&](qint64) { return running.elapsed() < 500; };
+        const QString fault = workbook ? writeXlsx(dir.filePath(u"rows.xlsx"_s), LabelledRows(), sorting, {}, goOn)
+                                       : writeCsv(dir.filePath(u"rows.csv"_s), LabelledRows(), sorting, goOn);
+        QVERIFY2(fault.contains(u"已取消"_s), qPrintable(fault));
+        QVERIFY2(ticks >= 5, qPrintable(QString::number(ticks)));
+    }
+
     void copiedCells_data()
     {
         QTest::addColumn<QList<QPoint>>("cells"); // (column, row), in the order chosen

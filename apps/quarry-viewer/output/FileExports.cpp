@@ -1,6 +1,8 @@
 #include "FileExports.h"
 
+#include "ColumnLabels.h"
 #include "CsvWriter.h"
+#include "ExportThread.h"
 #include "catalogue/LabelledRows.h"
 #include "LogReport.h"
 #include "XlsxExport.h"
@@ -29,43 +31,29 @@ QString cancelled(const QString &path)
     return u"已取消导出，未写入 %1。"_s.arg(QDir::toNativeSeparators(path));
 }
 
-} // namespace
-
-QString writeCsv(const QString &path, const LabelledRows &rows, const RowSource &source,
-                 const std::function<bool(qint64)> &progress)
+// On the export's thread.
+QString writeCsvRows(const QString &path, const ColumnLabels &labels, const RowSource &source,
+                     const Progress &progress)
 {
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         return cannotWrite(file);
     CsvWriter csv(file);
-    QStringList header;
-    for (int c = 0; c < rows.columnCount(); ++c)
-        header.append(rows.headerData(c, Qt::Horizontal).toString());
-    csv.writeRow(header);
-    // Only the columns of a code list or a number format change as they
-    // are labelled; the others are written as they come.
-    QList<int> relabelled;
-    for (int c = 0; c < rows.columnCount(); ++c) {
-        if (rows.relabels(c))
-            relabelled.append(c);
-    }
+    csv.writeRow(labels.titles());
     qint64 written = 0;
     bool stopped = false;
-    const auto goOn = [&] { return stopped = progress && !progress(written), !stopped; };
+    const auto goOn = [&] { return stopped = !progress(written), !stopped; };
     RowStream stream(source);
-    for (QList<QVariantList> batch = stream.next(goOn); !batch.isEmpty();
+    for (QList<QVariantList> batch = stream.next(goOn); !batch.isEmpty() && !stopped;
          batch = stream.next(goOn)) {
         for (QVariantList &row : batch) {
             // A stop leaves no half file behind.
             if (written % CsvProgressEvery == 0 && !goOn())
                 break;
-            for (int c : std::as_const(relabelled))
-                row[c] = rows.labelled(c, row.value(c));
+            labels.label(row);
             csv.writeRow(row);
             ++written;
         }
-        if (stopped)
-            break;
     }
     if (stopped) {
         file.cancelWriting();
@@ -78,6 +66,16 @@ QString writeCsv(const QString &path, const LabelledRows &rows, const RowSource 
     if (!csv.ok() || !file.commit())
         return cannotWrite(file);
     return {};
+}
+
+} // namespace
+
+QString writeCsv(const QString &path, const LabelledRows &rows, const RowSource &source,
+                 const std::function<bool(qint64)> &progress)
+{
+    const ColumnLabels labels(rows);
+    return runBeside([&](const Progress &told) { return writeCsvRows(path, labels, source, told); },
+                     progress);
 }
 
 QString writePdf(const QString &path, const LogReport &report, const QString &title,

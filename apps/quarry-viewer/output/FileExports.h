@@ -16,10 +16,11 @@ struct ExportHeading;
 
 // Every row of source as CSV, under the titles of rows and labelled as rows
 // shows them (rows' columns are source's): UTF-8 with a byte order mark.
-// The rows are read as they are written, in one pass. progress(rowsWritten)
-// is told every thousand rows and every tenth of a second while the
-// database works, and cancels with false. The file appears only once it is
-// whole. Returns the fault in the operator's words, empty when written.
+// The rows are read as they are written, in one pass, on threads of their
+// own while this thread serves its events (runBeside): progress(rowsWritten)
+// is told on this thread every few hundredths of a second, and cancels with
+// false. The file appears only once it is whole. Returns the fault in the
+// operator's words, empty when written.
 QString writeCsv(const QString &path, const LabelledRows &rows, const RowSource &source,
                  const std::function<bool(qint64)> &progress = {});
 

@@ -1,6 +1,8 @@
 #include "XlsxExport.h"
 
 #include "catalogue/LabelledRows.h"
+#include "ColumnLabels.h"
+#include "ExportThread.h"
 #include "NumberFormat.h"
 
 #include <QAbstractItemModel>
@@ -305,33 +307,39 @@ QString writeXlsx(const QString &path, const LabelledRows &rows, const RowSource
                   const ExportHeading &heading, const std::function<bool(qint64)> &progress,
                   qint64 sheetRows)
 {
+    const ColumnLabels labels(rows);
     QStringList patterns;
     for (int c = 0; c < rows.columnCount(); ++c) {
         const QString name = rows.headerData(c, Qt::Horizontal, Qt::ToolTipRole).toString();
         patterns.append(rows.entry().columnFormats.value(name.toUpper()));
     }
-    RowStream stream(source);
-    QList<QVariantList> batch;
-    qsizetype at = 0;
-    qint64 given = 0;
-    bool stopped = false;
-    const auto goOn = [&] { return stopped = progress && !progress(given), !stopped; };
-    const auto next = [&](Row &row) {
-        if (at == batch.size()) {
-            batch = stream.next(goOn);
-            at = 0;
-            if (batch.isEmpty())
-                return stopped || !stream.failure().isEmpty() ? Next::Stop : Next::End;
-        }
-        const QVariantList &values = batch[at++];
-        row.clear();
-        for (qsizetype c = 0; c < values.size(); ++c)
-            row.append({values[c], rows.labelled(int(c), values[c]), patterns.value(c)});
-        ++given;
-        return Next::Row;
-    };
-    const QString fault = writeWorkbook(path, titles(rows), heading, next, progress, sheetRows);
-    return stream.failure().isEmpty() ? fault : stream.failure();
+    return runBeside(
+        [&](const Progress &told) {
+            RowStream stream(source);
+            QList<QVariantList> batch;
+            qsizetype at = 0;
+            qint64 given = 0;
+            bool stopped = false;
+            const auto goOn = [&] { return stopped = !told(given), !stopped; };
+            const auto next = [&](Row &row) {
+                if (at == batch.size()) {
+                    batch = stream.next(goOn);
+                    at = 0;
+                    if (batch.isEmpty())
+                        return stopped || !stream.failure().isEmpty() ? Next::Stop : Next::End;
+                }
+                const QVariantList &values = batch[at++];
+                row.clear();
+                for (qsizetype c = 0; c < values.size(); ++c)
+                    row.append({values[c], labels.labelled(int(c), values[c]), patterns.value(c)});
+                ++given;
+                return Next::Row;
+            };
+            const QString fault
+                = writeWorkbook(path, labels.titles(), heading, next, told, sheetRows);
+            return stream.failure().isEmpty() ? fault : stream.failure();
+        },
+        progress);
 }
 
 } // namespace quarry::viewer

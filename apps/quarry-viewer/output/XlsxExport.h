@@ -42,8 +42,9 @@ QString writeXlsx(const QString &path, const QAbstractItemModel &rows, const Exp
                   const std::function<bool(qint64)> &progress = {},
                   qint64 sheetRows = ExcelSheetRows);
 // Every row of source likewise, under the titles of rows and labelled as
-// rows shows them, read as they are written in one pass; progress is told
-// too every tenth of a second while the database works.
+// rows shows them, read as they are written in one pass on threads of their
+// own while this thread serves its events; progress is told on this thread
+// every few hundredths of a second (runBeside).
 QString writeXlsx(const QString &path, const LabelledRows &rows, const RowSource &source,
                   const ExportHeading &heading, const std::function<bool(qint64)> &progress = {},
                   qint64 sheetRows = ExcelSheetRows);
