@@ -43,8 +43,8 @@ public:
     RowStream(const RowStream &) = delete;
     RowStream &operator=(const RowStream &) = delete;
 
-    // The next rows, waited for while goOn() (asked every tenth of a
-    // second) says so. Empty at the end, after a fault (failure()) or when
+    // The next rows, waited for while goOn() (asked every 25 ms)
+    // says so. Empty at the end, after a fault (failure()) or when
     // goOn() said no (the statement is then stopped).
     QList<QVariantList> next(const std::function<bool()> &goOn);
     // The fault of the statement in the operator's words, naming the
