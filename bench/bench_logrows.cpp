@@ -8,8 +8,11 @@
 // database's share), the program's resident memory before the CSV export
 // of those rows and its peak while it writes it, the same of their PDF
 // report with its rows a second (-1 beyond a million rows), and the
-// longest time the GUI thread did not answer until the CSV was written (a
-// timer's largest gap between ticks). One line per case. Run by hand:
+// longest time the GUI thread did not answer from the query until the CSV
+// was written (a timer's largest gap between ticks) with the step it fell
+// in and how long the thread itself ran in it, the longest the thread ran
+// between two ticks, and both for each step. One line per case. Run by
+// hand:
 //   QT_QPA_PLATFORM=offscreen QUARRY_BENCH_ROWS=1000000 nice bench/bench_logrows
 // (the rows of the log; both sizes without QUARRY_BENCH_ROWS; ten million
 // rows need QTEST_FUNCTION_TIMEOUT=3600000, a case taking longer than
@@ -30,9 +33,12 @@
 #include "rows/LogSelect.h"
 #include "rows/StationDatabase.h"
 #include "output/FileExports.h"
+#include "window/ResultPane.h"
+#include "window/StationBanner.h"
 
 #include "platform/DbConnection.h"
 
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QSqlQuery>
@@ -43,6 +49,7 @@
 #include <QTimer>
 
 #include <cstdio>
+#include <ctime>
 
 using namespace Qt::StringLiterals;
 using quarry::test::Engine;
@@ -97,29 +104,111 @@ QStringList fillScripts(Engine engine, int rows)
     return scripts;
 }
 
-// The largest gap between the ticks of a timer on the GUI thread.
+qint64 threadCpuMs()
+{
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return qint64(now.tv_sec) * 1000 + now.tv_nsec / 1'000'000;
+}
+
+// The largest gap between the ticks of a precise timer on the GUI thread,
+// and the step of the bench it ended in: a gap is the step's that was
+// running when the thread answered again (a step's own call on the GUI
+// thread holds it as an operator's click would).
 class GuiBlock
 {
 public:
     GuiBlock()
     {
+        m_timer.setTimerType(Qt::PreciseTimer);
         m_timer.setInterval(5);
-        QObject::connect(&m_timer, &QTimer::timeout,
-                         [this] { m_largest = qMax(m_largest, m_since.restart()); });
+        QObject::connect(&m_timer, &QTimer::timeout, [this] { tick(); });
         m_since.start();
         m_timer.start();
     }
-    qint64 largestMs() const { return qMax(m_largest, m_since.elapsed()); }
+    void step(const char *name)
+    {
+        m_step = name;
+        m_steps.append({name});
+    }
+    // The gap under way ends the last step.
+    void stop()
+    {
+        tick();
+        m_timer.stop();
+    }
+    qint64 largestMs() const { return m_largest; }
+    // The time the GUI thread ran in the largest gap: the rest of it, it
+    // waited for a core (the machine's load), not for the program.
+    qint64 largestCpuMs() const { return m_largestCpu; }
+    // The longest the GUI thread ran between two ticks, and in which step.
+    qint64 busiestMs() const { return m_busiest; }
+    const char *busiestStep() const { return m_busiestStep; }
+    const char *largestStep() const { return m_largestStep; }
+    // "step:gap/ran,...": the largest gap of each step and the longest the
+    // thread ran between two ticks, in milliseconds, in the order they ran.
+    QByteArray eachStep() const
+    {
+        QByteArrayList steps;
+        for (const Step &step : m_steps)
+            steps.append(step.name + ':' + QByteArray::number(step.largest) + '/'
+                         + QByteArray::number(step.busiest));
+        return steps.join(',');
+    }
 
 private:
+    struct Step
+    {
+        QByteArray name;
+        qint64 largest = 0;
+        qint64 busiest = 0;
+    };
+
+    void tick()
+    {
+        const qint64 gap = m_since.restart();
+        const qint64 cpu = threadCpuMs();
+        const qint64 busy = cpu - std::exchange(m_cpu, cpu);
+        if (!m_steps.isEmpty()) {
+            Step &step = m_steps.last();
+            step.largest = qMax(step.largest, gap);
+            step.busiest = qMax(step.busiest, busy);
+        }
+        if (gap > m_largest) {
+            m_largest = gap;
+            m_largestCpu = busy;
+            m_largestStep = m_step;
+        }
+        if (busy > m_busiest) {
+            m_busiest = busy;
+            m_busiestStep = m_step;
+        }
+    }
+
     QTimer m_timer;
     QElapsedTimer m_since;
     qint64 m_largest = 0;
+    const char *m_step = "";
+    const char *m_largestStep = "";
+    qint64 m_cpu = threadCpuMs();
+    qint64 m_largestCpu = 0;
+    qint64 m_busiest = 0;
+    const char *m_busiestStep = "";
+    QList<Step> m_steps;
 };
 
+// Waits in the event loop, as the program does, rather than with
+// QTest::qWaitFor, whose sleeps between turns would be gaps of its own.
 bool waitFor(const std::function<bool()> &done)
 {
-    return QTest::qWaitFor(done, 1'800'000);
+    QDeadlineTimer deadline(1'800'000);
+    while (!done()) {
+        if (deadline.hasExpired())
+            return false;
+        // The gap timer's ticks wake it at least every few milliseconds.
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    return true;
 }
 
 // Milliseconds that `run` took.
@@ -259,12 +348,22 @@ void BenchLogRows::measure(const char *condition, const char *engine, int rows,
                            quarry::viewer::StationDatabase &database)
 {
     LogRowsModel model;
-    QTableView view;
-    view.setModel(&model);
-    view.resize(1000, 700);
-    view.show();
+    quarry::viewer::LabelledRows labelled;
+    labelled.setSourceModel(&model);
+    labelled.setEntry(entry);
+    // The window's own table, over the labelled rows, set up as the window
+    // does when rows come.
+    quarry::viewer::ResultPane pane(new quarry::viewer::StationBanner({}), database, model,
+                                    &labelled, nullptr);
+    pane.resize(1000, 800);
+    pane.show();
+    QTableView &view = *pane.findChild<QTableView *>(u"resultTable"_s);
     bool shown = false;
-    connect(&model, &LogRowsModel::rowsShown, this, [&shown] { shown = true; });
+    connect(&model, &LogRowsModel::rowsShown, this, [&] {
+        pane.scrollToTop();
+        if (!std::exchange(shown, true))
+            pane.showColumns(entry);
+    });
     // Painted with the rows it shows, whose pages come in the background.
     const auto painted = [&] {
         view.viewport()->repaint();
@@ -277,18 +376,22 @@ void BenchLogRows::measure(const char *condition, const char *engine, int rows,
     };
 
     GuiBlock block;
+    block.step("query");
     const qint64 firstMs = timed([&] {
         model.setQuery(database, select, entry.key, quarry::viewer::newestFirst(entry));
         QVERIFY(waitFor([&shown] { return shown; }));
         painted();
     });
+    block.step("count");
     QVERIFY(waitFor([&model] { return !model.isBusy(); }));
+    block.step("end");
     const qint64 endMs = timed([&] {
         view.scrollToBottom();
         painted();
     });
+    block.step("middle");
     const qint64 middleMs = timed([&] {
-        view.scrollTo(model.index(model.rowCount() / 2, 0), QAbstractItemView::PositionAtTop);
+        view.scrollTo(labelled.index(model.rowCount() / 2, 0), QAbstractItemView::PositionAtTop);
         painted();
     });
     int sortColumn = 0;
@@ -296,22 +399,21 @@ void BenchLogRows::measure(const char *condition, const char *engine, int rows,
                .toString()
                .compare(SortColumn, Qt::CaseInsensitive))
         ++sortColumn;
-    shown = false;
+    bool sorted = false;
+    connect(&model, &LogRowsModel::rowsShown, this, [&sorted] { sorted = true; });
+    block.step("sort");
     const qint64 sortFirstMs = timed([&] {
-        model.sort(sortColumn, Qt::AscendingOrder);
-        QVERIFY(waitFor([&shown] { return shown; }));
-        view.scrollToTop();
+        view.sortByColumn(sortColumn, Qt::AscendingOrder);
+        QVERIFY(waitFor([&sorted] { return sorted; }));
         painted();
     });
     // The page after the first one of the sorted rows.
+    block.step("next-page");
     const qint64 sortNextMs = timed([&] {
-        view.scrollTo(model.index(qMin(LogRowsModel::PageRows + 10, model.rowCount() - 1), 0),
+        view.scrollTo(labelled.index(qMin(LogRowsModel::PageRows + 10, model.rowCount() - 1), 0),
                       QAbstractItemView::PositionAtTop);
         painted();
     });
-    quarry::viewer::LabelledRows labelled;
-    labelled.setSourceModel(&model);
-    labelled.setEntry(entry);
     const quarry::viewer::RowSource source{database.opener(), model.statement(),
                                            database.describe()};
     const auto busy = [](qint64) {
@@ -320,13 +422,16 @@ void BenchLogRows::measure(const char *condition, const char *engine, int rows,
     };
     QTemporaryDir dir;
     const qint64 before = resetPeakMemory();
+    block.step("export");
     const qint64 csvMs = timed([&] {
         const QString failed
             = quarry::viewer::writeCsv(dir.filePath(u"log.csv"_s), labelled, source, busy);
         QVERIFY2(failed.isEmpty(), qPrintable(failed));
     });
     const qint64 csvPeak = memoryMiB("VmHWM");
-    // The reading alone answers no event, as a reading of the table does not.
+    // The reading alone and the report answer no event, as a reading of the
+    // table does not.
+    block.stop();
     const qint64 blocked = block.largestMs();
     const qint64 readSpeed = readRowsPerSecond(source);
     const quarry::viewer::LogReport report
@@ -350,11 +455,13 @@ void BenchLogRows::measure(const char *condition, const char *engine, int rows,
     std::printf("case=%s engine=%s rows=%d first_page_ms=%lld end_ms=%lld middle_ms=%lld "
                 "sort_first_ms=%lld sort_next_ms=%lld csv_rows_per_s=%lld read_rows_per_s=%lld "
                 "csv_rss_mib=%lld csv_peak_mib=%lld pdf_rows_per_s=%lld pdf_rss_mib=%lld "
-                "pdf_peak_mib=%lld gui_block_ms=%lld\n",
+                "pdf_peak_mib=%lld gui_block_ms=%lld gui_block_step=%s gui_block_cpu_ms=%lld "
+                "gui_busy_ms=%lld gui_busy_step=%s gui_block_steps=%s\n",
                 condition, engine, rows, firstMs, endMs, middleMs, sortFirstMs, sortNextMs,
                 count * 1000 / std::max<qint64>(csvMs, 1), readSpeed, before, csvPeak,
                 pdfMs < 0 ? -1 : count * 1000 / std::max<qint64>(pdfMs, 1), pdfBefore, pdfPeak,
-                blocked);
+                blocked, block.largestStep(), block.largestCpuMs(), block.busiestMs(),
+                block.busiestStep(), block.eachStep().constData());
     std::fflush(stdout);
 }
 
