@@ -10,8 +10,9 @@
 // report with its rows a second (-1 beyond a million rows), and the
 // longest time the GUI thread did not answer from the query until the CSV
 // was written (a timer's largest gap between ticks) with the step it fell
-// in and how long the thread itself ran in it, the longest the thread ran
-// between two ticks, and both for each step. One line per case. Run by
+// in, how long the thread ran and waited for a core in it, the longest
+// the program itself held the thread (a gap less the wait for a core), and
+// both for each step. One line per case. Run by
 // hand:
 //   QT_QPA_PLATFORM=offscreen QUARRY_BENCH_ROWS=1000000 nice bench/bench_logrows
 // (the rows of the log; both sizes without QUARRY_BENCH_ROWS; ten million
@@ -49,7 +50,6 @@
 #include <QTimer>
 
 #include <cstdio>
-#include <ctime>
 
 using namespace Qt::StringLiterals;
 using quarry::test::Engine;
@@ -104,12 +104,26 @@ QStringList fillScripts(Engine engine, int rows)
     return scripts;
 }
 
-qint64 threadCpuMs()
+// The time the calling thread has run and has waited for a core, in
+// milliseconds (the kernel's schedstat of the thread).
+struct ThreadTimes
 {
-    timespec now{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return qint64(now.tv_sec) * 1000 + now.tv_nsec / 1'000'000;
-}
+    qint64 ran = 0;
+    qint64 queued = 0;
+
+    static ThreadTimes now()
+    {
+        ThreadTimes times;
+        if (std::FILE *stat = std::fopen("/proc/thread-self/schedstat", "r")) {
+            long long ran = 0;
+            long long queued = 0;
+            if (std::fscanf(stat, "%lld %lld", &ran, &queued) == 2)
+                times = {ran / 1'000'000, queued / 1'000'000};
+            std::fclose(stat);
+        }
+        return times;
+    }
+};
 
 // The largest gap between the ticks of a precise timer on the GUI thread,
 // and the step of the bench it ended in: a gap is the step's that was
@@ -138,21 +152,24 @@ public:
         m_timer.stop();
     }
     qint64 largestMs() const { return m_largest; }
-    // The time the GUI thread ran in the largest gap: the rest of it, it
-    // waited for a core (the machine's load), not for the program.
+    // The time the GUI thread ran in the largest gap, and the time it
+    // waited for a core (the machine's load); the rest of the gap it slept,
+    // waiting for something (a lock, a server).
     qint64 largestCpuMs() const { return m_largestCpu; }
-    // The longest the GUI thread ran between two ticks, and in which step.
-    qint64 busiestMs() const { return m_busiest; }
-    const char *busiestStep() const { return m_busiestStep; }
+    qint64 largestQueuedMs() const { return m_largestQueued; }
+    // The largest gap less the time the thread waited for a core in it: the
+    // longest the program itself held the thread, and in which step.
+    qint64 heldMs() const { return m_held; }
+    const char *heldStep() const { return m_heldStep; }
     const char *largestStep() const { return m_largestStep; }
-    // "step:gap/ran,...": the largest gap of each step and the longest the
-    // thread ran between two ticks, in milliseconds, in the order they ran.
+    // "step:gap/held,...": the largest gap of each step and the longest the
+    // program held the thread, in milliseconds, in the order they ran.
     QByteArray eachStep() const
     {
         QByteArrayList steps;
         for (const Step &step : m_steps)
             steps.append(step.name + ':' + QByteArray::number(step.largest) + '/'
-                         + QByteArray::number(step.busiest));
+                         + QByteArray::number(step.held));
         return steps.join(',');
     }
 
@@ -161,27 +178,30 @@ private:
     {
         QByteArray name;
         qint64 largest = 0;
-        qint64 busiest = 0;
+        qint64 held = 0;
     };
 
     void tick()
     {
         const qint64 gap = m_since.restart();
-        const qint64 cpu = threadCpuMs();
-        const qint64 busy = cpu - std::exchange(m_cpu, cpu);
+        const ThreadTimes times = ThreadTimes::now();
+        const ThreadTimes before = std::exchange(m_times, times);
+        // The gap less the time the thread waited for a core.
+        const qint64 held = gap - (times.queued - before.queued);
         if (!m_steps.isEmpty()) {
             Step &step = m_steps.last();
             step.largest = qMax(step.largest, gap);
-            step.busiest = qMax(step.busiest, busy);
+            step.held = qMax(step.held, held);
         }
         if (gap > m_largest) {
             m_largest = gap;
-            m_largestCpu = busy;
+            m_largestCpu = times.ran - before.ran;
+            m_largestQueued = times.queued - before.queued;
             m_largestStep = m_step;
         }
-        if (busy > m_busiest) {
-            m_busiest = busy;
-            m_busiestStep = m_step;
+        if (held > m_held) {
+            m_held = held;
+            m_heldStep = m_step;
         }
     }
 
@@ -190,10 +210,11 @@ private:
     qint64 m_largest = 0;
     const char *m_step = "";
     const char *m_largestStep = "";
-    qint64 m_cpu = threadCpuMs();
+    ThreadTimes m_times = ThreadTimes::now();
     qint64 m_largestCpu = 0;
-    qint64 m_busiest = 0;
-    const char *m_busiestStep = "";
+    qint64 m_largestQueued = 0;
+    qint64 m_held = 0;
+    const char *m_heldStep = "";
     QList<Step> m_steps;
 };
 
@@ -456,12 +477,13 @@ void BenchLogRows::measure(const char *condition, const char *engine, int rows,
                 "sort_first_ms=%lld sort_next_ms=%lld csv_rows_per_s=%lld read_rows_per_s=%lld "
                 "csv_rss_mib=%lld csv_peak_mib=%lld pdf_rows_per_s=%lld pdf_rss_mib=%lld "
                 "pdf_peak_mib=%lld gui_block_ms=%lld gui_block_step=%s gui_block_cpu_ms=%lld "
-                "gui_busy_ms=%lld gui_busy_step=%s gui_block_steps=%s\n",
+                "gui_block_queued_ms=%lld "
+                "gui_held_ms=%lld gui_held_step=%s gui_block_steps=%s\n",
                 condition, engine, rows, firstMs, endMs, middleMs, sortFirstMs, sortNextMs,
                 count * 1000 / std::max<qint64>(csvMs, 1), readSpeed, before, csvPeak,
                 pdfMs < 0 ? -1 : count * 1000 / std::max<qint64>(pdfMs, 1), pdfBefore, pdfPeak,
-                blocked, block.largestStep(), block.largestCpuMs(), block.busiestMs(),
-                block.busiestStep(), block.eachStep().constData());
+                blocked, block.largestStep(), block.largestCpuMs(), block.largestQueuedMs(),
+                block.heldMs(), block.heldStep(), block.eachStep().constData());
     std::fflush(stdout);
 }
 
