@@ -354,7 +354,7 @@ void TestViewerWindow::saveDialogs()
 
 namespace {
 
-enum Fault { NoStation, MissingFile, ServerDown, MissingTable, NotANumber };
+enum Fault { NoStation, MissingFile, ServerDown, MissingTable, NotANumber, MissingList };
 
 // Puts the fault in; the returned function takes it out again.
 std::function<void()> breakStation(int fault, SampleStation &station, const QTemporaryDir &empty)
@@ -374,6 +374,7 @@ std::function<void()> breakStation(int fault, SampleStation &station, const QTem
         station.writeIni(NoHint + "[BANKPARAM]\nPRINTLINES=abc\n");
         return [&station] { station.writeIni(NoHint); };
     case MissingTable:
+    case MissingList:
         break;
     }
     return [] {};
@@ -400,6 +401,8 @@ void TestViewerWindow::faults_data()
                                   << QStringList{blocked, u"[BANKPARAM] PRINTLINES=abc 不是数字"_s};
     QTest::newRow("missing table") << Engine::Sqlite << int(MissingTable) << u"XXRZ"_s << u"BtnOk"_s
                                    << QStringList{u"本站点有以下问题"_s, u"读不到表 NOSUCHLOG"_s, u"在嵌入式数据库 SEAL"_s, u"上查询失败："_s, u"no such table: NOSUCHLOG"_s};
+    QTest::newRow("missing list table") << Engine::Sqlite << int(MissingList) << u"ZPGLRZ"_s << u"CmdYes"_s
+                                        << QStringList{u"在嵌入式数据库 SEAL"_s, u"上读取代码表失败："_s, u"no such table: NOSUCHLIST"_s};
 }
 
 // What is wrong with the station is said once, in the banner that names
@@ -419,11 +422,13 @@ void TestViewerWindow::faults()
     QUARRY_SAMPLE_STATION(station, engine, NoHint);
     station.clearErrorLog();
     QTemporaryDir dir;
+    const bool inCatalogue = fault == MissingTable || fault == MissingList;
     // The station check finds the missing table too.
     const QByteArray missing = fault == MissingTable ? "XXRZ, " : "";
+    const QByteArray list = fault == MissingList ? "NOSUCHLIST" : "P_FIELD_VAL_DEF";
     LogCatalogue logs = catalogue(dir, "[Catalogue]\nLogs=" + missing + "PTFHRZ, YWRZ, ZPGLRZ\n[XXRZ]\nTitle=x\nTable=NOSUCHLOG\nKey=LOGID\n"
                                        "[PTFHRZ]\nTitle=p\nTable=PTFHLOG\nKey=LOGID\n[YWRZ]\nTitle=y\nTable=YWLOG\nKey=LOGID\nShowWDH=true\n"
-                                       "[ZPGLRZ]\nTitle=z\nTable=ZPGLLOG\nKey=LOGID\nListASql=SELECT FieldValue, ValueDescr FROM P_FIELD_VAL_DEF\n");
+                                       "[ZPGLRZ]\nTitle=z\nTable=ZPGLLOG\nKey=LOGID\nListASql=SELECT FieldValue, ValueDescr FROM " + list + "\n");
     const int index = entryIndex(logType, logs);
     ViewerWindow window(logs);
     window.show();
@@ -444,13 +449,14 @@ void TestViewerWindow::faults()
     QVERIFY2(!message.contains(u"网点号不存在"_s), qPrintable(message));
     const QString log = fault == NoStation ? QString::fromUtf8(quarry::test::readFile(m_drives.filePath(u"c/errorpath/error.txt"_s)))
                                            : station.errorLog();
-    QCOMPARE(log.count(u"StationCheck"_s), 1);
+    QCOMPARE(log.count(u"StationCheck"_s), fault == MissingList ? 0 : 1);
     QVERIFY2(log.contains(said[1]), qPrintable(log));
-    QCOMPARE(log.count(u"quarry-viewer"_s), fault == MissingTable ? 2 : 0); // each query tries again
+    QCOMPARE(log.count(u"quarry-viewer"_s), inCatalogue ? 2 : 0); // each query tries again
     QCOMPARE(table(window)->model()->rowCount(), 0);
 
     repair.reset();
-    const int working = logType == u"XXRZ"_s ? 1 : index;
+    // A fault of the catalogue stays: another log of it works.
+    const int working = inCatalogue ? entryIndex(u"PTFHRZ"_s, logs) : index;
     run(window, working, {working == index ? ok + u'!' : u"BtnOk!"_s});
     QCOMPARE(shown(window, u"errorLabel"_s), QString());
     QCOMPARE(shown(window, u"stationBanner"_s) == QString(), fault != MissingTable);
