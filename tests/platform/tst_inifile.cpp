@@ -66,6 +66,8 @@ private Q_SLOTS:
         QTest::newRow("header without closing bracket is no section") << QByteArray("[A]\nK=a\n[B\nL=b\n") << u"A"_s << u"L"_s << u"b"_s;
         QTest::newRow("lone CR") << QByteArray("[A]\rK=v\rL=w\r") << u"A"_s << u"K"_s << u"v"_s;
         QTest::newRow("cut never splits a character") << QByteArray("[A]\nK=" + QByteArray(254, 'x') + "\xF0\x9F\x98\x80\n") << u"A"_s << u"K"_s << QString(254, u'x');
+        // UTF-16 is read unit by unit: a lone surrogate within the 255 stays.
+        QTest::newRow("255 units of UTF-16, the last a lone high surrogate") << utf16(u"[A]\nK="_s + QString(254, u'x') + QChar(0xD800) + u'\n', false) << u"A"_s << u"K"_s << QString(254, u'x') + QChar(0xD800);
         QTest::newRow("cut at the first NUL") << QByteArray("[A]\nK=ab\0cd\n", 12) << u"A"_s << u"K"_s << u"ab"_s;
 
         const QString text = u"[SYSTEM]\r\nMODE=普通银行\r\n"_s;
