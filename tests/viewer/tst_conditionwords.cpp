@@ -41,6 +41,8 @@ private Q_SLOTS:
         QTest::newRow("a column for a value kept") << access << u" where accno = opcode"_s << u"accno = opcode"_s;
         QTest::newRow("a statement kept") << access << u"SELECT wdh FROM HY where wdh like '1%' and opcode = '1'"_s << u"SELECT wdh FROM HY where wdh like '1%' and opcode = '1'"_s;
         QTest::newRow("MySQL backslashes") << mySql << u"pztype like 'a\\\\\\\\b%' and OPTYPE = 'a\\\\b'"_s << u"凭证类型 以 a\\b 开头，并且 操作类型 为 a\\b"_s;
+        QTest::newRow("MySQL escaped quote") << mySql << u"OPTYPE = 'O\\'Neil'"_s << u"操作类型 为 O'Neil"_s;
+        QTest::newRow("MySQL escape the component never writes") << mySql << u"OPTYPE = 'a\\nb'"_s << u"OPTYPE = 'a\\nb'"_s;
         QTest::newRow("a backslash elsewhere") << access << u"pztype like 'a\\\\b%'"_s << u"凭证类型 以 a\\\\b 开头"_s;
         QTest::newRow("SQL Server bracket") << sqlServer << u"pztype like '[[]1]%'"_s << u"凭证类型 以 [1] 开头"_s;
         QTest::newRow("a bracket elsewhere") << mySql << u"pztype like '[[]1]%'"_s << u"凭证类型 以 [[]1] 开头"_s;
