@@ -1,9 +1,12 @@
 // The viewer's parts that hold no widgets: reading the log catalogue, the
-// titles and code descriptions over the rows, the CSV text of an export;
+// titles and code descriptions over the rows, the CSV text of an export,
+// the rows a model holds before their count;
 // and the program's answers without a display, its exports among them.
 
 #include "output/CsvWriter.h"
 #include "catalogue/LabelledRows.h"
+#include "rows/LogRowsModel.h"
+#include "rows/StationDatabase.h"
 #include "LogCatalogue.h"
 #include "QtChinese.h"
 
@@ -80,6 +83,7 @@ private Q_SLOTS:
     void formats_data();
     void formats();
     void qtInChinese();
+    void rowsBeforeTheCount();
     void program_data();
     void program();
 };
@@ -277,6 +281,26 @@ void TestViewerParts::qtInChinese()
 {
     QVERIFY2(apps::useChinese(*QCoreApplication::instance()), "qt6-translations-l10n is not installed");
     QCOMPARE(QCoreApplication::translate("QPlatformTheme", "Cancel"), u"取消"_s);
+}
+
+// Until the count is in, the rows grow a page at a time as the view asks:
+// with the count stopped, the next page asked for is added.
+void TestViewerParts::rowsBeforeTheCount()
+{
+    test::SampleStation station(test::Engine::Sqlite);
+    QVERIFY2(station.isValid(), qPrintable(station.errorText()));
+    station.writeIni();
+    StationDatabase database;
+    QCOMPARE(database.open(), QString());
+    LogRowsModel model(10);
+    QObject context;
+    QObject::connect(&model, &LogRowsModel::rowsShown, &context, [&model] {
+        model.cancel();
+        model.fetchMore({});
+    });
+    model.setQuery(database, u"SELECT * FROM YYLOG"_s, u"LOGID"_s);
+    QVERIFY(QTest::qWaitFor([&model] { return model.rowCount() > 0 && !model.isBusy(); }, test::WaitLimit));
+    QCOMPARE(model.rowCount(), 20);
 }
 
 void TestViewerParts::program_data()
