@@ -10,7 +10,7 @@
 #include "LogCatalogue.h"
 #include "QtChinese.h"
 
-#include "SampleStation.h"
+#include "SampleLogs.h"
 #include "TestFiles.h"
 #include "NumberFormat.h"
 
@@ -287,9 +287,7 @@ void TestViewerParts::qtInChinese()
 // with the count stopped, the next page asked for is added.
 void TestViewerParts::rowsBeforeTheCount()
 {
-    test::SampleStation station(test::Engine::Sqlite);
-    QVERIFY2(station.isValid(), qPrintable(station.errorText()));
-    station.writeIni();
+    QUARRY_SAMPLE_STATION(station, test::Engine::Sqlite, QByteArray());
     StationDatabase database;
     QCOMPARE(database.open(), QString());
     LogRowsModel model(10);
@@ -339,9 +337,7 @@ void TestViewerParts::program()
     QFETCH(int, status);
     QFETCH(QStringList, said);
     QFETCH(QString, written);
-    test::SampleStation station(test::Engine::Sqlite);
-    QVERIFY2(station.isValid(), qPrintable(station.errorText()));
-    station.writeIni();
+    QUARRY_SAMPLE_STATION(station, test::Engine::Sqlite, QByteArray());
     QTemporaryDir dir;
     test::writeFile(dir.filePath(u"where.txt"_s), " where ACCNO LIKE '1105%'\n");
     arguments.replaceInStrings(u"{dir}"_s, dir.path());
