@@ -51,7 +51,7 @@ public:
     QString value(const QString &key) const { return text(m_settings, key); }
     void fault(const QString &key, const QString &what)
     {
-        m_faults.append(m_where + u' ' + key + u": "_s + what);
+        m_faults.append(m_where + u' ' + key + u"："_s + what);
     }
     const QStringList &faults() const { return m_faults; }
 
@@ -63,7 +63,7 @@ public:
             return 0;
         const qsizetype index = words.indexOf(word.toLower());
         if (index < 0)
-            fault(key, u"\"%1\" is not one of %2"_s.arg(word, words.join(u", "_s)));
+            fault(key, u"“%1”不是 %2 之一"_s.arg(word, words.join(u"、"_s)));
         return int(qMax(index, 0));
     }
 
@@ -72,9 +72,9 @@ public:
     {
         const QString name = value(key);
         if (name.isEmpty())
-            fault(key, u"missing"_s);
+            fault(key, u"未填写"_s);
         else if (!identifier().match(name).hasMatch())
-            fault(key, u"\"%1\" is not a %2 name"_s.arg(name, what));
+            fault(key, u"“%1”不是%2名"_s.arg(name, what));
         return name;
     }
 
@@ -86,7 +86,7 @@ public:
         bool ok = false;
         const qint32 length = number.toInt(&ok);
         if (!ok || length < 0)
-            fault(key, u"\"%1\" is not a length (0 or more)"_s.arg(number));
+            fault(key, u"“%1”不是长度（0 或更大的整数）"_s.arg(number));
         return ok ? qMax(length, 0) : 0;
     }
 
@@ -97,7 +97,7 @@ public:
             return false;
         if (word == u"true"_s || word == u"1"_s)
             return true;
-        fault(key, u"\"%1\" is neither true nor false"_s.arg(value(key)));
+        fault(key, u"“%1”既不是 true 也不是 false"_s.arg(value(key)));
         return false;
     }
 
@@ -107,13 +107,13 @@ public:
         const QString written = value(key);
         const QString select = value(key + u"Sql"_s);
         if (!written.isEmpty() && !select.isEmpty()) {
-            fault(key, u"give either %1 or %1Sql, not both"_s.arg(key));
+            fault(key, u"%1 和 %1Sql 只能给出一个"_s.arg(key));
         } else if (!select.isEmpty()) {
             if (!select.startsWith(u"SELECT "_s, Qt::CaseInsensitive))
-                fault(key + u"Sql"_s, u"not a SELECT"_s);
+                fault(key + u"Sql"_s, u"不是 SELECT 语句"_s);
             list.select = select;
         } else if (!apps::parseCodeList(written, list.ids, list.names)) {
-            fault(key, u"\"%1\" is not a code list (CODE=TEXT,...)"_s.arg(written));
+            fault(key, u"“%1”不是代码表（代码=文字,...）"_s.arg(written));
         }
         list.column = column(key + u"Column"_s);
         return list;
@@ -124,21 +124,21 @@ public:
     {
         const QString name = value(key);
         if (!name.isEmpty() && !identifier().match(name).hasMatch())
-            fault(key, u"\"%1\" is not a column name"_s.arg(name));
+            fault(key, u"“%1”不是列名"_s.arg(name));
         return name;
     }
 
     // "NAME=标题,...": titles by upper-case column name.
     QHash<QString, QString> titles(const QString &key)
     {
-        return columnValues(key, u"column title (NAME=TITLE)"_s,
+        return columnValues(key, u"列标题（列名=标题）"_s,
                             [](const QString &title) { return !title.isEmpty(); });
     }
 
     // "NAME=0.00,...": number formats by upper-case column name.
     QHash<QString, QString> formats(const QString &key)
     {
-        return columnValues(key, u"number format (NAME=0.00)"_s, isNumberFormat);
+        return columnValues(key, u"数字格式（列名=0.00）"_s, isNumberFormat);
     }
 
     QStringList names(const QString &key)
@@ -146,7 +146,7 @@ public:
         QStringList names;
         for (const QString &name : value(key).split(u',', Qt::SkipEmptyParts)) {
             if (!identifier().match(name.trimmed()).hasMatch())
-                fault(key, u"\"%1\" is not a column name"_s.arg(name.trimmed()));
+                fault(key, u"“%1”不是列名"_s.arg(name.trimmed()));
             names.append(name.trimmed().toUpper());
         }
         return names;
@@ -163,7 +163,7 @@ private:
             const QString name = entry.left(equals).trimmed();
             const QString text = entry.mid(equals + 1).trimmed();
             if (equals < 0 || !identifier().match(name).hasMatch() || !valid(text)) {
-                fault(key, u"\"%1\" is not a %2"_s.arg(entry.trimmed(), what));
+                fault(key, u"“%1”不是%2"_s.arg(entry.trimmed(), what));
                 continue;
             }
             values.insert(name.toUpper(), text);
@@ -193,24 +193,23 @@ LogCatalogue LogCatalogue::read(const QString &path)
     LogCatalogue catalogue;
     const QString file = QFileInfo(path).fileName();
     if (!QFileInfo(path).isFile()) {
-        catalogue.m_problems.append(u"%1: no catalogue file at %2"_s.arg(file, path));
+        catalogue.m_problems.append(u"%1：没有日志目录文件 %2"_s.arg(file, path));
         return catalogue;
     }
     QSettings settings(path, QSettings::IniFormat);
     if (settings.status() != QSettings::NoError) {
-        catalogue.m_problems.append(u"%1: not an INI file"_s.arg(file));
+        catalogue.m_problems.append(u"%1：不是 INI 文件"_s.arg(file));
         return catalogue;
     }
     const QString order = text(settings, u"Catalogue/Logs"_s);
     if (order.isEmpty())
-        catalogue.m_problems.append(u"%1 [Catalogue] Logs: no log types listed"_s.arg(file));
+        catalogue.m_problems.append(u"%1 [Catalogue] Logs：没有列出日志类型"_s.arg(file));
     const QStringList sections = settings.childGroups();
     for (QString logType : order.split(u',', Qt::SkipEmptyParts)) {
         logType = logType.trimmed();
         const QString where = u"%1 [%2]"_s.arg(file, logType);
         if (!sections.contains(logType)) {
-            catalogue.m_problems.append(where
-                                        + u": listed under [Catalogue] Logs but has no section"_s);
+            catalogue.m_problems.append(where + u"：列在 [Catalogue] Logs 中，却没有这一节"_s);
             continue;
         }
         settings.beginGroup(logType);
@@ -226,18 +225,18 @@ void LogCatalogue::readEntry(QSettings &settings, const QString &logType, const 
     const QStringList keys = settings.childKeys();
     for (const QString &key : keys) {
         if (!KnownKeys.contains(key))
-            reader.fault(key, u"unknown key"_s);
+            reader.fault(key, u"不认识的键"_s);
     }
     LogEntry entry;
     entry.logType = logType;
     entry.title = reader.value(u"Title"_s);
     if (entry.title.isEmpty())
-        reader.fault(u"Title"_s, u"missing"_s);
+        reader.fault(u"Title"_s, u"未填写"_s);
     entry.call = LogEntry::Call(reader.choice(u"Call"_s, {u"complex"_s, u"complex-ex"_s}));
     entry.result = LogEntry::Result(reader.choice(u"Result"_s, {u"where"_s, u"select"_s}));
-    entry.table = entry.result == LogEntry::Result::Where ? reader.name(u"Table"_s, u"table"_s)
+    entry.table = entry.result == LogEntry::Result::Where ? reader.name(u"Table"_s, u"表"_s)
                                                           : reader.value(u"Table"_s);
-    entry.key = reader.name(u"Key"_s, u"column"_s);
+    entry.key = reader.name(u"Key"_s, u"列"_s);
     entry.dateColumn = reader.column(u"DateColumn"_s);
     entry.timeColumn = reader.column(u"TimeColumn"_s);
     entry.listA = reader.codeList(u"ListA"_s);

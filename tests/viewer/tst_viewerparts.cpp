@@ -121,32 +121,32 @@ void TestViewerParts::catalogue_data()
                            << QStringList{u"SJRZ 登录日志 SJLOG complex where A[] B[] 0/0/0 - - -"_s}
                            << QStringList{problem};
     };
-    faulty("no title", "Table=YYLOG\nKey=LOGID\n", u"cat.ini [YYRZ] Title: missing"_s);
-    faulty("no table", "Title=t\nKey=LOGID\n", u"cat.ini [YYRZ] Table: missing"_s);
-    faulty("no key", "Title=t\nTable=YYLOG\n", u"cat.ini [YYRZ] Key: missing"_s);
-    faulty("key with SQL", "Title=t\nTable=YYLOG\nKey=LOGID DESC\n", u"cat.ini [YYRZ] Key: \"LOGID DESC\" is not a column name"_s);
-    faulty("table with SQL", "Title=t\nKey=LOGID\nTable=YYLOG WHERE 1=1\n", u"cat.ini [YYRZ] Table: \"YYLOG WHERE 1=1\" is not a table name"_s);
-    faulty("misspelt key", "Title=t\nKey=LOGID\nTable=YYLOG\nTabel=YYLOG\n", u"cat.ini [YYRZ] Tabel: unknown key"_s);
-    faulty("unknown call", "Title=t\nKey=LOGID\nTable=YYLOG\nCall=complexEx\n", u"cat.ini [YYRZ] Call: \"complexEx\" is not one of complex, complex-ex"_s);
-    faulty("unknown result", "Title=t\nKey=LOGID\nTable=YYLOG\nResult=all\n", u"cat.ini [YYRZ] Result: \"all\" is not one of where, select"_s);
-    faulty("length not a number", "Title=t\nKey=LOGID\nTable=YYLOG\nAccLen=seventeen\n", u"cat.ini [YYRZ] AccLen: \"seventeen\" is not a length (0 or more)"_s);
-    faulty("negative length", "Title=t\nKey=LOGID\nTable=YYLOG\nChequeLen=-8\n", u"cat.ini [YYRZ] ChequeLen: \"-8\" is not a length (0 or more)"_s);
-    faulty("flag not a truth", "Title=t\nKey=LOGID\nTable=YYLOG\nShowWDH=yes\n", u"cat.ini [YYRZ] ShowWDH: \"yes\" is neither true nor false"_s);
-    faulty("code not a number", "Title=t\nKey=LOGID\nTable=YYLOG\nListA=\"1=开户,x=销户\"\n", u"cat.ini [YYRZ] ListA: \"1=开户,x=销户\" is not a code list (CODE=TEXT,...)"_s);
-    faulty("code without text", "Title=t\nKey=LOGID\nTable=YYLOG\nListB=\"1=\"\n", u"cat.ini [YYRZ] ListB: \"1=\" is not a code list (CODE=TEXT,...)"_s);
-    faulty("code beyond 16 bits", "Title=t\nKey=LOGID\nTable=YYLOG\nListA=\"40000=x\"\n", u"cat.ini [YYRZ] ListA: \"40000=x\" is not a code list (CODE=TEXT,...)"_s);
-    faulty("list twice", "Title=t\nKey=LOGID\nTable=YYLOG\nListA=\"1=a\"\nListASql=SELECT 1, 'a'\n", u"cat.ini [YYRZ] ListA: give either ListA or ListASql, not both"_s);
-    faulty("title without a name", "Title=t\nKey=LOGID\nTable=YYLOG\nColumns=\"ACCNO=账号,=日期\"\n", u"cat.ini [YYRZ] Columns: \"=日期\" is not a column title (NAME=TITLE)"_s);
-    faulty("format not of zeros", "Title=t\nKey=LOGID\nTable=YYLOG\nFormats=\"wdh=0000,money=#.##\"\n", u"cat.ini [YYRZ] Formats: \"money=#.##\" is not a number format (NAME=0.00)"_s);
-    faulty("code column with SQL", "Title=t\nKey=LOGID\nTable=YYLOG\nListAColumn=OPTYPE DESC\n", u"cat.ini [YYRZ] ListAColumn: \"OPTYPE DESC\" is not a column name"_s);
-    faulty("hidden column with SQL", "Title=t\nKey=LOGID\nTable=YYLOG\nHide=id)\n", u"cat.ini [YYRZ] Hide: \"id)\" is not a column name"_s);
-    faulty("list SQL not a SELECT", "Title=t\nKey=LOGID\nTable=YYLOG\nListASql=DELETE FROM HY\n", u"cat.ini [YYRZ] ListASql: not a SELECT"_s);
+    faulty("no title", "Table=YYLOG\nKey=LOGID\n", u"cat.ini [YYRZ] Title：未填写"_s);
+    faulty("no table", "Title=t\nKey=LOGID\n", u"cat.ini [YYRZ] Table：未填写"_s);
+    faulty("no key", "Title=t\nTable=YYLOG\n", u"cat.ini [YYRZ] Key：未填写"_s);
+    faulty("key with SQL", "Title=t\nTable=YYLOG\nKey=LOGID DESC\n", u"cat.ini [YYRZ] Key：“LOGID DESC”不是列名"_s);
+    faulty("table with SQL", "Title=t\nKey=LOGID\nTable=YYLOG WHERE 1=1\n", u"cat.ini [YYRZ] Table：“YYLOG WHERE 1=1”不是表名"_s);
+    faulty("misspelt key", "Title=t\nKey=LOGID\nTable=YYLOG\nTabel=YYLOG\n", u"cat.ini [YYRZ] Tabel：不认识的键"_s);
+    faulty("unknown call", "Title=t\nKey=LOGID\nTable=YYLOG\nCall=complexEx\n", u"cat.ini [YYRZ] Call：“complexEx”不是 complex、complex-ex 之一"_s);
+    faulty("unknown result", "Title=t\nKey=LOGID\nTable=YYLOG\nResult=all\n", u"cat.ini [YYRZ] Result：“all”不是 where、select 之一"_s);
+    faulty("length not a number", "Title=t\nKey=LOGID\nTable=YYLOG\nAccLen=seventeen\n", u"cat.ini [YYRZ] AccLen：“seventeen”不是长度（0 或更大的整数）"_s);
+    faulty("negative length", "Title=t\nKey=LOGID\nTable=YYLOG\nChequeLen=-8\n", u"cat.ini [YYRZ] ChequeLen：“-8”不是长度（0 或更大的整数）"_s);
+    faulty("flag not a truth", "Title=t\nKey=LOGID\nTable=YYLOG\nShowWDH=yes\n", u"cat.ini [YYRZ] ShowWDH：“yes”既不是 true 也不是 false"_s);
+    faulty("code not a number", "Title=t\nKey=LOGID\nTable=YYLOG\nListA=\"1=开户,x=销户\"\n", u"cat.ini [YYRZ] ListA：“1=开户,x=销户”不是代码表（代码=文字,...）"_s);
+    faulty("code without text", "Title=t\nKey=LOGID\nTable=YYLOG\nListB=\"1=\"\n", u"cat.ini [YYRZ] ListB：“1=”不是代码表（代码=文字,...）"_s);
+    faulty("code beyond 16 bits", "Title=t\nKey=LOGID\nTable=YYLOG\nListA=\"40000=x\"\n", u"cat.ini [YYRZ] ListA：“40000=x”不是代码表（代码=文字,...）"_s);
+    faulty("list twice", "Title=t\nKey=LOGID\nTable=YYLOG\nListA=\"1=a\"\nListASql=SELECT 1, 'a'\n", u"cat.ini [YYRZ] ListA：ListA 和 ListASql 只能给出一个"_s);
+    faulty("title without a name", "Title=t\nKey=LOGID\nTable=YYLOG\nColumns=\"ACCNO=账号,=日期\"\n", u"cat.ini [YYRZ] Columns：“=日期”不是列标题（列名=标题）"_s);
+    faulty("format not of zeros", "Title=t\nKey=LOGID\nTable=YYLOG\nFormats=\"wdh=0000,money=#.##\"\n", u"cat.ini [YYRZ] Formats：“money=#.##”不是数字格式（列名=0.00）"_s);
+    faulty("code column with SQL", "Title=t\nKey=LOGID\nTable=YYLOG\nListAColumn=OPTYPE DESC\n", u"cat.ini [YYRZ] ListAColumn：“OPTYPE DESC”不是列名"_s);
+    faulty("hidden column with SQL", "Title=t\nKey=LOGID\nTable=YYLOG\nHide=id)\n", u"cat.ini [YYRZ] Hide：“id)”不是列名"_s);
+    faulty("list SQL not a SELECT", "Title=t\nKey=LOGID\nTable=YYLOG\nListASql=DELETE FROM HY\n", u"cat.ini [YYRZ] ListASql：不是 SELECT 语句"_s);
     QTest::newRow("listed without section") << QByteArray("[Catalogue]\nLogs=YYRZ, PJSBRZ\n[YYRZ]\nTitle=t\nTable=YYLOG\nKey=LOGID\n")
         << QStringList{u"YYRZ t YYLOG complex where A[] B[] 0/0/0 - - -"_s}
-        << QStringList{u"cat.ini [PJSBRZ]: listed under [Catalogue] Logs but has no section"_s};
+        << QStringList{u"cat.ini [PJSBRZ]：列在 [Catalogue] Logs 中，却没有这一节"_s};
     QTest::newRow("nothing listed") << QByteArray("[YYRZ]\nTitle=t\nTable=YYLOG\n")
-        << QStringList{} << QStringList{u"cat.ini [Catalogue] Logs: no log types listed"_s};
-    QTest::newRow("no file") << QByteArray() << QStringList{} << QStringList{u"cat.ini: no catalogue file at %1"_s};
+        << QStringList{} << QStringList{u"cat.ini [Catalogue] Logs：没有列出日志类型"_s};
+    QTest::newRow("no file") << QByteArray() << QStringList{} << QStringList{u"cat.ini：没有日志目录文件 %1"_s};
 }
 
 void TestViewerParts::catalogue()
