@@ -124,18 +124,18 @@ QString orderedSelect(const QString &select, const QString &key, const RowOrder 
 QString pageSelect(const QString &select, const QString &key, const RowOrder &order, Paging paging,
                    const PageStart &start, int rows)
 {
+    const QString where
+        = start.keyAfter.isEmpty() ? QString() : u" WHERE "_s + after(key, order, start);
     if (start.offset > 0 && paging != Paging::None) {
         // The rows skipped are walked for their keys alone, which an index of
         // the order's columns holds: the server reads the rows of the page only.
         const QString keys = u"SELECT "_s + key + u" AS quarry_key FROM ("_s + select + u") paged"_s
-            + orderBy(key, order) + slice(paging, start.offset, rows);
+            + where + orderBy(key, order) + slice(paging, start.offset, rows);
         return u"SELECT paged.* FROM ("_s + select + u") paged JOIN ("_s + keys
             + u") skipped ON paged."_s + key + u" = skipped.quarry_key"_s + orderBy(key, order);
     }
-    QString page = u"SELECT * FROM ("_s + select + u") paged"_s;
-    if (!start.keyAfter.isEmpty())
-        page += u" WHERE "_s + after(key, order, start);
-    return page + orderBy(key, order) + slice(paging, start.offset, rows);
+    return u"SELECT * FROM ("_s + select + u") paged"_s + where + orderBy(key, order)
+        + slice(paging, start.offset, rows);
 }
 
 } // namespace quarry::viewer

@@ -38,11 +38,11 @@ struct RowOrder
 // The log's own order: newest first, by its day and time and then the key.
 RowOrder newestFirst(const LogEntry &entry);
 
-// Where a page starts: after `offset` rows, or (when keyAfter is a literal
-// of the driver's) after the row with that key and, for each column of the
-// order, the literal in columnsAfter ("NULL" for none). Reading on from the
-// last row of the page before costs the server nothing for the rows it
-// skips; an offset makes it walk them.
+// Where a page starts: after `offset` rows from the first or (when keyAfter
+// is a literal of the driver's) from the row after the one with that key
+// and, for each column of the order, the literal in columnsAfter ("NULL"
+// for none). Reading on from the last row of the page before costs the
+// server nothing for the rows it skips; an offset makes it walk them.
 struct PageStart
 {
     qint64 offset = 0;
