@@ -9,7 +9,8 @@
 // log's clause to them). Every log runs on the embedded station
 // (BASEMODE ACCESS) and on MariaDB (MYSQL), bill recognition's
 // concat(opdate,optime) included; the statistics' SELECT is for MySQL and
-// SQL Server only and runs on MariaDB.
+// SQL Server only and runs on MariaDB. A jump into the rows, from the
+// bookmarks of their order, lands on the rows read in that order.
 
 #include "DialogDriver.h"
 #include "SampleLogs.h"
@@ -28,6 +29,7 @@
 using namespace Qt::StringLiterals;
 using quarry::test::Engine;
 using quarry::test::Row;
+using quarry::test::SampleStation;
 
 namespace quarry::viewer {
 
@@ -192,6 +194,22 @@ Viewed view(const QString &logType, const QStringList &steps)
 
 const QByteArray Vefos = "[USER]\nMODE=Vefos\nQueryHintMode=0\n";
 
+// The table JUMPS of 2000 keys K, with D and T of a few values each and
+// NULLs, indexed as a log's day and time are.
+void fillJumps(SampleStation &station, Engine engine)
+{
+    const QString keys = engine == Engine::Sqlite
+        ? u"WITH RECURSIVE n(K) AS (SELECT 1 UNION ALL SELECT K + 1 FROM n WHERE K < 2000) "_s
+        : u"WITH n AS (SELECT seq AS K FROM seq_1_to_2000) "_s;
+    station.changeSeal(u"CREATE TABLE JUMPS (K INTEGER NOT NULL PRIMARY KEY, D INTEGER, T INTEGER);\n"
+                       "CREATE INDEX JUMPS_DT ON JUMPS (D, T);\n"
+                       "INSERT INTO JUMPS "_s + keys
+                       + u"SELECT K, CASE WHEN K % 11 = 0 THEN NULL ELSE K % 9 END, "
+                         "CASE WHEN K % 13 = 0 THEN NULL ELSE (K * 37) % 5 END FROM n;\n"_s);
+    QVERIFY2(station.isValid(), qPrintable(station.errorText()));
+    station.writeIni();
+}
+
 } // namespace
 
 class TestConditionRows : public QObject
@@ -203,6 +221,8 @@ private Q_SLOTS:
     void rows();
     void statistics_data();
     void statistics();
+    void jumps_data();
+    void jumps();
 };
 
 void TestConditionRows::rows_data()
@@ -292,6 +312,68 @@ void TestConditionRows::statistics()
     expected.sort();
     QVERIFY(!expected.isEmpty());
     QVERIFY2(counted == expected, qPrintable(u"%1 operators counted, %2 meant, by %3"_s.arg(counted.size()).arg(expected.size()).arg(got.condition)));
+}
+
+void TestConditionRows::jumps_data()
+{
+    QTest::addColumn<Engine>("engine");
+    for (Engine engine : quarry::test::allEngines())
+        QTest::newRow(quarry::test::engineTag(engine, "2000 rows").constData()) << engine;
+}
+
+// Pages of 7 rows and a bookmark every 50: each row visited starts a page
+// that is next to none read before, at a mark (350, 1400), a row before
+// one (49, 399, 1099) or after one (301, 1351), or near the end, where the
+// reversed order from the end walks fewer rows (1995). The rows' own order
+// is newest first by D and T (equal values and NULLs) and then K; then by
+// K; then by T going up (sorted once in a table of positions, or for ODBC,
+// which stands for SQL Server, bookmarked as any other order); then the
+// rows of a new statement.
+void TestConditionRows::jumps()
+{
+    QFETCH(Engine, engine);
+    QUARRY_REQUIRE_ENGINE(engine);
+    SampleStation station(engine, SampleStation::Contents::Empty);
+    fillJumps(station, engine);
+    if (QTest::currentTestFailed())
+        return;
+    StationDatabase database;
+    QCOMPARE(database.open(), QString());
+    LogRowsModel model(7, 50);
+    const QList<int> visits{49, 301, 350, 399, 1099, 1351, 1400, 1995};
+    const auto shown = [&model](int row) {
+        model.index(row, 0).data();
+        return QTest::qWaitFor([&model] { return !model.isBusy(); }, test::WaitLimit)
+            ? model.index(row, 0).data().toString()
+            : u"still reading"_s;
+    };
+    const auto landsRight = [&](const QString &order, const QString &where) {
+        const QList<Row> ordered = quarry::test::sealRows(station, u"SELECT K FROM JUMPS"_s + where + u" ORDER BY "_s + order);
+        QCOMPARE(model.rowCount(), ordered.size());
+        for (int row : visits) {
+            if (row < ordered.size())
+                QVERIFY2(shown(row) == ordered[row][u"k"_s], qPrintable(u"row %1 by %2"_s.arg(row).arg(order)));
+        }
+    };
+    const auto sortBy = [&model](int column, Qt::SortOrder direction) {
+        model.sort(column, direction);
+        return QTest::qWaitFor([&model] { return !model.isBusy(); }, test::WaitLimit);
+    };
+    QCOMPARE(readRows(model, database, u"SELECT * FROM JUMPS"_s, u"K"_s, {{u"D"_s, u"T"_s}, Qt::DescendingOrder}), QString());
+    landsRight(u"D DESC, T DESC, K DESC"_s, {});
+    QVERIFY(sortBy(0, Qt::DescendingOrder));
+    landsRight(u"K DESC"_s, {});
+    QVERIFY(sortBy(2, Qt::AscendingOrder));
+    landsRight(u"T, K"_s, {});
+    QCOMPARE(readRows(model, database, u"SELECT * FROM JUMPS WHERE K % 3 <> 0"_s, u"K"_s, {{u"D"_s, u"T"_s}, Qt::DescendingOrder}), QString());
+    landsRight(u"D DESC, T DESC, K DESC"_s, u" WHERE K % 3 <> 0"_s);
+
+    // A jump in the first half starts from the mark before it, not from
+    // the first row: with the first rows gone, it lands on the rows that
+    // followed the mark.
+    const QList<Row> before = quarry::test::sealRows(station, u"SELECT K FROM JUMPS WHERE K % 3 <> 0 ORDER BY D DESC, T DESC, K DESC"_s);
+    station.changeSeal(u"DELETE FROM JUMPS WHERE K IN (%1, %2);\n"_s.arg(before[0][u"k"_s], before[1][u"k"_s]));
+    QCOMPARE(shown(651), before[651][u"k"_s]);
 }
 
 } // namespace quarry::viewer

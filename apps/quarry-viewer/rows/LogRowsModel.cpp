@@ -29,6 +29,10 @@ constexpr int PagesWanted = PagesKept / 2;
 // Telling them all at once costs more, as the header then takes the memory
 // for all of them in one turn.
 constexpr int RowsToldAtOnce = 200'000;
+// A step to the next bookmark that takes longer than this and than the
+// whole count did had the server sort every row (no index of the order):
+// a walk of such steps would cost a sort per step, and ends there.
+constexpr qint64 SlowStepMs = 250;
 
 // The rows a view can be told of.
 int viewRows(qint64 rows)
@@ -38,9 +42,10 @@ int viewRows(qint64 rows)
 
 } // namespace
 
-LogRowsModel::LogRowsModel(int pageRows, QObject *parent)
+LogRowsModel::LogRowsModel(int pageRows, int markRows, QObject *parent)
     : QAbstractTableModel(parent)
     , m_pageRowsWanted(qMax(pageRows, 1))
+    , m_marks(markRows)
 {
     connect(&m_background, &BackgroundQuery::finished, this, &LogRowsModel::backgroundFinished);
     connect(&m_pageReader, &BackgroundQuery::finished, this, &LogRowsModel::pageRead);
@@ -63,9 +68,11 @@ LogRowsModel::ReadingAtOnce::~ReadingAtOnce()
 void LogRowsModel::setQuery(const StationDatabase &station, const QString &select,
                             const QString &key, const RowOrder &own)
 {
-    // The pages on their way were of the station before.
+    // The pages and the step on their way were of the station before.
     m_readingPage = -1;
     m_wanted.clear();
+    m_stepping = false;
+    m_marks.stop();
     m_positionsRefused = {};
     m_refusalTold = false;
     m_background.setOpener(station.opener());
@@ -86,6 +93,8 @@ void LogRowsModel::readFirstPage(const Statement &statement, bool reordered)
         m_background.stop();
         m_readingPage = -1;
         m_wanted.clear();
+        m_stepping = false;
+        m_marks.stop();
         m_pageReader.run(positionsPage(statement.positions, statement.select, statement.key, 0,
                                        m_pageRowsWanted),
                          m_pageRowsWanted,
@@ -119,7 +128,7 @@ PositionTable LogRowsModel::positionTable() const
 bool LogRowsModel::isBusy() const
 {
     return m_reading != Reading::Nothing || m_readingPage >= 0 || !m_wanted.isEmpty()
-        || m_telling.isActive();
+        || m_telling.isActive() || !m_marks.isDone();
 }
 
 bool LogRowsModel::isCounted() const
@@ -132,14 +141,17 @@ QString LogRowsModel::cancel()
     QString fault = m_reading == Reading::Positions ? m_pageReader.cancel()
         : m_reading != Reading::Nothing             ? m_background.cancel()
                                                     : QString();
-    const bool pages = m_readingPage >= 0 || !m_wanted.isEmpty();
-    if (m_readingPage >= 0) {
+    const bool pages = m_readingPage >= 0 || !m_wanted.isEmpty() || !m_marks.isDone();
+    if (m_readingPage >= 0 || m_stepping) {
         const QString pageFault = m_pageReader.cancel();
         if (fault.isEmpty())
             fault = pageFault;
     }
     m_readingPage = -1;
     m_wanted.clear();
+    // The marks walked so far stay: jumps start from them.
+    m_stepping = false;
+    m_marks.stop();
     // The statement read in the background tells when it has stopped.
     if (pages && m_reading == Reading::Nothing)
         Q_EMIT cancelled();
@@ -178,10 +190,12 @@ void LogRowsModel::clear()
 
 void LogRowsModel::forgetPages()
 {
-    if (m_readingPage >= 0)
+    if (m_readingPage >= 0 || m_stepping)
         m_pageReader.stop();
     m_readingPage = -1;
     m_wanted.clear();
+    m_stepping = false;
+    m_marks.clear();
     m_pages.clear();
     m_recent.clear();
     m_lastRows.clear();
@@ -280,6 +294,9 @@ void LogRowsModel::showFirstPage(const QueryResult &result)
     if (!m_counted) {
         m_reading = Reading::Count;
         m_background.run(countSelect(m_shown.select), 1);
+        m_taking.start();
+    } else {
+        bookmark();
     }
     Q_EMIT rowsShown();
     if (m_positionsRefused.isValid() && !std::exchange(m_refusalTold, true))
@@ -291,6 +308,8 @@ void LogRowsModel::showCount(qint64 rows)
     // Fewer than the rows read already: rows went meanwhile; those read stay.
     m_rowCount = qMax(m_rowCount, rows);
     m_counted = true;
+    m_countMs = m_taking.elapsed();
+    bookmark();
     tellRows();
 }
 
@@ -440,18 +459,51 @@ void LogRowsModel::readNextPage()
         m_pageReader.stop();
         m_readingPage = -1;
     }
-    if (m_readingPage < 0 && !m_wanted.isEmpty() && !m_error.isValid()) {
+    // A page asked for goes before the step on its way, which is walked
+    // again after it.
+    if (m_stepping && !m_wanted.isEmpty()) {
+        m_pageReader.stop();
+        m_stepping = false;
+    }
+    if (m_stepping || m_readingPage >= 0 || m_error.isValid()) {
+        tellBusy();
+        return;
+    }
+    if (!m_wanted.isEmpty()) {
         m_readingPage = m_wanted.last();
         m_pageReader.run(pageStatement(m_readingPage, m_shown.positions, m_readingReversed),
                          int(m_pageRows));
+    } else if (!m_marks.isDone()) {
+        // One row, the next mark, after the rows of a step.
+        m_stepping = true;
+        m_pageReader.run(pageSelect(m_shown.select, m_shown.key, m_shown.order, m_shown.paging,
+                                    m_marks.nextStep(), 1),
+                         1);
+        m_taking.start();
     }
     tellBusy();
+}
+
+// The order of the counted rows is walked for its marks where a page is
+// read by an offset, and where there are more rows than a step.
+void LogRowsModel::bookmark()
+{
+    if (m_shown.paging == Paging::None || m_shown.positions != PositionTable::None
+        || m_rowCount <= m_marks.step())
+        return;
+    m_marks.walk();
+    if (!std::exchange(m_readNextQueued, true))
+        QMetaObject::invokeMethod(this, &LogRowsModel::readNextPage, Qt::QueuedConnection);
 }
 
 void LogRowsModel::pageRead(const QueryResult &result)
 {
     if (m_reading == Reading::Positions) {
         positionsRead(result);
+        return;
+    }
+    if (std::exchange(m_stepping, false)) {
+        stepRead(result);
         return;
     }
     // -1: given up, and what it read means nothing.
@@ -474,6 +526,23 @@ void LogRowsModel::pageRead(const QueryResult &result)
     readNextPage();
 }
 
+void LogRowsModel::stepRead(const QueryResult &result)
+{
+    if (result.cancelled || result.error.isValid()) {
+        m_marks.stop();
+        if (!result.cancelled) {
+            m_error = result.error;
+            Q_EMIT failed(m_error);
+        }
+    } else {
+        // No row: the walk has passed the last one.
+        m_marks.add(result.rows.isEmpty() ? PageStart() : edge(result.rows.first()));
+        if (const qint64 ms = m_taking.elapsed(); ms > SlowStepMs && ms > m_countMs)
+            m_marks.stop();
+    }
+    readNextPage();
+}
+
 void LogRowsModel::showPage(qint64 number, const Page &rows)
 {
     keep(number, rows);
@@ -490,9 +559,10 @@ void LogRowsModel::showPage(qint64 number, const Page &rows)
 }
 
 // A page that follows or precedes one read already starts from that one's
-// edge (going the other way for the page before); a jump into the last half
-// of the counted rows reads the reversed order from its end, so that the
-// end of a log comes as fast as its start.
+// edge (going the other way for the page before); a jump starts from the
+// bookmark before it, or reads the reversed order from the end of the
+// counted rows when that walks fewer rows, so that the end of a log comes
+// as fast as its start.
 QString LogRowsModel::pageStatement(qint64 number, PositionTable positions, bool &reversed) const
 {
     const qint64 first = number * m_pageRows;
@@ -508,11 +578,12 @@ QString LogRowsModel::pageStatement(qint64 number, PositionTable positions, bool
     } else if (const auto after = m_firstRows.constFind(number + 1); after != m_firstRows.cend()) {
         start = *after;
         reversed = true;
-    } else if (m_counted && first + size / 2 > m_rowCount / 2) {
-        start.offset = m_rowCount - first - size;
-        reversed = true;
     } else {
-        start.offset = first;
+        start = m_marks.start(first);
+        const qint64 fromEnd = m_rowCount - first - size;
+        reversed = m_counted && fromEnd < start.offset;
+        if (reversed)
+            start = {fromEnd, {}, {}};
     }
     if (reversed)
         order.direction

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "BackgroundQuery.h"
+#include "Bookmarks.h"
 #include "LogSelect.h"
 
 #include <QAbstractTableModel>
+#include <QElapsedTimer>
 #include <QHash>
 #include <QList>
 #include <QSqlDatabase>
@@ -24,8 +26,11 @@ class StationDatabase;
 // column), or sorted by a column and then the key, by the database. A
 // page next to one already read starts at that page's edge; a jump (the
 // scroll bar dragged) starts from an offset, which the server walks: from
-// the end of the rows, in the reversed order, for a page in their second
-// half, so that Ctrl+End reads as fast as the first page.
+// the end of the rows, in the reversed order, when that is nearer, so that
+// Ctrl+End reads as fast as the first page. Once the rows are counted, the
+// order is walked once, a step of a few ten thousand rows at a time between
+// the pages, and bookmarked at each step: a jump then starts from the mark
+// before it and the server walks fewer rows than a step.
 //
 // A new statement or order is read in the background, on a connection of
 // the model's own, while the rows before it stay on view: its first page
@@ -66,8 +71,13 @@ public:
     // enough that the first page of a condition few rows meet comes soon
     // (the server walks past every row that does not meet it on its way).
     static constexpr int PageRows = 250;
+    // The rows between two bookmarks: a step walks them on the page
+    // reader's connection, so that a page asked for meanwhile waits for one
+    // step at most (some tens of milliseconds).
+    static constexpr int MarkRows = 20'000;
 
-    explicit LogRowsModel(int pageRows = PageRows, QObject *parent = nullptr);
+    explicit LogRowsModel(int pageRows = PageRows, int markRows = MarkRows,
+                          QObject *parent = nullptr);
 
     // Starts reading the rows of select on the station in their own order:
     // by its columns, then key (a column of the select with one value per
@@ -81,7 +91,7 @@ public:
     // Forgets the rows and what is being read, and lets go of the connection.
     void clear();
     // Whether a statement or order is being read, the rows counted or told
-    // of, or a page read.
+    // of, a page read or the order bookmarked.
     bool isBusy() const;
     // Counted, and every row told of.
     bool isCounted() const;
@@ -149,7 +159,9 @@ private:
     void askForPage(qint64 number) const;
     const Page *keep(qint64 number, const Page &rows) const;
     void readNextPage();
+    void bookmark();
     void pageRead(const QueryResult &result);
+    void stepRead(const QueryResult &result);
     void showPage(qint64 number, const Page &rows);
     void addRows(qint64 read);
     void forgetPages();
@@ -184,6 +196,10 @@ private:
     mutable bool m_readNextQueued = false;
     qint64 m_readingPage = -1;
     bool m_readingReversed = false;
+    Bookmarks m_marks;
+    bool m_stepping = false; // the page reader walks a step to the next mark
+    QElapsedTimer m_taking;  // the count's time, then the step's
+    qint64 m_countMs = 0;
     mutable int m_readingAtOnce = 0; // ReadingAtOnce alive
     bool m_wasBusy = false;
     mutable QHash<qint64, Page> m_pages;
