@@ -475,8 +475,10 @@ void LogRowsModel::readNextPage()
                          int(m_pageRows));
     } else if (!m_marks.isDone()) {
         // One row, the next mark, after the rows of a step.
+        RowOrder up = m_shown.order;
+        up.direction = Qt::AscendingOrder;
         m_stepping = true;
-        m_pageReader.run(pageSelect(m_shown.select, m_shown.key, m_shown.order, m_shown.paging,
+        m_pageReader.run(pageSelect(m_shown.select, m_shown.key, up, m_shown.paging,
                                     m_marks.nextStep(), 1),
                          1);
         m_taking.start();
@@ -485,7 +487,10 @@ void LogRowsModel::readNextPage()
 }
 
 // The order of the counted rows is walked for its marks where a page is
-// read by an offset, and where there are more rows than a step.
+// read by an offset, and where there are more rows than a step. It is
+// walked going up: going down, the rows after a mark are those below it
+// or NULL, which neither SQLite nor MariaDB finds as one range of an
+// index, and SQLite sorts them all for each step.
 void LogRowsModel::bookmark()
 {
     if (m_shown.paging == Paging::None || m_shown.positions != PositionTable::None
@@ -560,9 +565,9 @@ void LogRowsModel::showPage(qint64 number, const Page &rows)
 
 // A page that follows or precedes one read already starts from that one's
 // edge (going the other way for the page before); a jump starts from the
-// bookmark before it, or reads the reversed order from the end of the
-// counted rows when that walks fewer rows, so that the end of a log comes
-// as fast as its start.
+// bookmark before it in the order going up (the reversed order when the
+// rows go down), or from the first row of either order when that walks
+// fewer rows, so that both ends of a log come at once.
 QString LogRowsModel::pageStatement(qint64 number, PositionTable positions, bool &reversed) const
 {
     const qint64 first = number * m_pageRows;
@@ -579,11 +584,13 @@ QString LogRowsModel::pageStatement(qint64 number, PositionTable positions, bool
         start = *after;
         reversed = true;
     } else {
-        start = m_marks.start(first);
         const qint64 fromEnd = m_rowCount - first - size;
-        reversed = m_counted && fromEnd < start.offset;
-        if (reversed)
-            start = {fromEnd, {}, {}};
+        reversed = m_counted && m_shown.order.direction == Qt::DescendingOrder;
+        start = m_marks.start(reversed ? fromEnd : first);
+        if (const qint64 other = reversed ? first : fromEnd; m_counted && other < start.offset) {
+            start = {other, {}, {}};
+            reversed = !reversed;
+        }
     }
     if (reversed)
         order.direction

@@ -28,9 +28,9 @@ class StationDatabase;
 // scroll bar dragged) starts from an offset, which the server walks: from
 // the end of the rows, in the reversed order, when that is nearer, so that
 // Ctrl+End reads as fast as the first page. Once the rows are counted, the
-// order is walked once, a step of a few ten thousand rows at a time between
-// the pages, and bookmarked at each step: a jump then starts from the mark
-// before it and the server walks fewer rows than a step.
+// order is walked once (going up), a step of a few ten thousand rows at a
+// time between the pages, and bookmarked at each step: a jump then starts
+// from the mark before it and the server walks fewer rows than a step.
 //
 // A new statement or order is read in the background, on a connection of
 // the model's own, while the rows before it stay on view: its first page
