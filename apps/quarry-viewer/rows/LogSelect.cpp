@@ -51,8 +51,13 @@ QString beyond(const QString &column, const QString &value, bool up)
 
 // The rows after the last one of the page before, in the order: past it in
 // a column and equal to it in the columns before. The bound on the first
-// column alone lets the server start where it is in an index.
-QString after(const QString &key, const RowOrder &order, const PageStart &start)
+// column alone lets the server start where it is in an index. Going up,
+// the bound is also given with both ends (up to the largest value of
+// select): SQLite takes one range of an index only, and prefers one with
+// both ends, such as a condition's BETWEEN on the day, which would have it
+// walk from the first day of the condition to the page.
+QString after(const QString &select, const QString &key, const RowOrder &order,
+              const PageStart &start)
 {
     const bool up = order.direction == Qt::AscendingOrder;
     QStringList rows;
@@ -72,7 +77,8 @@ QString after(const QString &key, const RowOrder &order, const PageStart &start)
         return any;
     const QString &column = order.columns.first();
     const QString bound = up
-        ? column + u" >= "_s + first
+        ? column + u" >= "_s + first + u" AND "_s + column + u" BETWEEN "_s + first
+            + u" AND (SELECT MAX("_s + column + u") FROM ("_s + select + u") quarry_last)"_s
         : u"("_s + column + u" <= "_s + first + u" OR "_s + column + u" IS NULL)"_s;
     return bound + u" AND ("_s + any + u")"_s;
 }
@@ -125,7 +131,7 @@ QString pageSelect(const QString &select, const QString &key, const RowOrder &or
                    const PageStart &start, int rows)
 {
     const QString where
-        = start.keyAfter.isEmpty() ? QString() : u" WHERE "_s + after(key, order, start);
+        = start.keyAfter.isEmpty() ? QString() : u" WHERE "_s + after(select, key, order, start);
     if (start.offset > 0 && paging != Paging::None) {
         // The rows skipped are walked for their keys alone, which an index of
         // the order's columns holds: the server reads the rows of the page only.
