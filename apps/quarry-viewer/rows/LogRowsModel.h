@@ -71,9 +71,10 @@ public:
     // enough that the first page of a condition few rows meet comes soon
     // (the server walks past every row that does not meet it on its way).
     static constexpr int PageRows = 250;
-    // The rows between two bookmarks: a step walks them on the page
-    // reader's connection, so that a page asked for meanwhile waits for one
-    // step at most (some tens of milliseconds).
+    // The rows between two bookmarks, which a jump walks at most: a step of
+    // the walk for them is one statement on the page reader's connection,
+    // between the pages (a page asked for stops the step, which is walked
+    // again after it).
     static constexpr int MarkRows = 20'000;
 
     explicit LogRowsModel(int pageRows = PageRows, int markRows = MarkRows,

@@ -49,14 +49,30 @@ QString beyond(const QString &column, const QString &value, bool up)
               : u"("_s + column + u" < "_s + value + u" OR "_s + column + u" IS NULL)"_s;
 }
 
+// At most `rows` rows, after `offset`.
+QString slice(Paging paging, qint64 offset, int rows)
+{
+    switch (paging) {
+    case Paging::LimitOffset:
+        return offset > 0 ? u" LIMIT %1 OFFSET %2"_s.arg(rows).arg(offset)
+                          : u" LIMIT %1"_s.arg(rows);
+    case Paging::OffsetFetch:
+        return u" OFFSET %1 ROWS FETCH NEXT %2 ROWS ONLY"_s.arg(offset).arg(rows);
+    case Paging::None:
+        break;
+    }
+    return {};
+}
+
 // The rows after the last one of the page before, in the order: past it in
 // a column and equal to it in the columns before. The bound on the first
 // column alone lets the server start where it is in an index. Going up,
 // the bound is also given with both ends (up to the largest value of
-// select): SQLite takes one range of an index only, and prefers one with
-// both ends, such as a condition's BETWEEN on the day, which would have it
-// walk from the first day of the condition to the page.
-QString after(const QString &select, const QString &key, const RowOrder &order,
+// select, the first going down, which the index finds at once): SQLite
+// takes one range of an index only, and prefers one with both ends, such
+// as a condition's BETWEEN on the day, which would have it walk from the
+// first day of the condition to the page.
+QString after(const QString &select, const QString &key, const RowOrder &order, Paging paging,
               const PageStart &start)
 {
     const bool up = order.direction == Qt::AscendingOrder;
@@ -78,24 +94,10 @@ QString after(const QString &select, const QString &key, const RowOrder &order,
     const QString &column = order.columns.first();
     const QString bound = up
         ? column + u" >= "_s + first + u" AND "_s + column + u" BETWEEN "_s + first
-            + u" AND (SELECT MAX("_s + column + u") FROM ("_s + select + u") quarry_last)"_s
+            + u" AND (SELECT "_s + column + u" FROM ("_s + select + u") quarry_last ORDER BY "_s
+            + column + u" DESC"_s + slice(paging, 0, 1) + u")"_s
         : u"("_s + column + u" <= "_s + first + u" OR "_s + column + u" IS NULL)"_s;
     return bound + u" AND ("_s + any + u")"_s;
-}
-
-// At most `rows` rows, after `offset`.
-QString slice(Paging paging, qint64 offset, int rows)
-{
-    switch (paging) {
-    case Paging::LimitOffset:
-        return offset > 0 ? u" LIMIT %1 OFFSET %2"_s.arg(rows).arg(offset)
-                          : u" LIMIT %1"_s.arg(rows);
-    case Paging::OffsetFetch:
-        return u" OFFSET %1 ROWS FETCH NEXT %2 ROWS ONLY"_s.arg(offset).arg(rows);
-    case Paging::None:
-        break;
-    }
-    return {};
 }
 
 } // namespace
@@ -130,8 +132,9 @@ QString orderedSelect(const QString &select, const QString &key, const RowOrder 
 QString pageSelect(const QString &select, const QString &key, const RowOrder &order, Paging paging,
                    const PageStart &start, int rows)
 {
-    const QString where
-        = start.keyAfter.isEmpty() ? QString() : u" WHERE "_s + after(select, key, order, start);
+    const QString where = start.keyAfter.isEmpty()
+        ? QString()
+        : u" WHERE "_s + after(select, key, order, paging, start);
     if (start.offset > 0 && paging != Paging::None) {
         // The rows skipped are walked for their keys alone, which an index of
         // the order's columns holds: the server reads the rows of the page only.
