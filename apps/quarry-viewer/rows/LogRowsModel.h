@@ -28,7 +28,7 @@ class StationDatabase;
 // scroll bar dragged) starts from an offset, which the server walks: from
 // the end of the rows, in the reversed order, when that is nearer, so that
 // Ctrl+End reads as fast as the first page. Once the rows are counted, the
-// order is walked once (going up), a step of a few ten thousand rows at a
+// order is walked once (going up), a step of a few thousand rows at a
 // time between the pages, and bookmarked at each step: a jump then starts
 // from the mark before it and the server walks fewer rows than a step.
 //
@@ -75,7 +75,7 @@ public:
     // the walk for them is one statement on the page reader's connection,
     // between the pages (a page asked for stops the step, which is walked
     // again after it).
-    static constexpr int MarkRows = 20'000;
+    static constexpr int MarkRows = 5'000;
 
     explicit LogRowsModel(int pageRows = PageRows, int markRows = MarkRows,
                           QObject *parent = nullptr);
