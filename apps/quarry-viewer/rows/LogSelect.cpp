@@ -65,15 +65,8 @@ QString slice(Paging paging, qint64 offset, int rows)
 }
 
 // The rows after the last one of the page before, in the order: past it in
-// a column and equal to it in the columns before. The bound on the first
-// column alone lets the server start where it is in an index. Going up,
-// the bound is also given with both ends (up to the largest value of
-// select, the first going down, which the index finds at once): SQLite
-// takes one range of an index only, and prefers one with both ends, such
-// as a condition's BETWEEN on the day, which would have it walk from the
-// first day of the condition to the page.
-QString after(const QString &select, const QString &key, const RowOrder &order, Paging paging,
-              const PageStart &start)
+// a column and equal to it in the columns before.
+QString following(const QString &key, const RowOrder &order, const PageStart &start)
 {
     const bool up = order.direction == Qt::AscendingOrder;
     QStringList rows;
@@ -87,17 +80,67 @@ QString after(const QString &select, const QString &key, const RowOrder &order, 
     }
     equal.append(key + (up ? u" > "_s : u" < "_s) + start.keyAfter);
     rows.append(equal.join(u" AND "_s));
-    const QString any = u"("_s + rows.join(u") OR ("_s) + u")"_s;
-    const QString first = order.columns.isEmpty() ? QString() : start.columnsAfter.value(0);
-    if (first.isEmpty() || first == u"NULL"_s)
-        return any;
+    return u"("_s + rows.join(u") OR ("_s) + u")"_s;
+}
+
+// The value of the order's first column nearest an end of select's rows:
+// the smallest or the largest that is not NULL, which an index finds at once
+// (NULLs come first going up, and last going down).
+QString edgeValue(const QString &select, const QString &column, Paging paging, bool largest)
+{
+    return u"(SELECT "_s + column + u" FROM ("_s + select + u") quarry_edge"_s
+        + (largest ? u" ORDER BY "_s + column + u" DESC"_s
+                   : u" WHERE "_s + column + u" IS NOT NULL ORDER BY "_s + column)
+        + slice(paging, 0, 1) + u")"_s;
+}
+
+// The first value of the order's first column after the page before, ""
+// when there is none or it is NULL.
+QString firstAfter(const RowOrder &order, const PageStart &start)
+{
+    const QString first = order.columns.isEmpty() || start.keyAfter.isEmpty()
+        ? QString()
+        : start.columnsAfter.value(0);
+    return first == u"NULL"_s ? QString() : first;
+}
+
+// following(), with a bound on the first column alone that lets the server
+// start where it is in an index. The bound is given with both ends: SQLite
+// takes one range of an index only, and prefers one with both ends, such
+// as a condition's BETWEEN on the day, which would have it walk from the
+// first day of the condition to the page. Going down, the rows past the
+// bound are those below it or NULL, which no index finds as one range.
+QString after(const QString &select, const QString &key, const RowOrder &order, Paging paging,
+              const PageStart &start)
+{
+    const QString rows = following(key, order, start);
+    const QString first = firstAfter(order, start);
+    if (first.isEmpty())
+        return rows;
     const QString &column = order.columns.first();
-    const QString bound = up
-        ? column + u" >= "_s + first + u" AND "_s + column + u" BETWEEN "_s + first
-            + u" AND (SELECT "_s + column + u" FROM ("_s + select + u") quarry_last ORDER BY "_s
-            + column + u" DESC"_s + slice(paging, 0, 1) + u")"_s
+    const QString bound = order.direction == Qt::AscendingOrder
+        ? column + u" BETWEEN "_s + first + u" AND "_s + edgeValue(select, column, paging, true)
         : u"("_s + column + u" <= "_s + first + u" OR "_s + column + u" IS NULL)"_s;
-    return bound + u" AND ("_s + any + u")"_s;
+    return bound + u" AND "_s + rows;
+}
+
+// A page going down from a value of the order's first column: the rows
+// below it, within both ends, then those that are NULL (which come last),
+// each read from its own range of an index, at most `rows` of each.
+QString belowThenNull(const QString &select, const QString &key, const RowOrder &order,
+                      Paging paging, const PageStart &start, int rows)
+{
+    const QString &column = order.columns.first();
+    // Not a template with arg(): select holds the operator's patterns, "%1" among them.
+    const auto part = [&](const QString &where, const QString &name) {
+        return u"SELECT * FROM (SELECT * FROM ("_s + select + u") paged WHERE "_s + where
+            + orderBy(key, order) + slice(paging, 0, rows) + u") "_s + name;
+    };
+    const QString below = column + u" BETWEEN "_s + edgeValue(select, column, paging, false)
+        + u" AND "_s + firstAfter(order, start) + u" AND "_s + following(key, order, start);
+    return u"SELECT * FROM ("_s + part(below, u"quarry_below"_s) + u" UNION ALL "_s
+        + part(column + u" IS NULL"_s, u"quarry_null"_s) + u") paged"_s + orderBy(key, order)
+        + slice(paging, 0, rows);
 }
 
 } // namespace
@@ -132,6 +175,9 @@ QString orderedSelect(const QString &select, const QString &key, const RowOrder 
 QString pageSelect(const QString &select, const QString &key, const RowOrder &order, Paging paging,
                    const PageStart &start, int rows)
 {
+    if (order.direction == Qt::DescendingOrder && paging == Paging::LimitOffset && start.offset == 0
+        && !firstAfter(order, start).isEmpty())
+        return belowThenNull(select, key, order, paging, start, rows);
     const QString where = start.keyAfter.isEmpty()
         ? QString()
         : u" WHERE "_s + after(select, key, order, paging, start);
