@@ -68,6 +68,12 @@ LogCatalogue sampleCatalogue()
     return LogCatalogue::read(quarry::test::sampleCataloguePath());
 }
 
+// The viewer's window over the logs, shown.
+struct ShownWindow : ViewerWindow
+{
+    explicit ShownWindow(const LogCatalogue &logs = sampleCatalogue()) : ViewerWindow(logs) { show(); }
+};
+
 // A catalogue of the text, as logs.ini in dir.
 LogCatalogue catalogue(const QTemporaryDir &dir, const QByteArray &text)
 {
@@ -189,8 +195,7 @@ void TestViewerWindow::query()
     const qint64 expected = quarry::test::sealRows(station, u"SELECT COUNT(*) AS n FROM ZPGLLOG WHERE pztype = '现金支票'"_s).value(0).value(u"n"_s).toLongLong();
     QVERIFY(expected > 0);
 
-    ViewerWindow window(sampleCatalogue());
-    window.show();
+    ShownWindow window;
     const QList<LogEntry> entries = sampleCatalogue().entries();
     const LogEntry entry = *std::find_if(entries.cbegin(), entries.cend(),
                                          [](const LogEntry &e) { return e.logType == "ZPGLRZ"_L1; });
@@ -226,8 +231,7 @@ void TestViewerWindow::query()
 void TestViewerWindow::tools()
 {
     QUARRY_SAMPLE_STATION(station, Engine::Sqlite, NoHint + "[BANKPARAM]\nPRINTLINES=2\n");
-    ViewerWindow window(sampleCatalogue());
-    window.show();
+    ShownWindow window;
     QVERIFY(!exports(window).exportPdf(m_home.filePath(u"none.pdf"_s))); // nothing to export yet
     QCOMPARE(window.statusBar()->currentMessage(), u"没有可导出的结果：请先查询。"_s);
     run(window, u"HYRZ"_s, {u"TxtHy=0011"_s, u"BtnOk!"_s});
@@ -320,8 +324,7 @@ void TestViewerWindow::saveDialogs()
     QFETCH(QString, control);
     QFETCH(QString, dialog);
     QUARRY_SAMPLE_STATION(station, Engine::Sqlite, NoHint);
-    ViewerWindow window(sampleCatalogue());
-    window.show();
+    ShownWindow window;
     run(window, u"HYRZ"_s, {u"TxtHy=0011"_s, u"BtnOk!"_s});
     QString seen;
     quarry::test::ModalWatch watch(nullptr, [&seen](QWidget *widget) {
@@ -414,8 +417,7 @@ void TestViewerWindow::faults()
     LogCatalogue logs = catalogue(dir, "[Catalogue]\nLogs=" + missing + "PTFHRZ, YWRZ, ZPGLRZ\n[XXRZ]\nTitle=x\nTable=NOSUCHLOG\nKey=LOGID\n"
                                        "[PTFHRZ]\nTitle=p\nTable=PTFHLOG\nKey=LOGID\n[YWRZ]\nTitle=y\nTable=YWLOG\nKey=LOGID\nShowWDH=true\n"
                                        "[ZPGLRZ]\nTitle=z\nTable=ZPGLLOG\nKey=LOGID\nListASql=SELECT FieldValue, ValueDescr FROM " + list + "\n");
-    ViewerWindow window(logs);
-    window.show();
+    ShownWindow window(logs);
     // The check at start sees the station whole, not half broken.
     const auto *banner = window.findChild<QLabel *>(u"stationBanner"_s);
     QTRY_VERIFY_WITH_TIMEOUT(banner->findChildren<QThread *>().isEmpty(), test::WaitLimit);
@@ -453,8 +455,7 @@ void TestViewerWindow::noLogFolder()
     QUARRY_SAMPLE_STATION(station, Engine::Sqlite, NoHint);
     const QString ini = QDir(station.folder()).filePath(u"seal.ini"_s);
     quarry::test::writeFile(ini, quarry::test::readFile(ini).replace("/log\n", "/no/log\n"));
-    ViewerWindow window(sampleCatalogue());
-    window.show();
+    ShownWindow window;
     QTRY_VERIFY(!shown(window, u"stationBanner"_s).isEmpty()); // from the check at start
     const QString banner = shown(window, u"stationBanner"_s);
     QVERIFY2(banner.startsWith(u"本站点有以下问题"_s) && banner.contains(u"/no/log"_s), qPrintable(banner));
@@ -482,8 +483,7 @@ void TestViewerWindow::statistics()
     QFETCH(QString, form);
     QUARRY_SAMPLE_STATION(station, engine, NoHint);
     station.clearErrorLog();
-    ViewerWindow window(sampleCatalogue());
-    window.show();
+    ShownWindow window;
     run(window, u"SEALRESULTSTAT"_s, {u"maskEndDate"_s, u"Return"_s, u"cmdOK!"_s}, QMessageBox::Yes);
     QVERIFY2(sql(window).contains(form), qPrintable(sql(window)));
     QCOMPARE(shown(window, u"errorLabel"_s), QString());
@@ -566,15 +566,6 @@ QString key(LogRowsModel &model, int row)
     return QTest::qWaitFor([&model] { return !model.isBusy(); }, test::WaitLimit) ? model.index(row, 0).data().toString() : u"still reading"_s;
 }
 
-// The rows the view asks for: all of them, in a list of row numbers.
-QList<int> span(int first, int last)
-{
-    QList<int> rows;
-    for (int row = first; first <= last ? row <= last : row >= last; row += first <= last ? 1 : -1)
-        rows.append(row);
-    return rows;
-}
-
 } // namespace
 
 void TestViewerWindow::pages_data()
@@ -585,15 +576,18 @@ void TestViewerWindow::pages_data()
     QTest::addColumn<QString>("order"); // "G" or "G DESC": sorted by column G, few values and NULLs
     QTest::addColumn<QStringList>("own"); // the columns of the rows' own order, newest first
     const QList<int> jumps{39, 0, 20, 21, 22, 23, 2, 38, 1};
+    QList<int> down(40);
+    std::iota(down.begin(), down.end(), 0);
+    const QList<int> up(down.crbegin(), down.crend());
     for (Engine engine : quarry::test::allEngines()) {
         // Pages of 3, of which 8 are kept: each pass reads most of them anew.
         // ODBC stands for SQL Server, which pages with OFFSET ... FETCH.
-        QTest::newRow(quarry::test::engineTag(engine, "down, then up").constData()) << engine << span(0, 39) + span(39, 0) << false << QString() << QStringList();
+        QTest::newRow(quarry::test::engineTag(engine, "down, then up").constData()) << engine << down + up << false << QString() << QStringList();
         QTest::newRow(quarry::test::engineTag(engine, "jumps").constData()) << engine << jumps << false << QString() << QStringList();
-        QTest::newRow(quarry::test::engineTag(engine, "sorted, down").constData()) << engine << span(0, 39) << false << u"G"_s << QStringList();
-        QTest::newRow(quarry::test::engineTag(engine, "sorted back, down").constData()) << engine << span(0, 39) << false << u"G DESC"_s << QStringList();
-        QTest::newRow(quarry::test::engineTag(engine, "newest first, down").constData()) << engine << span(0, 39) << false << QString() << QStringList{u"G"_s, u"N"_s};
-        QTest::newRow(quarry::test::engineTag(engine, "newest first, up").constData()) << engine << span(39, 0) << false << QString() << QStringList{u"G"_s, u"N"_s};
+        QTest::newRow(quarry::test::engineTag(engine, "sorted, down").constData()) << engine << down << false << u"G"_s << QStringList();
+        QTest::newRow(quarry::test::engineTag(engine, "sorted back, down").constData()) << engine << down << false << u"G DESC"_s << QStringList();
+        QTest::newRow(quarry::test::engineTag(engine, "newest first, down").constData()) << engine << down << false << QString() << QStringList{u"G"_s, u"N"_s};
+        QTest::newRow(quarry::test::engineTag(engine, "newest first, up").constData()) << engine << up << false << QString() << QStringList{u"G"_s, u"N"_s};
         QTest::newRow(quarry::test::engineTag(engine, "sorted, jumps").constData()) << engine << jumps << false << u"G"_s << QStringList();
     }
     QTest::addRow("odbc: as sybase") << Engine::MariaDbOdbc << QList<int>{39, 0, 20} << true << QString() << QStringList();
@@ -800,8 +794,7 @@ void TestViewerWindow::pageLost()
     QVERIFY2(station.isValid(), qPrintable(station.errorText()));
     station.writeIni(NoHint);
     QTemporaryDir dir;
-    ViewerWindow window(catalogue(dir, "[Catalogue]\nLogs=PTFHRZ\n[PTFHRZ]\nTitle=g\nTable=GONE\nKey=LOGID\n"));
-    window.show();
+    ShownWindow window(catalogue(dir, "[Catalogue]\nLogs=PTFHRZ\n[PTFHRZ]\nTitle=g\nTable=GONE\nKey=LOGID\n"));
     run(window, u"PTFHRZ"_s, {u"BtnOk!"_s});
     QVERIFY(table(window)->model()->rowCount() > 1000); // more than the first page
     QAbstractItemModel &rows = *table(window)->model();
