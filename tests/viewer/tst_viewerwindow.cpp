@@ -803,14 +803,14 @@ void TestViewerWindow::pageLost()
 
     // Back, too long to count: read in the key's order, the outer table
     // first, a page comes at once. The count stopped, the rows stay on view
-    // uncounted, and an export waits for the count.
+    // uncounted, and an export asks for the query again.
     station.changeSeal(u"CREATE VIEW GONE AS SELECT a.* FROM PTFHLOG a CROSS JOIN PTFHLOG b CROSS JOIN PTFHLOG c;\n"_s);
     quarry::test::operate([&] { window.findChild<QPushButton *>(u"queryButton"_s)->click(); }, {u"BtnOk!"_s}); // the log still chosen
     QTRY_COMPARE_WITH_TIMEOUT(window.statusBar()->currentMessage(), QString(), test::WaitLimit); // the rows are on view
     window.findChild<QPushButton *>(u"cancelQueryButton"_s)->click();
     QTRY_COMPARE_WITH_TIMEOUT(window.statusBar()->currentMessage(), u"已停止查询。"_s, test::WaitLimit);
     QVERIFY(!exports(window).exportCsv(csv));
-    QCOMPARE(window.statusBar()->currentMessage(), u"结果还在计数，请计数完成后再导出。"_s);
+    QCOMPARE(window.statusBar()->currentMessage(), u"结果的计数已停止：请重新查询，计数完成后再导出。"_s);
 }
 
 void TestViewerWindow::countTold_data()

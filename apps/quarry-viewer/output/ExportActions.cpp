@@ -161,7 +161,8 @@ bool ExportActions::hasRows()
     if (m_title.isEmpty())
         Q_EMIT said(u"没有可导出的结果：请先查询。"_s);
     else if (!m_model.isCounted())
-        Q_EMIT said(u"结果还在计数，请计数完成后再导出。"_s);
+        Q_EMIT said(m_model.isBusy() ? u"结果还在计数，请计数完成后再导出。"_s
+                                     : u"结果的计数已停止：请重新查询，计数完成后再导出。"_s);
     return !m_title.isEmpty() && m_model.isCounted();
 }
 
