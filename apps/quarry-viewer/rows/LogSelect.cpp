@@ -80,7 +80,8 @@ QString following(const QString &key, const RowOrder &order, const PageStart &st
     }
     equal.append(key + (up ? u" > "_s : u" < "_s) + start.keyAfter);
     rows.append(equal.join(u" AND "_s));
-    return u"("_s + rows.join(u") OR ("_s) + u")"_s;
+    // Whole, for the bound that goes before it with AND.
+    return u"(("_s + rows.join(u") OR ("_s) + u"))"_s;
 }
 
 // The value of the order's first column nearest an end of select's rows:
