@@ -610,7 +610,8 @@ void TestViewerWindow::pages()
     QFETCH(QStringList, own);
     QUARRY_REQUIRE_ENGINE(engine);
     OwnStation paged(engine, pagedTable(engine), unpaged);
-    auto &[station, database] = paged;
+    SampleStation &station = paged.station;
+    StationDatabase &database = paged.database; // captured below, which clang 14 refuses of a binding
     QStringList ordered;
     const QString keyOrder = order.endsWith(u"DESC"_s) ? u"K DESC"_s : u"K"_s;
     const QString ownOrder = own.isEmpty() ? u"K"_s : own.join(u" DESC, "_s) + u" DESC, K DESC"_s;
