@@ -45,6 +45,22 @@ private slots:
         QCOMPARE(readFile(work(u"dest.bin"_s)), "head" + source.left(count));
     }
 
+    // Over the old file, in chunks; a fault leaves the destination as it was.
+    void copyFileTo()
+    {
+        const QByteArray source = QByteArray("0123456789").repeated(7000); // more than a chunk
+        writeFile(work(u"source.bin"_s), source);
+        writeFile(work(u"dest.bin"_s), "old");
+        CFileMan files;
+        QVERIFY(files.CopyFileTo(work(u"source.bin"_s), work(u"dest.bin"_s)));
+        QCOMPARE(readFile(work(u"dest.bin"_s)), source);
+        QVERIFY(!files.CopyFileTo(work(u"none.bin"_s), work(u"dest.bin"_s)));
+        QCOMPARE(files.LastError(), u"File not found: "_s + work(u"none.bin"_s));
+        QVERIFY(!files.CopyFileTo(work(u"source.bin"_s), work(u"nowhere/dest.bin"_s)));
+        QVERIFY2(files.LastError().contains(work(u"nowhere/dest.bin"_s)), qPrintable(files.LastError()));
+        QCOMPARE(readFile(work(u"dest.bin"_s)), source);
+    }
+
     void integerRecords_data()
     {
         QTest::addColumn<int>("width"); // 2: PutInteger/GetInteger, 4: PutLong/GetLong
