@@ -512,12 +512,8 @@ void LogRowsModel::pageRead(const QueryResult &result)
     if (number < 0)
         return;
     m_wanted.removeOne(number);
-    if (result.cancelled || result.error.isValid()) {
+    if (failedRead(result)) {
         m_wanted.clear();
-        if (!result.cancelled) {
-            m_error = result.error;
-            Q_EMIT failed(m_error);
-        }
     } else {
         Page rows = result.rows;
         if (m_readingReversed)
@@ -527,14 +523,21 @@ void LogRowsModel::pageRead(const QueryResult &result)
     readNextPage();
 }
 
+// Whether a read on the page connection was stopped or failed; a failure
+// is kept and told.
+bool LogRowsModel::failedRead(const QueryResult &result)
+{
+    if (result.error.isValid() && !result.cancelled) {
+        m_error = result.error;
+        Q_EMIT failed(m_error);
+    }
+    return result.cancelled || result.error.isValid();
+}
+
 void LogRowsModel::stepRead(const QueryResult &result)
 {
-    if (result.cancelled || result.error.isValid()) {
+    if (failedRead(result)) {
         m_marks.stop();
-        if (!result.cancelled) {
-            m_error = result.error;
-            Q_EMIT failed(m_error);
-        }
     } else {
         // No row: the walk has passed the last one.
         m_marks.add(result.rows.isEmpty() ? PageStart() : edge(result.rows.first()));

@@ -162,6 +162,7 @@ private:
     void readNextPage();
     void bookmark();
     void pageRead(const QueryResult &result);
+    bool failedRead(const QueryResult &result);
     void stepRead(const QueryResult &result);
     void showPage(qint64 number, const Page &rows);
     void addRows(qint64 read);
