@@ -1,7 +1,7 @@
 // The viewer's parts that hold no widgets: reading the log catalogue, the
 // titles and code descriptions over the rows, the CSV text of an export,
-// the rows a model holds before their count;
-// and the program's answers without a display, its exports among them.
+// the rows a model holds before their count, a statement stopped on the
+// server; and the program's answers without a display, its exports among them.
 
 #include "output/CsvWriter.h"
 #include "catalogue/LabelledRows.h"
@@ -17,9 +17,14 @@
 #include <QBuffer>
 #include <QDir>
 #include <QProcess>
+#include <QSignalSpy>
+#include <QSqlQuery>
 #include <QStandardItemModel>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThread>
+
+#include <mutex>
 
 using namespace Qt::StringLiterals;
 
@@ -84,6 +89,7 @@ private Q_SLOTS:
     void formats();
     void qtInChinese();
     void rowsBeforeTheCount();
+    void stopOnServer();
     void program_data();
     void program();
 };
@@ -299,6 +305,49 @@ void TestViewerParts::rowsBeforeTheCount()
     model.setQuery(database, u"SELECT * FROM YYLOG"_s, u"LOGID"_s);
     QVERIFY(QTest::qWaitFor([&model] { return model.rowCount() > 0 && !model.isBusy(); }, test::WaitLimit));
     QCOMPARE(model.rowCount(), 20);
+}
+
+// MariaDB's statement is killed from a second connection, opened on a thread
+// of its own (a remote server may take long to answer) for each station;
+// when that cannot be opened, the stop is said to have failed, once, and the
+// statement runs on.
+void TestViewerParts::stopOnServer()
+{
+    QUARRY_SAMPLE_STATION(station, test::Engine::MariaDb, QByteArray());
+    StationDatabase database;
+    QCOMPARE(database.open(), QString());
+    const auto running = [&database] {
+        QSqlQuery list(database.database());
+        return list.exec(u"SELECT COUNT(*) FROM information_schema.PROCESSLIST WHERE INFO = CONCAT('SELECT SLEEP', '(2)')"_s)
+                && list.next() ? list.value(0).toInt() : -1;
+    };
+    const QString refused = u"无法打开验印数据库：127.0.0.1 拒绝连接"_s;
+    BackgroundQuery query;
+    QSignalSpy finished(&query, &BackgroundQuery::finished);
+    QSignalSpy failed(&query, &BackgroundQuery::stopFailed);
+    for (const bool killerOpens : {true, false}) {
+        std::mutex mutex;
+        QList<QThread *> openedOn;
+        query.setOpener([&, opener = database.opener()](DbConnection &connection) {
+            std::lock_guard lock(mutex);
+            openedOn.append(QThread::currentThread());
+            return openedOn.size() == 2 && !killerOpens ? refused : opener(connection);
+        });
+        finished.clear();
+        query.run(u"SELECT SLEEP(2)"_s, -1);
+        QTRY_COMPARE_WITH_TIMEOUT(running(), 1, test::WaitLimit);
+        query.cancel();
+        QVERIFY2(finished.wait(test::WaitLimit), "the statement ended");
+        const auto result = finished.at(0).at(0).value<QueryResult>();
+        QVERIFY(result.cancelled);
+        // Killed, the statement tells the server's "interrupted"; else it slept to the end.
+        QCOMPARE(result.error.nativeErrorCode(), killerOpens ? u"1317"_s : QString());
+        QCOMPARE(failed.size(), killerOpens ? 0 : 1);
+        QCOMPARE(openedOn.size(), 2);
+        QVERIFY(openedOn[0] != openedOn[1]);
+        QVERIFY(!openedOn.contains(QThread::currentThread()));
+    }
+    QCOMPARE(failed.at(0).at(0).toString(), refused);
 }
 
 void TestViewerParts::program_data()

@@ -56,21 +56,32 @@ BackgroundQuery::BackgroundQuery(QObject *parent)
     : QObject(parent)
     , m_onThread(new QObject)
     , m_connection(std::make_unique<Connection>())
+    , m_onKillThread(new QObject)
+    , m_killer(std::make_unique<Connection>())
 {
     m_thread.setObjectName(u"quarry-query"_s);
     m_onThread->moveToThread(&m_thread);
     m_thread.start();
+    m_killThread.setObjectName(u"quarry-kill"_s);
+    m_onKillThread->moveToThread(&m_killThread);
+    m_killThread.start();
 }
 
 BackgroundQuery::~BackgroundQuery()
 {
     stopRunning();
-    // The connection belongs to the thread: it is closed there.
+    // Each connection belongs to its thread and is closed there; the
+    // statement running ends once the kill asked for above has reached it.
     QMetaObject::invokeMethod(
         m_onThread, [this] { *m_connection = {}; }, Qt::BlockingQueuedConnection);
-    m_thread.quit();
-    m_thread.wait();
+    QMetaObject::invokeMethod(
+        m_onKillThread, [this] { *m_killer = {}; }, Qt::BlockingQueuedConnection);
+    for (QThread *thread : {&m_thread, &m_killThread}) {
+        thread->quit();
+        thread->wait();
+    }
     delete m_onThread;
+    delete m_onKillThread;
 }
 
 void BackgroundQuery::setOpener(Opener opener)
@@ -78,7 +89,6 @@ void BackgroundQuery::setOpener(Opener opener)
     stop();
     m_opener = std::move(opener);
     m_interrupt = std::make_shared<QueryInterrupt>();
-    m_killer.reset();
 }
 
 void BackgroundQuery::run(const QString &select, int maxRows, const QStringList &before)
@@ -110,31 +120,47 @@ void BackgroundQuery::stop()
     ++m_ticket;
 }
 
-QString BackgroundQuery::cancel()
+void BackgroundQuery::cancel()
 {
-    return m_running ? interrupt(m_running) : QString();
+    if (m_running)
+        interrupt(m_running, true);
 }
 
 void BackgroundQuery::stopRunning()
 {
     if (m_running)
-        interrupt(m_running);
+        interrupt(m_running, false);
     m_running = 0;
 }
 
-QString BackgroundQuery::interrupt(quint64 ticket)
+void BackgroundQuery::interrupt(quint64 ticket, bool tellFailure)
 {
-    if (!m_killer && m_interrupt->needsKiller()) {
-        auto killer = std::make_unique<DbConnection>();
-        if (QString fault = m_opener(*killer); !fault.isEmpty())
+    if (!m_interrupt->interrupt(ticket))
+        return;
+    QMetaObject::invokeMethod(
+        m_onKillThread, [this, interrupt = m_interrupt, opener = m_opener, ticket, tellFailure] {
+            const QString fault = kill(interrupt, opener, ticket);
+            if (!fault.isEmpty() && tellFailure)
+                QMetaObject::invokeMethod(
+                    this, [this, fault] { Q_EMIT stopFailed(fault); }, Qt::QueuedConnection);
+        });
+}
+
+// On the kill thread.
+QString BackgroundQuery::kill(const std::shared_ptr<QueryInterrupt> &interrupt,
+                              const Opener &opener, quint64 ticket)
+{
+    if (m_killer->interrupt != interrupt) {
+        *m_killer = {std::make_unique<DbConnection>(), interrupt};
+        if (QString fault = opener(*m_killer->database); !fault.isEmpty()) {
+            *m_killer = {};
             return fault;
-        m_killer = std::move(killer);
+        }
     }
-    const QString fault
-        = m_interrupt->interrupt(ticket, m_killer ? m_killer->database() : QSqlDatabase());
+    const QString fault = interrupt->kill(ticket, m_killer->database->database());
     // A killer that lost its server is opened anew next time.
     if (!fault.isEmpty())
-        m_killer.reset();
+        *m_killer = {};
     return fault;
 }
 

@@ -54,28 +54,35 @@ public:
     // Stops the running statement, which tells nothing.
     void stop();
     // Stops the running statement, which then tells finished() with
-    // cancelled set; "" when it could be told to stop, else why not.
-    QString cancel();
+    // cancelled set; stopFailed() tells when it could not be told to stop.
+    void cancel();
     bool isRunning() const { return m_running != 0; }
 
 Q_SIGNALS:
     void finished(const quarry::viewer::QueryResult &result);
+    // Why a statement that cancel() stops runs on (MySQL's kill failed).
+    void stopFailed(const QString &why);
 
 private:
     struct Connection;
 
     QueryResult read(const std::shared_ptr<QueryInterrupt> &interrupt, const Opener &opener,
                      const QStringList &statements, int maxRows, quint64 ticket);
-    QString interrupt(quint64 ticket);
+    void interrupt(quint64 ticket, bool tellFailure);
+    QString kill(const std::shared_ptr<QueryInterrupt> &interrupt, const Opener &opener,
+                 quint64 ticket);
     void stopRunning();
 
     QThread m_thread;
     QObject *m_onThread;                      // the context of the calls that run there
     std::unique_ptr<Connection> m_connection; // used on the thread alone
+    // MySQL's second connection, which kills a statement, on a thread of its
+    // own: opening it waits for the network.
+    QThread m_killThread;
+    QObject *m_onKillThread;
+    std::unique_ptr<Connection> m_killer; // used on the kill thread alone
     Opener m_opener;
     std::shared_ptr<QueryInterrupt> m_interrupt;
-    // MySQL's second connection, to kill a statement: on this thread.
-    std::unique_ptr<DbConnection> m_killer;
     quint64 m_ticket = 0;  // of the last statement asked for
     quint64 m_running = 0; // its ticket until it has told
 };

@@ -8,6 +8,7 @@
 #include <QSqlQuery>
 
 #include <algorithm>
+#include <utility>
 #include <limits>
 
 using namespace Qt::StringLiterals;
@@ -45,6 +46,13 @@ LogRowsModel::LogRowsModel(int pageRows, int markRows, QObject *parent)
 {
     connect(&m_background, &BackgroundQuery::finished, this, &LogRowsModel::backgroundFinished);
     connect(&m_pageReader, &BackgroundQuery::finished, this, &LogRowsModel::pageRead);
+    // Both readers may fail to stop on one server that went away: said once.
+    for (BackgroundQuery *reader : {&m_background, &m_pageReader}) {
+        connect(reader, &BackgroundQuery::stopFailed, this, [this](const QString &why) {
+            if (!std::exchange(m_stopFailureTold, true))
+                Q_EMIT stopFailed(why);
+        });
+    }
     m_telling.setSingleShot(true);
     m_telling.setInterval(0);
     connect(&m_telling, &QTimer::timeout, this, &LogRowsModel::tellRows);
@@ -132,17 +140,14 @@ bool LogRowsModel::isCounted() const
     return m_counted && m_toldRows == viewRows(m_rowCount);
 }
 
-QString LogRowsModel::cancel()
+void LogRowsModel::cancel()
 {
-    QString fault = m_reading == Reading::Positions ? m_pageReader.cancel()
-        : m_reading != Reading::Nothing             ? m_background.cancel()
-                                                    : QString();
+    m_stopFailureTold = false;
+    if (m_reading != Reading::Nothing && m_reading != Reading::Positions)
+        m_background.cancel();
     const bool pages = m_readingPage >= 0 || !m_wanted.isEmpty() || !m_marks.isDone();
-    if (m_readingPage >= 0 || m_stepping) {
-        const QString pageFault = m_pageReader.cancel();
-        if (fault.isEmpty())
-            fault = pageFault;
-    }
+    if (m_reading == Reading::Positions || m_readingPage >= 0 || m_stepping)
+        m_pageReader.cancel();
     m_readingPage = -1;
     m_wanted.clear();
     // The marks walked so far stay: jumps start from them.
@@ -152,7 +157,6 @@ QString LogRowsModel::cancel()
     if (pages && m_reading == Reading::Nothing)
         Q_EMIT cancelled();
     tellBusy();
-    return fault;
 }
 
 void LogRowsModel::tellBusy()

@@ -86,9 +86,8 @@ public:
     void setQuery(const StationDatabase &station, const QString &select, const QString &key,
                   const RowOrder &own = {});
     // Stops the reading in the background (cancelled() tells), pages too:
-    // their rows stay placeholders until they are shown again; "" when it
-    // could be stopped, else why not.
-    QString cancel();
+    // their rows stay placeholders until they are shown again.
+    void cancel();
     // Forgets the rows and what is being read, and lets go of the connection.
     void clear();
     // Whether a statement or order is being read, the rows counted or told
@@ -122,6 +121,8 @@ Q_SIGNALS:
     void failed(const QSqlError &error);
     // The reading in the background stopped when asked.
     void cancelled();
+    // The statement that cancel() stops could not be told to (why).
+    void stopFailed(const QString &why);
     // isBusy() changed.
     void busyChanged(bool busy);
     // The rows sorted by a column could not be kept sorted on the database
@@ -203,6 +204,7 @@ private:
     QElapsedTimer m_taking;  // the count's time, then the step's
     qint64 m_countMs = 0;
     mutable int m_readingAtOnce = 0; // ReadingAtOnce alive
+    bool m_stopFailureTold = false;  // since the last cancel()
     bool m_wasBusy = false;
     mutable QHash<qint64, Page> m_pages;
     mutable QList<qint64> m_recent;              // page numbers, the least recently used first

@@ -65,29 +65,27 @@ bool QueryInterrupt::isStopped(quint64 ticket)
     return ticket <= m_stoppedUpTo;
 }
 
-bool QueryInterrupt::needsKiller()
-{
-    std::lock_guard lock(m_mutex);
-    return m_mySqlThread != 0;
-}
-
 // Under the lock, so that nothing reaches a statement that started later.
-QString QueryInterrupt::interrupt(quint64 ticket, const QSqlDatabase &killer)
+bool QueryInterrupt::interrupt(quint64 ticket)
 {
     std::lock_guard lock(m_mutex);
     m_stoppedUpTo = std::max(m_stoppedUpTo, ticket);
     if (m_running == 0 || m_running > ticket)
-        return {};
-    if (m_sqlite) {
+        return false;
+    if (m_sqlite)
         sqlite3_interrupt(static_cast<sqlite3 *>(m_sqlite));
-    } else if (m_odbcStatement) {
+    else if (m_odbcStatement)
         SQLCancel(static_cast<SQLHSTMT>(m_odbcStatement));
-    } else if (m_mySqlThread != 0) {
-        QSqlQuery kill(killer);
-        if (!kill.exec(u"KILL QUERY %1"_s.arg(m_mySqlThread)))
-            return kill.lastError().text();
-    }
-    return {};
+    return m_mySqlThread != 0;
+}
+
+QString QueryInterrupt::kill(quint64 ticket, const QSqlDatabase &killer)
+{
+    std::lock_guard lock(m_mutex);
+    if (m_running == 0 || m_running > ticket)
+        return {};
+    QSqlQuery kill(killer);
+    return kill.exec(u"KILL QUERY %1"_s.arg(m_mySqlThread)) ? QString() : kill.lastError().text();
 }
 
 } // namespace quarry::viewer

@@ -16,8 +16,8 @@ namespace quarry::viewer {
 //
 // Statements are numbered by the caller, in the order they are asked for.
 // The thread that owns the connection calls watch() once it is open, and
-// started() and finished() around each statement; interrupt() comes from
-// another thread.
+// started() and finished() around each statement; interrupt() and kill()
+// come from other threads.
 class QueryInterrupt
 {
 public:
@@ -26,12 +26,14 @@ public:
     // about to run; false when it was stopped already: do not run it.
     bool started(const QSqlQuery &query, quint64 ticket);
     void finished();
-    // Whether interrupt() needs a second connection to the server (MySQL).
-    bool needsKiller();
-    // Stops the statements up to number `ticket`: the one running and any
-    // that has yet to start. killer: the second connection, on the calling
-    // thread, when needed. "" when that worked, else why not.
-    QString interrupt(quint64 ticket, const QSqlDatabase &killer = {});
+    // Stops the statements up to number `ticket`: any that has yet to start,
+    // and the one running where the engine allows it from here. True when
+    // the one running is MySQL's, which kill() stops.
+    bool interrupt(quint64 ticket);
+    // MySQL's statement up to number `ticket`, if it still runs, killed from
+    // killer, a second connection to the server on the calling thread; ""
+    // when that worked, else why not.
+    QString kill(quint64 ticket, const QSqlDatabase &killer);
     bool isStopped(quint64 ticket);
 
 private:

@@ -85,11 +85,13 @@ void RowStream::stop()
         m_batches.clear();
     }
     m_changed.notify_all();
-    // MySQL stops a statement from a second connection, opened here.
+    if (!m_interrupt->interrupt(Ticket))
+        return;
+    // MySQL stops a statement from a second connection, opened here; without
+    // it the thread still stops at its next row.
     DbConnection killer;
-    if (m_interrupt->needsKiller() && !m_opener(killer).isEmpty())
-        return; // the thread still stops at its next row
-    m_interrupt->interrupt(Ticket, killer.database());
+    if (m_opener(killer).isEmpty())
+        m_interrupt->kill(Ticket, killer.database());
 }
 
 // On the thread: the connection opens and closes there.

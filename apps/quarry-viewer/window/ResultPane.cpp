@@ -73,10 +73,9 @@ ResultPane::ResultPane(StationBanner *banner, const StationDatabase &database, L
     m_cancelButton->setObjectName(u"cancelQueryButton"_s);
     m_cancelButton->hide();
     bar->addWidget(m_cancelButton);
-    connect(m_cancelButton, &QPushButton::clicked, this, [this] {
-        if (const QString fault = m_model.cancel(); !fault.isEmpty())
-            this->fault(u"无法停止查询：%1"_s.arg(fault));
-    });
+    connect(m_cancelButton, &QPushButton::clicked, &m_model, &LogRowsModel::cancel);
+    connect(&m_model, &LogRowsModel::stopFailed, this,
+            [this](const QString &why) { fault(u"无法停止查询：%1"_s.arg(why)); });
     addButtons(bar);
     layout->addLayout(bar);
 
