@@ -1,7 +1,7 @@
 // The viewer's parts that hold no widgets: reading the log catalogue, the
 // titles and code descriptions over the rows, the CSV text of an export,
-// the rows a model holds before their count, a statement stopped on the
-// server; and the program's answers without a display, its exports among them.
+// the rows a model holds before their count and while it bookmarks them, a
+// statement stopped on the server; and the program's answers without a display, its exports among them.
 
 #include "output/CsvWriter.h"
 #include "catalogue/LabelledRows.h"
@@ -89,6 +89,7 @@ private Q_SLOTS:
     void formats();
     void qtInChinese();
     void rowsBeforeTheCount();
+    void bookmarking();
     void stopOnServer();
     void program_data();
     void program();
@@ -305,6 +306,23 @@ void TestViewerParts::rowsBeforeTheCount()
     model.setQuery(database, u"SELECT * FROM YYLOG"_s, u"LOGID"_s);
     QVERIFY(QTest::qWaitFor([&model] { return model.rowCount() > 0 && !model.isBusy(); }, test::WaitLimit));
     QCOMPARE(model.rowCount(), 20);
+}
+
+// Counted rows are walked for the bookmarks that jumps start from, which the
+// model says (the window's count line tells it) until the walk is done.
+void TestViewerParts::bookmarking()
+{
+    QUARRY_SAMPLE_STATION(station, test::Engine::Sqlite, QByteArray());
+    StationDatabase database;
+    QCOMPARE(database.open(), QString());
+    LogRowsModel model(10, 500);
+    QList<bool> atCount;
+    QObject::connect(&model, &LogRowsModel::counted, &model,
+                     [&] { atCount.append(model.isBookmarking()); });
+    model.setQuery(database, u"SELECT * FROM YYLOG"_s, u"LOGID"_s);
+    QVERIFY(QTest::qWaitFor([&model] { return model.isCounted() && !model.isBusy(); }, test::WaitLimit));
+    QCOMPARE(atCount, QList<bool>{true});
+    QVERIFY(!model.isBookmarking());
 }
 
 // MariaDB's statement is killed from a second connection, opened on a thread

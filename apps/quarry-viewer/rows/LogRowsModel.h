@@ -95,6 +95,9 @@ public:
     bool isBusy() const;
     // Counted, and every row told of.
     bool isCounted() const;
+    // Counted, and walking the order for the bookmarks that jumps start
+    // from (busy meanwhile).
+    bool isBookmarking() const { return isCounted() && !m_marks.isDone(); }
     // The statement whose rows are shown, in their order.
     QString statement() const;
     // The fault of the last read; no error while every read worked.

@@ -60,7 +60,13 @@ ViewerWindow::ViewerWindow(const LogCatalogue &catalogue, QWidget *parent)
     connect(m_model, &LogRowsModel::rowsShown, this, &ViewerWindow::rowsShown);
     connect(m_model, &LogRowsModel::counted, this, &ViewerWindow::showCount);
     connect(m_model, &LogRowsModel::cancelled, this, &ViewerWindow::readingStopped);
-    connect(m_model, &LogRowsModel::busyChanged, m_pane, &ResultPane::showBusy);
+    // Counted rows stay busy while bookmarked, which the count's line says.
+    connect(m_model, &LogRowsModel::busyChanged, this, [this] {
+        if (m_model->isCounted())
+            showCount();
+        else
+            m_pane->showBusy();
+    });
     connect(m_model, &LogRowsModel::sortingEachPage, this, [this](const QSqlError &why) {
         statusBar()->showMessage(
             u"%1 上不能建立临时表，按列排序后每一页都要重新排序，翻页较慢：%2"_s.arg(
@@ -193,7 +199,8 @@ void ViewerWindow::showRows(const LogEntry &entry, const QString &select, const 
 void ViewerWindow::showCount()
 {
     const QString rows = m_model->isCounted()
-        ? u"共 %1 行"_s.arg(m_model->rowCount())
+        ? u"共 %1 行%2"_s.arg(QString::number(m_model->rowCount()),
+                              m_model->isBookmarking() ? u"，正在标记跳转位置…"_s : QString())
         : u"已读 %1 行，%2"_s.arg(m_model->rowCount())
               .arg(m_model->isBusy() ? u"正在计数…"_s : u"未计数"_s);
     m_pane->setResult(u"%1　%2，用时 %3 毫秒，%4 查询"_s.arg(m_shownHead, rows,
