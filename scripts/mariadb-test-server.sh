@@ -5,6 +5,8 @@
 #                                              TCP port in DIR/port, the path of
 #                                              the Unix socket in DIR/socket
 #   scripts/mariadb-test-server.sh stop DIR    shuts it down, removes the data
+# QUARRY_MARIADB_BUFFER_POOL sets InnoDB's buffer pool (default 32M, enough
+# for the tests' small tables).
 # Without a MariaDB server installed, start warns and leaves no DIR/port, so
 # the tests skip; with CI=true it fails instead.
 set -euo pipefail
@@ -88,7 +90,7 @@ launch() {
         --port="$port" --bind-address=127.0.0.1 --user="$(id -un)" --log-error="$log" \
         --lower-case-table-names=1 --character-set-server=utf8mb4 \
         --collation-server=utf8mb4_general_ci --skip-name-resolve --skip-log-bin \
-        --innodb-buffer-pool-size=32M --innodb-log-file-size=8M \
+        --innodb-buffer-pool-size="${QUARRY_MARIADB_BUFFER_POOL:-32M}" --innodb-log-file-size=8M \
         --innodb-flush-method=nosync --innodb-flush-log-at-trx-commit=0 --innodb-doublewrite=0 \
         --innodb-file-per-table=0 \
         </dev/null >>"$log" 2>&1 &
