@@ -57,7 +57,6 @@ BackgroundQuery::BackgroundQuery(QObject *parent)
     , m_onThread(new QObject)
     , m_connection(std::make_unique<Connection>())
     , m_onKillThread(new QObject)
-    , m_killer(std::make_unique<Connection>())
 {
     m_thread.setObjectName(u"quarry-query"_s);
     m_onThread->moveToThread(&m_thread);
@@ -75,7 +74,7 @@ BackgroundQuery::~BackgroundQuery()
     QMetaObject::invokeMethod(
         m_onThread, [this] { *m_connection = {}; }, Qt::BlockingQueuedConnection);
     QMetaObject::invokeMethod(
-        m_onKillThread, [this] { *m_killer = {}; }, Qt::BlockingQueuedConnection);
+        m_onKillThread, [this] { m_killer.reset(); }, Qt::BlockingQueuedConnection);
     for (QThread *thread : {&m_thread, &m_killThread}) {
         thread->quit();
         thread->wait();
@@ -89,6 +88,8 @@ void BackgroundQuery::setOpener(Opener opener)
     stop();
     m_opener = std::move(opener);
     m_interrupt = std::make_shared<QueryInterrupt>();
+    // The station before's killer closes once its last kill has gone.
+    QMetaObject::invokeMethod(m_onKillThread, [this] { m_killer.reset(); });
 }
 
 void BackgroundQuery::run(const QString &select, int maxRows, const QStringList &before)
@@ -150,17 +151,16 @@ void BackgroundQuery::interrupt(quint64 ticket, bool tellFailure)
 QString BackgroundQuery::kill(const std::shared_ptr<QueryInterrupt> &interrupt,
                               const Opener &opener, quint64 ticket)
 {
-    if (m_killer->interrupt != interrupt) {
-        *m_killer = {std::make_unique<DbConnection>(), interrupt};
-        if (QString fault = opener(*m_killer->database); !fault.isEmpty()) {
-            *m_killer = {};
+    if (!m_killer) {
+        auto killer = std::make_unique<DbConnection>();
+        if (QString fault = opener(*killer); !fault.isEmpty())
             return fault;
-        }
+        m_killer = std::move(killer);
     }
-    const QString fault = interrupt->kill(ticket, m_killer->database->database());
+    const QString fault = interrupt->kill(ticket, m_killer->database());
     // A killer that lost its server is opened anew next time.
     if (!fault.isEmpty())
-        *m_killer = {};
+        m_killer.reset();
     return fault;
 }
 

@@ -80,7 +80,7 @@ private:
     // own: opening it waits for the network.
     QThread m_killThread;
     QObject *m_onKillThread;
-    std::unique_ptr<Connection> m_killer; // used on the kill thread alone
+    std::unique_ptr<DbConnection> m_killer; // used on the kill thread alone
     Opener m_opener;
     std::shared_ptr<QueryInterrupt> m_interrupt;
     quint64 m_ticket = 0;  // of the last statement asked for
