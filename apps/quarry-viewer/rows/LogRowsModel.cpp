@@ -8,8 +8,8 @@
 #include <QSqlQuery>
 
 #include <algorithm>
-#include <utility>
 #include <limits>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
