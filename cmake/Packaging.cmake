@@ -41,14 +41,24 @@ function(quarry_gzip source output)
         VERBATIM)
 endfunction()
 
-# The manual pages of the programs, with the version filled in.
+# The manual pages of the programs in one language, from docs/<folder> into
+# destination, with the version filled in; appended to manpages.
+function(quarry_manpages folder destination)
+    set(pages "")
+    foreach(program IN ITEMS quarry-viewer quarry-ask quarry-config quarry-service)
+        set(page ${PROJECT_BINARY_DIR}/${folder}/${program}.1)
+        configure_file(docs/${folder}/${program}.1 ${page} @ONLY)
+        set(gzipped ${PROJECT_BINARY_DIR}/${folder}/gz/${program}.1.gz)
+        quarry_gzip(${page} ${gzipped})
+        list(APPEND pages ${gzipped})
+    endforeach()
+    install(FILES ${pages} DESTINATION ${destination} COMPONENT tools)
+    set(manpages ${manpages} ${pages} PARENT_SCOPE)
+endfunction()
 set(manpages "")
-foreach(program IN ITEMS quarry-viewer quarry-ask quarry-config quarry-service)
-    configure_file(docs/man/${program}.1 ${PROJECT_BINARY_DIR}/man/${program}.1 @ONLY)
-    quarry_gzip(${PROJECT_BINARY_DIR}/man/${program}.1 ${PROJECT_BINARY_DIR}/man/gz/${program}.1.gz)
-    list(APPEND manpages ${PROJECT_BINARY_DIR}/man/gz/${program}.1.gz)
-endforeach()
-install(FILES ${manpages} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
+quarry_manpages(man ${CMAKE_INSTALL_MANDIR}/man1)
+# Where man looks under a Chinese locale.
+quarry_manpages(man/zh_CN ${CMAKE_INSTALL_MANDIR}/zh_CN/man1)
 
 # Every package has its copyright and changelog in /usr/share/doc/<package>.
 # The changelog's newest entry is the version being built.
