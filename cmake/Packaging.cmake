@@ -68,7 +68,19 @@ if(NOT newest MATCHES "^quarry \\(${PROJECT_VERSION}\\) ")
         "add an entry for version ${PROJECT_VERSION}")
 endif()
 quarry_gzip(${PROJECT_SOURCE_DIR}/cmake/debian/changelog ${PROJECT_BINARY_DIR}/debian/changelog.gz)
-add_custom_target(packaging_files ALL DEPENDS ${manpages} ${PROJECT_BINARY_DIR}/debian/changelog.gz)
+# The guides the programs' help and manual pages point to, with the sample
+# log catalogue whose opening comment describes the format.
+quarry_gzip(${PROJECT_SOURCE_DIR}/docs/administration.md ${PROJECT_BINARY_DIR}/doc/administration.md.gz)
+quarry_gzip(${PROJECT_SOURCE_DIR}/docs/host-guide.md ${PROJECT_BINARY_DIR}/doc/host-guide.md.gz)
+install(FILES ${PROJECT_BINARY_DIR}/doc/administration.md.gz
+    DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/${CPACK_DEBIAN_TOOLS_PACKAGE_NAME} COMPONENT tools)
+install(FILES data/sample/logs.ini
+    DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/${CPACK_DEBIAN_TOOLS_PACKAGE_NAME}/examples
+    COMPONENT tools)
+install(FILES ${PROJECT_BINARY_DIR}/doc/host-guide.md.gz
+    DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/${CPACK_DEBIAN_DEV_PACKAGE_NAME} COMPONENT dev)
+add_custom_target(packaging_files ALL DEPENDS ${manpages} ${PROJECT_BINARY_DIR}/debian/changelog.gz
+    ${PROJECT_BINARY_DIR}/doc/administration.md.gz ${PROJECT_BINARY_DIR}/doc/host-guide.md.gz)
 foreach(component IN LISTS QUARRY_COMPONENTS)
     string(TOUPPER ${component} upper)
     install(FILES cmake/debian/copyright ${PROJECT_BINARY_DIR}/debian/changelog.gz

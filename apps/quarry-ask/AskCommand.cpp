@@ -177,7 +177,7 @@ QString askUsage()
   quarry-ask date                 操作日期区间
   quarry-ask complex 日志类型 [选项]
                                   某种日志的查询对话框（YWRZ、YYRZ 等，区分大小写）
-  quarry-ask complex-ex 日志类型  验印请求日志（YJREQLOG，不区分大小写）
+  quarry-ask complex-ex 日志类型  印鉴请求日志（YJREQLOG，不区分大小写）
 显示组件的一个查询条件对话框；操作员按“确定”后，把条件（一个 WHERE 子句，
 统计为整个 SELECT）以 UTF-8 写到标准输出。长度是文本框的最大长度，0 为不限。
 

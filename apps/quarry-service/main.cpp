@@ -53,9 +53,8 @@ int main(int argc, char *argv[])
     QDBusConnection bus = QDBusConnection::sessionBus();
     QuarryService service(bus, 1min, QCoreApplication::applicationFilePath());
     if (!bus.isConnected() || !service.start()) {
-        QTextStream(stderr) << u"quarry-service: cannot take the name %1 on the session bus: %2\n"_s
-                                   .arg(QLatin1StringView(QuarryService::BusName),
-                                        bus.lastError().message());
+        QTextStream(stderr) << u"quarry-service: 无法在会话总线上取得名称 %1：%2\n"_s.arg(
+            QLatin1StringView(QuarryService::BusName), bus.lastError().message());
         return 1;
     }
     // The name is given up before the program ends, so that a call that

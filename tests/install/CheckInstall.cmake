@@ -39,6 +39,13 @@ endforeach()
 if(NOT EXISTS "${root}/usr/lib/${LIBRARY_ARCHITECTURE}/libquarry.so.0")
     message(FATAL_ERROR "The library is not in the multiarch folder /usr/lib/${LIBRARY_ARCHITECTURE}")
 endif()
+# The guides and the sample catalogue that the programs' help points to.
+foreach(file IN ITEMS quarry-tools/administration.md.gz quarry-tools/examples/logs.ini
+        libquarry-dev/host-guide.md.gz)
+    if(NOT EXISTS "${root}/usr/share/doc/${file}")
+        message(FATAL_ERROR "The packages do not hold /usr/share/doc/${file}")
+    endif()
+endforeach()
 # man finds every program's page where the packages put them: the English
 # one, and with the Chinese language the Chinese one, which groff sets
 # without a warning. The locale is fixed, as a Chinese one would choose the
