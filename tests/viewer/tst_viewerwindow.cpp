@@ -16,9 +16,11 @@
 #include "ReadRows.h"
 #include "TestFiles.h"
 #include "rows/StationDatabase.h"
+#include "window/LogTable.h"
 #include "window/ViewerWindow.h"
 
 #include <QAbstractItemModelTester>
+#include <QAbstractProxyModel>
 #include <QAction>
 #include <QElapsedTimer>
 #include <QClipboard>
@@ -43,6 +45,7 @@
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QTableView>
+#include <QWheelEvent>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
@@ -99,9 +102,15 @@ ExportActions &exports(const ViewerWindow &window)
     return *window.findChild<ExportActions *>();
 }
 
-QTableView *table(const ViewerWindow &window)
+LogTable *table(const ViewerWindow &window)
 {
-    return window.findChild<QTableView *>(u"resultTable"_s);
+    return window.findChild<LogTable *>(u"resultTable"_s);
+}
+
+// The log's rows, of which the table shows those on view.
+const QAbstractItemModel &logRows(const ViewerWindow &window)
+{
+    return *qobject_cast<const QAbstractProxyModel *>(table(window)->model())->sourceModel();
 }
 
 // Waits while the window reads in the background; false when it still
@@ -160,6 +169,8 @@ private Q_SLOTS:
     void pageLost();
     void countTold_data();
     void countTold();
+    void scrolling_data();
+    void scrolling();
 
 private:
     QTemporaryDir m_drives; // where an error log without a station lands
@@ -205,7 +216,7 @@ void TestViewerWindow::query()
         QVERIFY2(label.contains(part), qPrintable(label + u" lacks "_s + part));
     QVERIFY2(window.windowTitle().startsWith(entry.title), qPrintable(window.windowTitle()));
     QTableView *view = table(window);
-    QCOMPARE(view->model()->rowCount(), expected);
+    QCOMPARE(logRows(window).rowCount(), expected);
     const int account = 1; // accno, after LOGID
     QCOMPARE(view->model()->headerData(account, Qt::Horizontal).toString(), u"账号"_s);
     const int fitting = qMax(static_cast<QAbstractItemView *>(view)->sizeHintForColumn(account),
@@ -290,11 +301,29 @@ void TestViewerWindow::tools()
     QVERIFY(QTest::qWaitForWindowActive(&window));
     view->setFocus();
     QTest::keyClick(view, Qt::Key_C, Qt::ControlModifier);
-    QCOMPARE(QGuiApplication::clipboard()->text(), u"%1\t%2\n%3\t%4\n"_s.arg(model.index(0, 0).data().toString(), model.index(0, 1).data().toString(),
-                                                                                model.index(1, 0).data().toString(), model.index(1, 1).data().toString()));
+    const QString block = u"%1\t%2\n%3\t%4\n"_s.arg(model.index(0, 0).data().toString(), model.index(0, 1).data().toString(),
+                                                      model.index(1, 0).data().toString(), model.index(1, 1).data().toString());
+    QCOMPARE(QGuiApplication::clipboard()->text(), block);
+    // Kept by the log's rows: the same rows copied away from them, and
+    // selected on view again on the way back.
+    QScrollBar *bar = view->verticalScrollBar();
+    QVERIFY(bar->maximum() > 2);
+    bar->setValue(bar->maximum());
+    QGuiApplication::clipboard()->clear();
+    QTest::keyClick(view, Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(QGuiApplication::clipboard()->text(), block);
+    bar->setValue(0);
+    QCOMPARE(view->selectionModel()->selectedIndexes().size(), 4);
+    QVERIFY(view->selectionModel()->isSelected(model.index(1, 1)));
 
     QVERIFY(exports(window).exportSelectionXlsx(dir.filePath(u"block.xlsx"_s))); // the two rows copied
     QVERIFY2(window.statusBar()->currentMessage().contains(u"的 2 行"_s), qPrintable(window.statusBar()->currentMessage()));
+    // Ctrl+A selects every row of the log, not those on view.
+    QTest::keyClick(view, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(view, Qt::Key_C, Qt::ControlModifier);
+    const QStringList copied = QGuiApplication::clipboard()->text().split(u'\n', Qt::SkipEmptyParts);
+    QCOMPARE(copied.size(), rows);
+    QCOMPARE(copied.last().section(u'\t', 0, 0), firstKey("Opdate, Optime, LOGID"));
     view->clearSelection();
     QVERIFY(!exports(window).exportSelectionXlsx(dir.filePath(u"none.xlsx"_s)));
     QCOMPARE(window.statusBar()->currentMessage(), u"没有选中的单元格：请先在表格中选择要导出的行或单元格。"_s);
@@ -436,14 +465,14 @@ void TestViewerWindow::faults()
     QCOMPARE(log.count(u"StationCheck"_s), fault == MissingList ? 0 : 1);
     QVERIFY2(log.contains(said[1]), qPrintable(log));
     QCOMPARE(log.count(u"quarry-viewer"_s), inCatalogue ? 2 : 0); // each query tries again
-    QCOMPARE(table(window)->model()->rowCount(), 0);
+    QCOMPARE(logRows(window).rowCount(), 0);
 
     repair.reset();
     // A fault of the catalogue stays: another log of it works.
     run(window, inCatalogue ? u"PTFHRZ"_s : logType, {inCatalogue ? u"BtnOk!"_s : ok + u'!'});
     QCOMPARE(shown(window, u"errorLabel"_s), QString());
     QCOMPARE(shown(window, u"stationBanner"_s) == QString(), fault != MissingTable);
-    QVERIFY(table(window)->model()->rowCount() > 0);
+    QVERIFY(logRows(window).rowCount() > 0);
 }
 
 // A station whose error log cannot be written is still queried; the banner
@@ -459,7 +488,7 @@ void TestViewerWindow::noLogFolder()
     QVERIFY2(banner.startsWith(u"本站点有以下问题"_s) && banner.contains(u"/no/log"_s), qPrintable(banner));
     QCOMPARE(banner.count(u"错误日志"_s), 1);
     run(window, u"HYRZ"_s, {u"TxtHy=0011"_s, u"BtnOk!"_s});
-    QVERIFY(table(window)->model()->rowCount() > 0);
+    QVERIFY(logRows(window).rowCount() > 0);
     QCOMPARE(shown(window, u"stationBanner"_s), banner);
 }
 
@@ -495,7 +524,7 @@ void TestViewerWindow::statistics()
     QVERIFY(chart->isVisible());
     QVERIFY(shown(window, u"noticeLabel"_s).contains(u"没有通过票据的操作员"_s));
     QTableView *view = table(window);
-    QAbstractItemModel *model = view->model();
+    const QAbstractItemModel *model = &logRows(window);
     QVERIFY(view->isColumnHidden(0)); // id
     const QList<std::pair<QString, double>> rates = chart->rates();
     QCOMPARE(rates.size(), model->rowCount());
@@ -777,8 +806,8 @@ void TestViewerWindow::pageLost()
     QTemporaryDir dir;
     ShownWindow window(catalogue(dir, "[Catalogue]\nLogs=PTFHRZ\n[PTFHRZ]\nTitle=g\nTable=GONE\nKey=LOGID\n"));
     run(window, u"PTFHRZ"_s, {u"BtnOk!"_s});
-    QVERIFY(table(window)->model()->rowCount() > 1000); // more than the first page
-    QAbstractItemModel &rows = *table(window)->model();
+    QVERIFY(logRows(window).rowCount() > 1000); // more than the first page
+    const QAbstractItemModel &rows = logRows(window);
     table(window)->sortByColumn(1, Qt::DescendingOrder);
     QVERIFY(settle(window));
     const QString sortedBy = rows.headerData(1, Qt::Horizontal, Qt::ToolTipRole).toString();
@@ -853,6 +882,74 @@ void TestViewerWindow::countTold()
     QVERIFY(std::adjacent_find(turnOfShare.cbegin(), turnOfShare.cend()) == turnOfShare.cend());
     view.scrollToBottom();
     QTRY_COMPARE_WITH_TIMEOUT(view.indexAt({0, view.viewport()->height() - 1}).data().toInt(), rows, test::WaitLimit);
+}
+
+void TestViewerWindow::scrolling_data()
+{
+    QTest::addColumn<QStringList>("steps"); // "click" a row on view, a "key", the "wheel", the "bar" set
+    QTest::addColumn<int>("top");           // the log's row on top, counted from 1
+    QTest::addColumn<int>("current");       // 0: none
+    QTest::addColumn<int>("selected");      // the log's rows selected
+    const QStringList twelveDown(12, u"key Down"_s);
+    // The table's first cell is current when it takes the focus.
+    QTest::newRow("bar to the end") << QStringList{u"bar 30000"_s} << 19991 << 1 << 0;
+    QTest::newRow("bar, the current row on view") << QStringList{u"click 5"_s, u"bar 3"_s} << 4 << 6 << 1;
+    QTest::newRow("wheel") << QStringList{u"wheel -120"_s} << 4 << 1 << 0;
+    QTest::newRow("ctrl+end") << QStringList{u"click 0"_s, u"key Ctrl+End"_s} << 19991 << 20000 << 1;
+    QTest::newRow("ctrl+home") << QStringList{u"click 0"_s, u"key Ctrl+End"_s, u"key Ctrl+Home"_s} << 1 << 1 << 1;
+    QTest::newRow("down past the foot") << QStringList{u"click 0"_s} + twelveDown << 4 << 13 << 1;
+    QTest::newRow("up past the top") << QStringList{u"bar 500"_s, u"click 0"_s, u"key Up,Up,Up"_s} << 498 << 498 << 1;
+    QTest::newRow("page down") << QStringList{u"click 0"_s, u"key PgDown,PgDown"_s} << 12 << 21 << 1;
+    QTest::newRow("page up") << QStringList{u"bar 100"_s, u"click 0"_s, u"key PgUp"_s} << 91 << 91 << 1;
+    QTest::newRow("shift, past the foot") << QStringList{u"click 0"_s, u"key Shift+PgDown,Shift+PgDown"_s} << 12 << 21 << 21;
+    QTest::newRow("ctrl+a") << QStringList{u"click 2"_s, u"key Ctrl+A"_s} << 1 << 3 << 20000;
+}
+
+// A log of 20,000 rows in a table that holds ten: the table keeps a header
+// section for each row on view only, numbered as the log's rows, and the
+// bar, the wheel and the keys reach every row, the current cell and the
+// selection going with the log's rows.
+void TestViewerWindow::scrolling()
+{
+    QFETCH(QStringList, steps);
+    QFETCH(int, top);
+    QFETCH(int, current);
+    QFETCH(int, selected);
+    QUARRY_REQUIRE_ENGINE(Engine::Sqlite);
+    OwnStation many(Engine::Sqlite, u"CREATE TABLE MANY AS WITH RECURSIVE n(K) AS (SELECT 1 UNION ALL SELECT K + 1 FROM n WHERE K < 20000) SELECT K FROM n;\n"_s);
+    LogRowsModel model;
+    QCOMPARE(readRows(model, many.database, u"SELECT K FROM MANY"_s, u"K"_s), QString());
+    LogTable view(model);
+    view.verticalHeader()->setDefaultSectionSize(20);
+    view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    view.resize(300, view.height() + 200 - view.viewport()->height()); // ten rows
+    QTRY_COMPARE(view.verticalScrollBar()->pageStep(), 10);
+    for (const QString &step : std::as_const(steps)) {
+        const QString what = step.section(u' ', 1);
+        if (step.startsWith(u"click"_s))
+            QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, view.visualRect(view.model()->index(what.toInt(), 0)).center());
+        else if (step.startsWith(u"key"_s))
+            QTest::keySequence(&view, QKeySequence(what));
+        else if (step.startsWith(u"bar"_s))
+            view.verticalScrollBar()->setValue(what.toInt());
+        else {
+            const QPoint at = view.viewport()->rect().center();
+            QWheelEvent wheel(at, view.viewport()->mapToGlobal(at), {}, {0, what.toInt()}, Qt::NoButton, {}, Qt::NoScrollPhase, false);
+            QCoreApplication::sendEvent(view.viewport(), &wheel);
+        }
+    }
+    QVERIFY(view.verticalHeader()->count() <= 11);
+    QCOMPARE(view.verticalScrollBar()->value(), top - 1);
+    QCOMPARE(view.model()->headerData(0, Qt::Vertical).toInt(), top);
+    QTRY_COMPARE_WITH_TIMEOUT(view.model()->index(0, 0).data().toInt(), top, test::WaitLimit);
+    QCOMPARE(view.model()->index(9, 0).data().toInt(), top + 9);
+    QCOMPARE(view.logSelection().currentIndex().row(), current - 1);
+    QCOMPARE(view.currentIndex().row(), current >= top && current < top + 11 ? current - top : -1);
+    int rows = 0;
+    for (const QItemSelectionRange &range : view.logSelection().selection())
+        rows += range.height();
+    QCOMPARE(rows, selected);
 }
 
 } // namespace quarry::viewer

@@ -18,7 +18,7 @@
 #include <QFileInfo>
 #include <QPlainTextEdit>
 #include <QProgressDialog>
-#include <QTableView>
+#include <QItemSelectionModel>
 
 using namespace Qt::StringLiterals;
 
@@ -109,7 +109,7 @@ bool ExportActions::exportSelectionXlsx(const QString &path)
     if (!hasRows())
         return false;
     const LogRowsModel::ReadingAtOnce allRows(m_model);
-    const SelectedCells cells(m_rows, m_widgets.table.selectionModel()->selection());
+    const SelectedCells cells(m_rows, m_widgets.selection.selection());
     if (cells.rowCount() == 0) {
         Q_EMIT said(u"没有选中的单元格：请先在表格中选择要导出的行或单元格。"_s);
         return false;

@@ -7,9 +7,9 @@
 #include <functional>
 
 class QAbstractItemModel;
+class QItemSelectionModel;
 class QPlainTextEdit;
 class QProgressDialog;
-class QTableView;
 class QWidget;
 
 namespace quarry::viewer {
@@ -22,11 +22,12 @@ class StationDatabase;
 struct ExportHeading;
 struct RowSource;
 
-// What the exports take from the window's widgets: the table's selection,
-// the statement shown above it and the pass-rate chart.
+// What the exports take from the window's widgets: the table's selection
+// (over the labelled rows, by the log's own rows), the statement shown above
+// it and the pass-rate chart.
 struct ResultWidgets
 {
-    const QTableView &table;
+    const QItemSelectionModel &selection;
     const QPlainTextEdit &statement;
     PassRateChart &chart;
 };

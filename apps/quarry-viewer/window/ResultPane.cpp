@@ -1,6 +1,7 @@
 #include "ResultPane.h"
 
 #include "LogEntry.h"
+#include "LogTable.h"
 #include "StationBanner.h"
 #include "catalogue/LabelledRows.h"
 #include "output/ExportActions.h"
@@ -23,7 +24,6 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSplitter>
-#include <QTableView>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -87,9 +87,8 @@ ResultPane::ResultPane(StationBanner *banner, const StationDatabase &database, L
     layout->addWidget(m_sqlText);
 
     auto *results = new QSplitter(Qt::Vertical, this);
-    m_table = new QTableView(results);
+    m_table = new LogTable(*m_rows, results);
     m_table->setObjectName(u"resultTable"_s);
-    m_table->setModel(m_rows);
     m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::Interactive);
     // Columns fit the rows on screen: measuring the text of a thousand rows
     // holds the window for a tenth of a second.
@@ -108,8 +107,8 @@ ResultPane::ResultPane(StationBanner *banner, const StationDatabase &database, L
     results->addWidget(m_table);
     results->addWidget(m_chart);
     layout->addWidget(results, 1);
-    m_exports
-        = new ExportActions(database, m_model, *m_rows, {*m_table, *m_sqlText, *m_chart}, this);
+    m_exports = new ExportActions(database, m_model, *m_rows,
+                                  {m_table->logSelection(), *m_sqlText, *m_chart}, this);
     connect(m_exports, &ExportActions::failed, this, &ResultPane::fault);
 }
 
@@ -146,7 +145,7 @@ void ResultPane::addCopyActions()
         m_table->addAction(action);
         connect(action, &QAction::triggered, this, [this, titles] {
             const LogRowsModel::ReadingAtOnce allRows(m_model);
-            const SelectedCells cells(*m_rows, m_table->selectionModel()->selection());
+            const SelectedCells cells(*m_rows, m_table->logSelection().selection());
             QGuiApplication::clipboard()->setText(tabSeparated(cells, titles));
         });
         return action;

@@ -7,12 +7,12 @@ class QLabel;
 class QPlainTextEdit;
 class QProgressBar;
 class QPushButton;
-class QTableView;
 
 namespace quarry::viewer {
 
 class ExportActions;
 class LabelledRows;
+class LogTable;
 class LogRowsModel;
 class PassRateChart;
 class StationBanner;
@@ -67,7 +67,7 @@ private:
     QLabel *m_noticeLabel;
     QLabel *m_resultLabel = nullptr;
     QPlainTextEdit *m_sqlText = nullptr;
-    QTableView *m_table = nullptr;
+    LogTable *m_table = nullptr;
     QProgressBar *m_progress = nullptr;
     QPushButton *m_cancelButton = nullptr;
     QPushButton *m_exportPngButton = nullptr;
