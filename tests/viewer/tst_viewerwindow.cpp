@@ -920,6 +920,7 @@ void TestViewerWindow::scrolling()
     LogRowsModel model;
     QCOMPARE(readRows(model, many.database, u"SELECT K FROM MANY"_s, u"K"_s), QString());
     LogTable view(model);
+    QAbstractItemModelTester tester(view.model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
     view.verticalHeader()->setDefaultSectionSize(20);
     view.show();
     QVERIFY(QTest::qWaitForWindowExposed(&view));

@@ -15,9 +15,9 @@ RowWindow::RowWindow(QAbstractItemModel &source, QObject *parent)
         endResetModel();
         Q_EMIT sourceRowsChanged();
     });
-    connect(&source, &QAbstractItemModel::rowsInserted, this, &RowWindow::sourceRowsMoved);
-    connect(&source, &QAbstractItemModel::rowsRemoved, this, &RowWindow::sourceRowsMoved);
-    connect(&source, &QAbstractItemModel::layoutChanged, this, &RowWindow::sourceRowsMoved);
+    connect(&source, &QAbstractItemModel::rowsInserted, this, &RowWindow::followSourceRows);
+    connect(&source, &QAbstractItemModel::rowsRemoved, this, &RowWindow::followSourceRows);
+    connect(&source, &QAbstractItemModel::layoutChanged, this, &RowWindow::followSourceRows);
     connect(&source, &QAbstractItemModel::dataChanged, this, &RowWindow::sourceChanged);
     connect(&source, &QAbstractItemModel::headerDataChanged, this,
             [this](Qt::Orientation orientation, int first, int last) {
@@ -165,7 +165,7 @@ void RowWindow::sourceChanged(const QModelIndex &topLeft, const QModelIndex &bot
 
 // The rows in the window may be others now: the source's count went up as
 // it was counted, or down, or the source's rows went elsewhere.
-void RowWindow::sourceRowsMoved()
+void RowWindow::followSourceRows()
 {
     m_first = qMin(m_first, lastFirst());
     fit();

@@ -57,7 +57,7 @@ private:
     void fit();
     void sourceChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
                        const QList<int> &roles);
-    void sourceRowsMoved();
+    void followSourceRows();
     void tellAllChanged();
 
     int m_first = 0;
