@@ -21,6 +21,11 @@ LogTable::LogTable(QAbstractItemModel &rows, QWidget *parent)
     delete own;
     // A row made taller would stay where it is while the rows move past.
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    // Shown whatever the log's length: the table decides on its horizontal
+    // bar as if there were no vertical one when the window's rows fit, and
+    // the rows the window holds follow the horizontal bar; the two would
+    // show and hide each other without end.
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     connect(verticalScrollBar(), &QScrollBar::valueChanged, m_window, &RowWindow::moveTo);
     connect(m_window, &RowWindow::sourceRowsChanged, this, &LogTable::fitScrollBar);
 }
