@@ -171,6 +171,7 @@ private Q_SLOTS:
     void countTold();
     void scrolling_data();
     void scrolling();
+    void barsSettle();
 
 private:
     QTemporaryDir m_drives; // where an error log without a station lands
@@ -951,6 +952,28 @@ void TestViewerWindow::scrolling()
     for (const QItemSelectionRange &range : view.logSelection().selection())
         rows += range.height();
     QCOMPARE(rows, selected);
+}
+
+// Columns that fit the table only without its vertical bar, and a height
+// that holds one row more without the horizontal bar: the bars settle
+// rather than show and hide each other for good.
+void TestViewerWindow::barsSettle()
+{
+    QUARRY_REQUIRE_ENGINE(Engine::Sqlite);
+    OwnStation many(Engine::Sqlite, u"CREATE TABLE MANY AS WITH RECURSIVE n(K) AS (SELECT 1 UNION ALL SELECT K + 1 FROM n WHERE K < 100) SELECT K, K AS L FROM n;\n"_s);
+    LogRowsModel model;
+    QCOMPARE(readRows(model, many.database, u"SELECT K, L FROM MANY"_s, u"K"_s), QString());
+    LogTable view(model);
+    view.verticalHeader()->setDefaultSectionSize(20);
+    view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    view.resize(300, view.height() + 11 * 20 - view.maximumViewportSize().height());
+    const int columns = view.maximumViewportSize().width() - view.verticalScrollBar()->sizeHint().width() / 2;
+    view.setColumnWidth(0, columns / 2);
+    view.setColumnWidth(1, columns - columns / 2);
+    QSignalSpy shown(view.horizontalScrollBar(), &QScrollBar::rangeChanged);
+    QTest::qWait(300);
+    QVERIFY2(shown.size() < 10, qPrintable(QString::number(shown.size())));
 }
 
 } // namespace quarry::viewer
