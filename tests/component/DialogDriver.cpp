@@ -1,6 +1,7 @@
 #include "DialogDriver.h"
 #include "TestFiles.h"
 
+#include <QAbstractItemView>
 #include <QClipboard>
 #include <QComboBox>
 #include <QGuiApplication>
@@ -66,6 +67,12 @@ void step(QWidget *dialog, const QString &action)
         box->setFocus();
         QGuiApplication::clipboard()->setText(action.mid(caret + 1));
         QTest::keyClick(box, Qt::Key_V, Qt::ControlModifier);
+    } else if (const qsizetype at = action.indexOf(u'@'); at > 0) {
+        auto *list = qobject_cast<QComboBox *>(control(dialog, action.left(at)));
+        list->showPopup();
+        QAbstractItemView *entries = list->view();
+        const QRect entry = entries->visualRect(entries->model()->index(action.mid(at + 1).toInt(), 0));
+        QTest::mouseClick(entries->viewport(), Qt::LeftButton, {}, entry.center());
     } else if (const qsizetype hash = action.indexOf(u'#'); hash > 0) {
         QWidget *list = control(dialog, action.left(hash));
         list->setFocus();

@@ -188,7 +188,6 @@ private Q_SLOTS:
         const QString needsAccount = u"不输入帐号，请不要输入支票号"_s;
         QTest::newRow("ZPGLRZ: a cheque without an account, on Enter") << u"ZPGLRZ"_s << none << 0 << QStringList{u"TxtBZP=123"_s, u"Return"_s} << needsAccount << u"TxtBZP"_s << none;
         QTest::newRow("ZPGLRZ: a cheque without an account, at OK") << u"ZPGLRZ"_s << none << 0 << QStringList{u"TxtEZP=9"_s, u"CmdYes!"_s} << needsAccount << u"CmdYes"_s << none;
-        QTest::newRow("ZPGLRZ: the list's text is no choice") << u"ZPGLRZ"_s << none << 0 << QStringList{u"ComPZ"_s, u"CmdYes!"_s} << none << closed << u" where (accno like '%') and (opcode like '%') and  (zpid between '00000000' and '99999999') and (opdate between '1980-01-01' and '3000-01-01') and  (pztype like'%')"_s;
         // The list starts on its first entry: one Down chooses the second.
         QTest::newRow("ZPGLRZ: from the keyboard, cheques as typed") << u"ZPGLRZ"_s << none << 0 << QStringList{u"TxtAccNo=62*"_s, u"TxtBZP= 1"_s, u"Return"_s, u"=2-3"_s, u"ComPZ#0"_s, u"Return"_s, u"Return"_s} << none << closed << u" where (accno like '62%') and (opcode like '%') and  (zpid between ' 1' and '2-3') and (opdate between '1980-01-01' and '3000-01-01') and  (pztype like'人工验印')"_s;
         const QString openBills = u" where (accno like '%') and (opcode like '%') and  (CHEQUENO between '00000000' and 'zzzzzzzz') and (concat(opdate,optime) between '0000-00-0000:00:00' and '9999-99-9923:59:59') and  (pztype like '%') and (ChequeResult like '%')"_s;
@@ -220,6 +219,11 @@ private Q_SLOTS:
         QTest::newRow("YWRZ: an unknown branch") << u"YWRZ+wdh"_s << u"Vefos"_s << 0 << QStringList{u"txtWdh=999999"_s, u"chkSub!"_s, u"BtnOk!"_s, u"BtnCancel!"_s} << unknown << closed << QString();
         QTest::newRow("PJSBRZ: an unknown branch") << u"PJSBRZ+wdh"_s << u"Vefos"_s << 0 << QStringList{u"txtWdh=999999"_s, u"chkSub!"_s, u"CmdYes!"_s, u"cmdCancel!"_s} << unknown << closed << QString();
 
+        // A list's entry chosen with the mouse counts while the focus is elsewhere; an
+        // editable list's counts when chosen in it, not when its text names it.
+        QTest::newRow("YYRZ: a list chosen with the mouse") << u"YYRZ"_s << none << 0 << QStringList{u"cmbOpType@2"_s, u"BtnOk!"_s} << none << closed << u" where Opcode Like '%' And ACCNO  LIKE  '%' And Opdate Between '1980-01-01' And '3000-01-01' and chequeno between '00000000' and 'zzzzzzzz' and ( OPTYPE = '人工验印') "_s;
+        QTest::newRow("ZPGLRZ: an editable list's choice by key") << u"ZPGLRZ"_s << none << 0 << QStringList{u"ComPZ#0"_s, u"CmdYes!"_s} << none << closed << u" where (accno like '%') and (opcode like '%') and  (zpid between '00000000' and '99999999') and (opdate between '1980-01-01' and '3000-01-01') and  (pztype like'人工验印')"_s;
+        QTest::newRow("ZPGLRZ: the list's text is no choice") << u"ZPGLRZ"_s << none << 0 << QStringList{u"ComPZ"_s, u"CmdYes!"_s} << none << closed << u" where (accno like '%') and (opcode like '%') and  (zpid between '00000000' and '99999999') and (opdate between '1980-01-01' and '3000-01-01') and  (pztype like'%')"_s;
         // Keys, one row each where a dialog departs from Enter and Up; which
         // keys cancel from a text box is guideListsTheControls'.
         const auto keys = [&](const char *tag, const QString &call, const QString &field, const QString &key, const QString &after) {
