@@ -117,6 +117,9 @@ class TestQuarryService : public QObject
         return seen().value(0).section(u' ', 0, 0) + u" | "_s + (response ? outcomeText(*response) : u"no response within the wait limit"_s);
     }
 
+    // This program, through a link that a test can take away.
+    QString dialogProgram() const { return m_station.filePath(u"dialog"_s); }
+
     std::optional<QDBusMessage> responseTo(const QString &path) const
     {
         for (const QDBusMessage &response : m_responses)
@@ -134,7 +137,8 @@ private Q_SLOTS:
         test::writeSealIni(m_station.path(), QString(), 0);
         qputenv("QUARRY_DRIVES", QFile::encodeName(m_station.filePath(u"drives"_s)));
         qputenv("QUARRY_TEST_SEEN", QFile::encodeName(m_station.filePath(u"seen"_s)));
-        m_service = std::make_unique<service::QuarryService>(QDBusConnection::sessionBus(), Idle, QCoreApplication::applicationFilePath(), MaxDialogs);
+        QVERIFY(QFile::link(QCoreApplication::applicationFilePath(), dialogProgram()));
+        m_service = std::make_unique<service::QuarryService>(QDBusConnection::sessionBus(), Idle, dialogProgram(), MaxDialogs);
         QVERIFY(m_service->start());
         // QtDBus delivers signals by the slot's name only.
         QVERIFY(m_client.connect(QString(), QString(), u"org.quarry.Quarry1.Request"_s,
@@ -316,24 +320,33 @@ private Q_SLOTS:
         QVERIFY2(idle.wait(test::WaitLimit), "the service idle");
     }
 
-    // A dialog process that ends without an answer fails its request; the
-    // fault is logged, and the service and the caller go on.
+    // A dialog process that ends without an answer, or does not start, fails
+    // its request; the fault is logged, and the service and the caller go on.
     void deadDialog_data()
     {
         QTest::addColumn<QString>("step");
+        QTest::addColumn<QString>("dialog"); // "": the dialog program is not there
         QTest::addColumn<QString>("description");
 
-        QTest::newRow("killed") << u"kill"_s << u"对话框程序 %1 意外终止，没有给出结果"_s;
-        QTest::newRow("nonsense") << u"say {\"outcome\":\"condition\"}"_s << u"对话框程序 %1 的结果无法识别：“{\"outcome\":\"condition\"}”"_s;
+        QTest::newRow("killed") << u"kill"_s << u"FrmDate"_s << u"对话框程序 %1 意外终止，没有给出结果"_s;
+        QTest::newRow("nonsense") << u"say {\"outcome\":\"condition\"}"_s << u"FrmDate"_s << u"对话框程序 %1 的结果无法识别：“{\"outcome\":\"condition\"}”"_s;
+        QTest::newRow("not started") << QString() << QString() << u"无法启动对话框程序 %1"_s;
     }
 
     void deadDialog()
     {
         QFETCH(QString, step);
+        QFETCH(QString, dialog);
         QFETCH(QString, description);
 
-        const QString said = description.arg(QCoreApplication::applicationFilePath());
-        QCOMPARE(ask(u"showDate"_s, {}, {step}), u"FrmDate | 2 error_description=%1; error_number=2000; error_source=quarry-service"_s.arg(said));
+        const QString said = description.arg(dialogProgram());
+        {
+            const QString away = dialogProgram() + u".away"_s;
+            if (dialog.isEmpty())
+                QVERIFY(QFile::rename(dialogProgram(), away));
+            const auto back = qScopeGuard([&] { QFile::rename(away, dialogProgram()); });
+            QCOMPARE(ask(u"showDate"_s, {}, {step}), u"%1 | 2 error_description=%2; error_number=2000; error_source=quarry-service"_s.arg(dialog, said));
+        }
         QVERIFY(QString::fromUtf8(test::readFile(m_station.filePath(u"drives/c/errorpath/error.txt"_s))).contains(said));
         QCOMPARE(ask(u"showDate"_s, {}, {u"Esc"_s}), u"FrmDate | 1 "_s);
     }
