@@ -219,7 +219,9 @@ IniLine parseLine(const Document &document, const LineSpan &span)
         }
     }
     const qsizetype equals = findUnit(document, u'=', start, span.end);
-    if (equals < 0)
+    // "=value" names no key: as in the profile functions, an empty key name
+    // finds nothing, and a write never makes one.
+    if (equals < 0 || equals == start)
         return {};
     const qsizetype valueBegin = skipBlanks(document, equals + width, span.end);
     return {IniLine::Kind::Key, trimBlanksAndTabs(textOf(document, start, equals)).toString(),

@@ -11,8 +11,9 @@ namespace quarry {
 // functions that seal.ini has always been written for: names match without
 // regard to case, the first of duplicate sections and keys wins, the last "]"
 // of a line closes a section name, values are trimmed of blanks and tabs,
-// unquoted and cut to 255 characters. Every line is read as it stands: a
-// U+FEFF at the start of any line but the first is part of that line.
+// unquoted and cut to 255 characters, and a line "=value" is no key. Every
+// line is read as it stands: a U+FEFF at the start of any line but the first
+// is part of that line.
 //
 // Encoding: a BOM decides; without one, valid UTF-8 is UTF-8 and anything
 // else is GB18030 (files written on Chinese Windows). The stray last byte of

@@ -117,7 +117,7 @@ inline IniModel readIni(const QByteArray &bytes)
             continue;
         }
         const qsizetype equals = line.indexOf(u'=');
-        if (equals < 0)
+        if (equals <= 0) // none, or "=value", which names no key
             continue;
         const QString key = trimBlanks(line.first(equals)).toString();
         ini.keyNames.append({spelledSection, key});

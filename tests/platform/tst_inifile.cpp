@@ -61,6 +61,7 @@ private Q_SLOTS:
         QTest::newRow("first of duplicate keys and sections") << twice << u"A"_s << u"K"_s << u"first"_s;
         QTest::newRow("keys of a repeated section are not seen") << twice << u"A"_s << u"L"_s << QString();
         QTest::newRow("comment line") << QByteArray("[A]\n;K=commented\n") << u"A"_s << u";K"_s << QString();
+        QTest::newRow("an empty key name finds nothing") << QByteArray("[A]\n =v\n") << u"A"_s << u""_s << QString();
         QTest::newRow("line without equals sign ignored") << QByteArray("[A]\njunk line\nK=v\n") << u"A"_s << u"K"_s << u"v"_s;
         QTest::newRow("inline comment is part of the value") << QByteArray("[A]\nK==v ; note\n") << u"A"_s << u"K"_s << u"=v ; note"_s;
         QTest::newRow("header without closing bracket is no section") << QByteArray("[A]\nK=a\n[B\nL=b\n") << u"A"_s << u"L"_s << u"b"_s;
