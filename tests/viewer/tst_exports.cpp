@@ -241,6 +241,27 @@ private Q_SLOTS:
         QCOMPARE(cells(path, 3).value(u"A2"_s), u"text 3"_s);
     }
 
+    // A column is as wide as its widest text and two cells more; CJK
+    // characters, from U+2E80 on, take two cells.
+    void columnWidths_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("width");
+        QTest::newRow("U+2E7F, one cell each") << QString(7, QChar(0x2E7F)) << 9;
+        QTest::newRow("U+2E80, two cells each") << QString(7, QChar(0x2E80)) << 16;
+    }
+    void columnWidths()
+    {
+        QFETCH(QString, text);
+        QStandardItemModel model;
+        model.appendRow(row({text}));
+        QTemporaryDir dir;
+        const QString path = dir.filePath(u"log.xlsx"_s);
+        QCOMPARE(writeXlsx(path, model, {}), QString());
+        static const QRegularExpression width(u"<col min=\"1\" max=\"1\" width=\"(\\d+)\\."_s);
+        QTEST(width.match(QString::fromUtf8(member(path, u"xl/worksheets/sheet2.xml"_s))).captured(1).toInt(), "width");
+    }
+
     // A cancelled export leaves the file that was there.
     void cancelled()
     {
