@@ -1,15 +1,35 @@
-// The pure helpers behind every condition dialog: pattern and date
-// conversion and the condition fragments. The date range rule and the
-// empty-query rule are driven through the dialogs in the component tests.
+// The helpers behind every condition dialog: pattern and date conversion,
+// the condition fragments, and the text boxes' character filter on a real
+// box. The date range rule, the empty-query rule, the focus walk, the key
+// conventions and the masked date box are driven through the dialogs in the
+// component and log dialog tests.
 
 #include "input/Conditions.h"
 #include "input/PublicFunction.h"
+#include "input/SqlTextValidator.h"
 
+#include <QLineEdit>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
 namespace quarry {
+
+namespace {
+
+// What a box with the filter keeps of text typed, or inserted at once as a
+// paste is.
+std::function<QString(const QString &)> box(SqlTextValidator::Quotes quotes, bool typed)
+{
+    return [=](const QString &input) {
+        QLineEdit box;
+        box.setValidator(new SqlTextValidator(quotes, &box));
+        typed ? QTest::keyClicks(&box, input) : box.insert(input);
+        return box.text();
+    };
+}
+
+} // namespace
 
 class TestPublicFunction : public QObject
 {
@@ -45,6 +65,10 @@ private Q_SLOTS:
         QTest::newRow("acc, backslash") << u"acc"_s << u"1\\'"_s << u" Where AccNo like '1'"_s;
         QTest::newRow("yjk, brackets") << u"yjk"_s << u"[a-z]*"_s << u" Where YJKNUMBER like 'a-z%'"_s;
         QTest::newRow("wdh, backslash") << u"wdh"_s << u"\\"_s << u" where  ( WDH LIKE '' or  WDH LIKE '')"_s;
+        QTest::newRow("pattern box takes quotes") << u"typed into a pattern box"_s << u"a'b\\c[d]e*?%_"_s << u"a'bcde*?%_"_s;
+        QTest::newRow("plain box refuses quotes") << u"typed into a plain box"_s << u"a'b\\c[d]e"_s << u"abcde"_s;
+        QTest::newRow("paste with a backslash refused whole") << u"pasted into a pattern box"_s << u"12\\34"_s << QString();
+        QTest::newRow("paste with a quote refused whole") << u"pasted into a plain box"_s << u"O'Neil"_s << QString();
     }
 
     void textHelpers()
@@ -61,6 +85,10 @@ private Q_SLOTS:
             {u"acc"_s, accCondition},
             {u"clerk"_s, [](const QString &t) { return clerkCondition(t, 0); }},
             {u"cheque"_s, chequeSeriesCondition},
+            {u"typed into a pattern box"_s, box(SqlTextValidator::Quotes::Dropped, true)},
+            {u"typed into a plain box"_s, box(SqlTextValidator::Quotes::Refused, true)},
+            {u"pasted into a pattern box"_s, box(SqlTextValidator::Quotes::Dropped, false)},
+            {u"pasted into a plain box"_s, box(SqlTextValidator::Quotes::Refused, false)},
         };
         QTEST(helpers.value(helper)(typed), "expected");
     }
@@ -68,5 +96,5 @@ private Q_SLOTS:
 
 } // namespace quarry
 
-QTEST_APPLESS_MAIN(quarry::TestPublicFunction)
+QTEST_MAIN(quarry::TestPublicFunction)
 #include "tst_publicfunction.moc"
