@@ -2,6 +2,7 @@
 #include "SampleStation.h"
 
 #include "platform/DbConnection.h"
+#include "teller/BranchTree.h"
 #include "teller/CHy.h"
 
 #include <quarry/QuarryError.h>
@@ -248,6 +249,32 @@ private slots:
         QVERIFY2(answer.startsWith(u"error: CHy|isFenhang["_s + failed), qPrintable(answer));
         QCOMPARE(CHy().IsWdhExist(u"110101"_s), -1);
         QCOMPARE(broken.errorLog().count(failed), 2);
+    }
+
+    // What the sample data cannot reach: 100,000 levels, each a pair under
+    // the first of the level before. No recursion that could overflow the
+    // stack, and one read per level, never one per branch.
+    void longChain()
+    {
+        const int count = 100000;
+        int reads = 0;
+        const auto readLevel = [&](const QStringList &parents) {
+            ++reads;
+            QList<quarry::BranchLink> rows;
+            for (const QString &parent : parents) {
+                const int below = parent.mid(1).toInt() + 1;
+                if (parent.startsWith(u'a') && below < count)
+                    rows += {{u'a' + QString::number(below), parent}, {u'b' + QString::number(below), parent}};
+            }
+            return rows;
+        };
+        const quarry::BranchTree tree(u"a0"_s, readLevel);
+        QCOMPARE(reads, count);
+        QCOMPARE(tree.branches().size(), 2 * count - 1);
+        // Depth first: down the a's, then the b's on the way back up.
+        QCOMPARE(tree.branches().at(count - 1), u'a' + QString::number(count - 1));
+        QCOMPARE(tree.branches().constLast(), u"b1"_s);
+        QCOMPARE(tree.repeated(), QStringList());
     }
 
 private:
