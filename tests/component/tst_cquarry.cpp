@@ -148,9 +148,6 @@ private Q_SLOTS:
         QVERIFY(!operate([&] { quarry.showComplexEx(u"YWRZ"_s); }, {}).shown);
         QVERIFY_THROWS_EXCEPTION(QuarryError, quarry.showAcc(-1));
         QCOMPARE(quarry.SQLStr(), before);
-        // The seal-request log, named in any case; its Cancel hands back nothing.
-        QVERIFY(operate([&] { quarry.showComplexEx(u"YjReqLog"_s, 1, u"x"_s); }, {u"cmdCancel!"_s}).shown);
-        QCOMPARE(quarry.SQLStr(), QString());
         // A fresh dialog every call: nothing typed before is still in the box.
         QVERIFY(queryYjk(quarry, QString()));
         QCOMPARE(quarry.SQLStr(), u" Where YJKNUMBER like '%'"_s);
