@@ -38,6 +38,7 @@ private Q_SLOTS:
         QTest::newRow("unknown part kept") << access << u" where (accno like '1%') and (opcode like '12' opName like '12')"_s
             << u"账号 以 1 开头，并且 opcode like '12' opName like '12'"_s;
         QTest::newRow("unended literal kept") << access << u" where accno like '1"_s << u"where accno like '1"_s;
+        QTest::newRow("in without its list kept") << access << u" where OPTYPE in"_s << u"OPTYPE in"_s;
         QTest::newRow("a column for a value kept") << access << u" where accno = opcode"_s << u"accno = opcode"_s;
         QTest::newRow("a statement kept") << access << u"SELECT wdh FROM HY where wdh like '1%' and opcode = '1'"_s << u"SELECT wdh FROM HY where wdh like '1%' and opcode = '1'"_s;
         QTest::newRow("MySQL backslashes") << mySql << u"pztype like 'a\\\\\\\\b%' and OPTYPE = 'a\\\\b'"_s << u"凭证类型 以 a\\b 开头，并且 操作类型 为 a\\b"_s;
