@@ -158,7 +158,6 @@ private Q_SLOTS:
         QVariantList nothing = zpgl;
         nothing[0] = u"YZXCLRZ"_s;
 
-        QTest::newRow("cancel") << u"showDate"_s << QVariantList() << QStringList{u"Esc"_s} << u"FrmDate | 1 "_s;
         // The cheque management log shows the second description in its list.
         QTest::newRow("error") << u"showComplex"_s << zpgl << QStringList() << u" | 2 error_description=下标越界：代码表有 1 个说明，没有第 2 个; error_number=9; error_source=Quarry"_s;
         QTest::newRow("unused variants") << u"showComplexEx"_s << QVariantList{u"yjreqlog"_s, QVariant::fromValue(QDBusVariant(1)), QVariant::fromValue(QDBusVariant(u"x"_s)), QVariant::fromValue(QDBusVariant(true))} << QStringList{u"cmdCancel!"_s} << u"frmYjReqLog | 1 "_s;
