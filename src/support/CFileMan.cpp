@@ -42,8 +42,9 @@ void createFolder(const QString &folder)
         QDir().mkpath(parent);
     if (!QFileInfo(parent).isDir())
         raiseFileError(filenumbers::PathNotFound, parent);
-    // Another process may have made it since the check above.
-    if (!QDir().mkdir(folder) && !QFileInfo(folder).isDir())
+    // Unlike mkdir, mkpath also succeeds when another process has made the
+    // folder since the check above. The parent is there: it makes one level.
+    if (!QDir().mkpath(folder))
         raiseFileError(filenumbers::PathFileAccessError, folder);
 }
 
