@@ -10,7 +10,8 @@
 // (BASEMODE ACCESS) and on MariaDB (MYSQL), bill recognition's
 // concat(opdate,optime) included; the statistics' SELECT is for MySQL and
 // SQL Server only and runs on MariaDB. A jump into the rows, from the
-// bookmarks of their order, lands on the rows read in that order.
+// bookmarks of their order, lands on the rows read in that order, and a stop
+// while they are walked ends the step on the server.
 
 #include "DialogDriver.h"
 #include "SampleLogs.h"
@@ -207,6 +208,7 @@ private Q_SLOTS:
     void statistics();
     void jumps_data();
     void jumps();
+    void stopEndsTheStep();
 };
 
 void TestConditionRows::rows_data()
@@ -358,6 +360,22 @@ void TestConditionRows::jumps()
     model.index(651, 0).data();
     QVERIFY(settled());
     QCOMPARE(model.index(651, 0).data().toString(), before[651][u"k"_s]);
+}
+
+// A stop while the order's bookmarks are walked ends the step's statement
+// on the server too, not only in the model. Each row takes 5 ms to read, so
+// that every statement over them is slow.
+void TestConditionRows::stopEndsTheStep()
+{
+    QUARRY_SAMPLE_STATION(station, Engine::MariaDb, Vefos);
+    StationDatabase database;
+    QCOMPARE(database.open(), QString());
+    const QString running = u"SELECT ID FROM information_schema.PROCESSLIST WHERE INFO LIKE '%SLEEP(0.005)%' AND ID <> CONNECTION_ID()"_s;
+    LogRowsModel model(10, 50);
+    model.setQuery(database, u"SELECT * FROM YYLOG WHERE LOGID <= 400 AND SLEEP(0.005) = 0"_s, u"LOGID"_s, {{u"OPDATE"_s}, Qt::DescendingOrder});
+    QTRY_VERIFY_WITH_TIMEOUT(model.isCounted() && quarry::test::sealRows(station, running).size() == 1, test::WaitLimit);
+    model.cancel();
+    QTRY_VERIFY_WITH_TIMEOUT(quarry::test::sealRows(station, running).isEmpty(), 1000);
 }
 
 } // namespace quarry::viewer
