@@ -70,9 +70,8 @@ void step(QWidget *dialog, const QString &action)
     } else if (const qsizetype at = action.indexOf(u'@'); at > 0) {
         auto *list = qobject_cast<QComboBox *>(control(dialog, action.left(at)));
         list->showPopup();
-        QAbstractItemView *entries = list->view();
-        const QRect entry = entries->visualRect(entries->model()->index(action.mid(at + 1).toInt(), 0));
-        QTest::mouseClick(entries->viewport(), Qt::LeftButton, {}, entry.center());
+        const QModelIndex entry = list->model()->index(action.mid(at + 1).toInt(), 0);
+        QTest::mouseClick(list->view()->viewport(), Qt::LeftButton, {}, list->view()->visualRect(entry).center());
     } else if (const qsizetype hash = action.indexOf(u'#'); hash > 0) {
         QWidget *list = control(dialog, action.left(hash));
         list->setFocus();
