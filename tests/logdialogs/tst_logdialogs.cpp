@@ -238,7 +238,6 @@ private Q_SLOTS:
         keys("YWRZ: Up keeps to the list", u"YWRZ"_s, u"comOpType"_s, u"Up"_s, u"comOpType"_s);
         keys("YWRZ: Esc on a button cancels", u"YWRZ"_s, u"BtnOk"_s, u"Esc"_s, closed);
         keys("HYRZ: Down moves on", u"HYRZ"_s, u"TxtHy"_s, u"Down"_s, u"TxtCha"_s);
-        keys("HYRZ: Up does nothing in the first", u"HYRZ"_s, u"TxtHy"_s, u"Up"_s, u"TxtHy"_s);
         keys("HYRZ: Up goes back", u"HYRZ"_s, u"TxtOpType"_s, u"Up"_s, u"TxtCha"_s);
         keys("HYRZ: Down does nothing in the branch", u"HYRZ+wdh"_s, u"txtWdh"_s, u"Down"_s, u"txtWdh"_s);
         keys("SJRZ: Up does nothing in the module", u"SJRZ"_s, u"TxtApp"_s, u"Up"_s, u"TxtApp"_s);

@@ -158,7 +158,6 @@ private slots:
         QTest::addColumn<QString>("select");
         QTest::addColumn<QVariant>("value");
         QTest::newRow("texts") << Engine::Sqlite << u"concat(WDH, WDNAME) from WDDZ where WDH = '001'"_s << QVariant(u"001城东支行"_s);
-        QTest::newRow("date and time") << Engine::Sqlite << u"concat(curday, '08:30:05') from delcalender"_s << QVariant(u"3000-01-0108:30:05"_s);
         QTest::newRow("number") << Engine::Sqlite << u"concat(12, 'x') from WDDZ where WDH = '001'"_s << QVariant(u"12x"_s);
         QTest::newRow("a null") << Engine::Sqlite << u"concat(WDH, NOTE) from WDDZ where WDH = '000'"_s << QVariant();
     }

@@ -5,7 +5,6 @@
 
 #include <quarry/QuarryError.h>
 
-#include <QDir>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>

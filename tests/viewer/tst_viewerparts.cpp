@@ -253,7 +253,6 @@ void TestViewerParts::formats_data()
     QTest::newRow("amount") << u"0.00"_s << QVariant(5172.8) << u"5172.80"_s;
     QTest::newRow("amount as text") << u"0.00"_s << QVariant(u" 5172.8"_s) << u"5172.80"_s;
     QTest::newRow("amount rounded") << u"0.00"_s << QVariant(0.126) << u"0.13"_s;
-    QTest::newRow("whole amount") << u"0.00"_s << QVariant(42) << u"42.00"_s;
     QTest::newRow("negative") << u"0.00"_s << QVariant(-5.5) << u"-5.50"_s;
     QTest::newRow("no negative zero") << u"0.00"_s << QVariant(-0.001) << u"0.00"_s;
     QTest::newRow("code of four digits") << u"0000"_s << QVariant(101) << u"0101"_s;
