@@ -4,6 +4,7 @@
 // statement stopped on the server; and the program's answers without a display, its exports among them.
 
 #include "output/CsvWriter.h"
+#include "output/SelectedCells.h"
 #include "catalogue/LabelledRows.h"
 #include "rows/LogRowsModel.h"
 #include "rows/StationDatabase.h"
@@ -87,6 +88,8 @@ private Q_SLOTS:
     void labelled();
     void formats_data();
     void formats();
+    void selectedRows_data();
+    void selectedRows();
     void qtInChinese();
     void rowsBeforeTheCount();
     void bookmarking();
@@ -280,6 +283,34 @@ void TestViewerParts::formats()
     rows.setEntry(entry);
     QTEST(rows.index(0, 0).data().toString(), "shown");
     QCOMPARE(rows.index(0, 0).data(NumberFormatRole).toString(), format);
+}
+
+void TestViewerParts::selectedRows_data()
+{
+    QTest::addColumn<QStringList>("ranges"); // "top-bottom@column"
+    QTest::addColumn<qint64>("rows");
+    QTest::newRow("none") << QStringList() << qint64(0);
+    QTest::newRow("one row") << QStringList{u"7-7@0"_s} << qint64(1);
+    QTest::newRow("overlapping") << QStringList{u"3-8@0"_s, u"0-5@1"_s} << qint64(9);
+    QTest::newRow("inside another") << QStringList{u"2-3@0"_s, u"0-9@1"_s} << qint64(10);
+    QTest::newRow("the same rows, other columns") << QStringList{u"2-4@0"_s, u"2-4@2"_s} << qint64(3);
+    QTest::newRow("apart") << QStringList{u"10-19@0"_s, u"0-1@0"_s} << qint64(12);
+    QTest::newRow("adjoining") << QStringList{u"0-4@0"_s, u"5-9@1"_s} << qint64(10);
+}
+
+// The rows of a selection, counted before any is read: ranges over the
+// same rows count them once.
+void TestViewerParts::selectedRows()
+{
+    QFETCH(QStringList, ranges);
+    QStandardItemModel cells(20, 3);
+    QItemSelection selection;
+    for (const QString &range : std::as_const(ranges)) {
+        const int column = range.section(u'@', 1).toInt();
+        selection.append(QItemSelectionRange(cells.index(range.section(u'-', 0, 0).toInt(), column),
+                                             cells.index(range.section(u'-', 1).section(u'@', 0, 0).toInt(), column)));
+    }
+    QTEST(quarry::viewer::selectedRows(selection), "rows");
 }
 
 // Qt's own texts (buttons, file dialogs) in Chinese, from Qt's translations.

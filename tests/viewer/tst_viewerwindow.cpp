@@ -172,6 +172,7 @@ private Q_SLOTS:
     void scrolling_data();
     void scrolling();
     void barsSettle();
+    void copyAtMost();
 
 private:
     QTemporaryDir m_drives; // where an error log without a station lands
@@ -974,6 +975,40 @@ void TestViewerWindow::barsSettle()
     QSignalSpy shown(view.horizontalScrollBar(), &QScrollBar::rangeChanged);
     QTest::qWait(300);
     QVERIFY2(shown.size() < 10, qPrintable(QString::number(shown.size())));
+}
+
+// The clipboard takes at most 10,000 rows, read at once; a larger selection
+// is refused with a word on the exports, and the clipboard keeps its text.
+void TestViewerWindow::copyAtMost()
+{
+    QUARRY_REQUIRE_ENGINE(Engine::Sqlite);
+    quarry::test::SampleStation station(Engine::Sqlite);
+    const auto addRows = [&station](int first, int last) {
+        // Copies of the sample's first row, which the dialog's condition takes.
+        station.changeSeal(u"INSERT INTO YYLOG WITH RECURSIVE n(i) AS (SELECT %1 UNION ALL SELECT i + 1 FROM n WHERE i < %2) "
+                           "SELECT i, ACCNO, chequeno, YJKNumber, pztype, money, OPTYPE, Result, Opcode, OpName, Opdate, Optime, wdh "
+                           "FROM n, (SELECT * FROM YYLOG ORDER BY LOGID LIMIT 1) f;\n"_s.arg(first).arg(last));
+        QVERIFY2(station.isValid(), qPrintable(station.errorText()));
+    };
+    const int sample = quarry::test::sealRows(station, u"SELECT COUNT(*) AS n FROM YYLOG"_s).value(0).value(u"n"_s).toInt();
+    addRows(1'000'001, 1'000'000 + 10'000 - sample);
+    station.writeIni(NoHint);
+    ShownWindow window;
+    for (const int rows : {10'000, 10'001}) {
+        if (rows > 10'000)
+            addRows(2'000'000, 2'000'000);
+        run(window, u"YYRZ"_s, {u"BtnOk!"_s});
+        QVERIFY2(shown(window, u"resultLabel"_s).contains(u"共 %1 行"_s.arg(rows)), qPrintable(shown(window, u"resultLabel"_s)));
+        QGuiApplication::clipboard()->setText(u"before"_s);
+        window.activateWindow(); // the copy's shortcut is the table's
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        table(window)->setFocus();
+        QTest::keyClick(table(window), Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(table(window), Qt::Key_C, Qt::ControlModifier);
+        const qsizetype lines = QGuiApplication::clipboard()->text().count(u'\n');
+        QCOMPARE(lines, rows > 10'000 ? 0 : rows);
+        QCOMPARE(shown(window, u"noticeLabel"_s), rows > 10'000 ? u"所选有 10001 行，复制最多 10000 行：更多的行请用“导出 CSV…”或“导出 Excel…”。"_s : QString());
+    }
 }
 
 } // namespace quarry::viewer

@@ -1,6 +1,7 @@
 #include "SelectedCells.h"
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -66,6 +67,23 @@ QVariant SelectedCells::headerData(int section, Qt::Orientation orientation, int
     if (orientation == Qt::Horizontal && section >= 0 && section < m_columns.size())
         return m_source.headerData(m_columns[section], orientation, role);
     return QAbstractTableModel::headerData(section, orientation, role);
+}
+
+qint64 selectedRows(const QItemSelection &selection)
+{
+    QList<std::pair<int, int>> spans;
+    for (const QItemSelectionRange &range : selection)
+        spans.append({range.top(), range.bottom()});
+    std::sort(spans.begin(), spans.end());
+    qint64 rows = 0;
+    int counted = -1; // the last row counted
+    for (const auto &[top, bottom] : spans) {
+        if (bottom > counted) {
+            rows += bottom - qMax(top, counted + 1) + 1;
+            counted = bottom;
+        }
+    }
+    return rows;
 }
 
 QString tabSeparated(const QAbstractItemModel &cells, bool withTitles)

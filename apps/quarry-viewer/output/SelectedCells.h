@@ -33,6 +33,10 @@ private:
     QList<int> m_columns;
 };
 
+// The rows that hold a selected cell, counted from the selection's ranges,
+// which may overlap, without a list of the rows.
+qint64 selectedRows(const QItemSelection &selection);
+
 // The cells as tab-separated text, one line a row, so that a block pastes
 // into a spreadsheet or a mail as a table; with titles, the columns' titles
 // first. Tabs and line breaks inside a value become blanks.

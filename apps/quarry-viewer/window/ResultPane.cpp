@@ -137,16 +137,27 @@ void ResultPane::addButtons(QHBoxLayout *bar)
     m_exportPngButton->hide();
 }
 
-// Ctrl+C and the table's menu copy the selected cells as a table.
+// Ctrl+C and the table's menu copy the selected cells as a table. Their
+// rows are read at once, on this thread: a clipboard takes a few thousand,
+// a file any number, read in the background.
 void ResultPane::addCopyActions()
 {
+    constexpr qint64 CopiedRowsAtMost = 10'000;
     const auto add = [this](const QString &text, bool titles) {
         auto *action = new QAction(text, m_table);
         m_table->addAction(action);
         connect(action, &QAction::triggered, this, [this, titles] {
+            const QItemSelection selection = m_table->logSelection().selection();
+            if (const qint64 rows = selectedRows(selection); rows > CopiedRowsAtMost) {
+                showNotice(
+                    u"所选有 %1 行，复制最多 %2 行：更多的行请用“导出 CSV…”或“导出 Excel…”。"_s
+                        .arg(rows)
+                        .arg(CopiedRowsAtMost));
+                return;
+            }
             const LogRowsModel::ReadingAtOnce allRows(m_model);
-            const SelectedCells cells(*m_rows, m_table->logSelection().selection());
-            QGuiApplication::clipboard()->setText(tabSeparated(cells, titles));
+            QGuiApplication::clipboard()->setText(
+                tabSeparated(SelectedCells(*m_rows, selection), titles));
         });
         return action;
     };
