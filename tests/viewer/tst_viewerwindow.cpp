@@ -41,6 +41,7 @@
 #include <QScrollBar>
 #include <QSet>
 #include <QSignalSpy>
+#include <QStandardItemModel>
 #include <QStatusBar>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -172,6 +173,7 @@ private Q_SLOTS:
     void scrolling_data();
     void scrolling();
     void barsSettle();
+    void titlesFollow();
     void copyAtMost();
 
 private:
@@ -975,6 +977,22 @@ void TestViewerWindow::barsSettle()
     QSignalSpy shown(view.horizontalScrollBar(), &QScrollBar::rangeChanged);
     QTest::qWait(300);
     QVERIFY2(shown.size() < 10, qPrintable(QString::number(shown.size())));
+}
+
+// A column's title changed by the log's rows reaches the table's header,
+// whatever rows the window shows; the window numbers its rows itself.
+void TestViewerWindow::titlesFollow()
+{
+    QStandardItemModel rows(100, 2);
+    LogTable view(rows);
+    QSignalSpy told(view.model(), &QAbstractItemModel::headerDataChanged);
+    view.verticalScrollBar()->setValue(50);
+    told.clear();
+    rows.setHeaderData(1, Qt::Horizontal, u"账号"_s);
+    rows.setHeaderData(3, Qt::Vertical, u"第四行"_s);
+    QCOMPARE(told.size(), 1);
+    QCOMPARE(told.at(0).at(0).value<Qt::Orientation>(), Qt::Horizontal);
+    QCOMPARE(view.model()->headerData(1, Qt::Horizontal).toString(), u"账号"_s);
 }
 
 // The clipboard takes at most 10,000 rows, read at once; a larger selection
