@@ -102,7 +102,7 @@ QModelIndex LogTable::moveCursor(CursorAction cursorAction, Qt::KeyboardModifier
     case MoveHome:
     case MoveEnd:
         if (control) {
-            row = cursorAction == MoveHome ? 0 : logRows() - 1;
+            row = cursorAction == MoveHome ? 0 : m_window->sourceRows() - 1;
             break;
         }
         [[fallthrough]];
@@ -110,7 +110,7 @@ QModelIndex LogTable::moveCursor(CursorAction cursorAction, Qt::KeyboardModifier
         showRow(row, EnsureVisible);
         return QTableView::moveCursor(cursorAction, modifiers);
     }
-    row = qBound(0, row, logRows() - 1);
+    row = qBound(0, row, m_window->sourceRows() - 1);
     showRow(row, EnsureVisible);
     return m_window->mapFromSource(current.siblingAtRow(row));
 }
@@ -134,11 +134,6 @@ void LogTable::setSelection(const QRect &rect, QItemSelectionModel::SelectionFla
                              command);
 }
 
-int LogTable::logRows() const
-{
-    return m_window->sourceModel()->rowCount();
-}
-
 void LogTable::fitScrollBar()
 {
     QScrollBar *bar = verticalScrollBar();
@@ -153,7 +148,7 @@ void LogTable::fitRowNumbers()
 {
     QStyleOptionHeader option;
     option.initFrom(verticalHeader());
-    option.text = QString::number(logRows());
+    option.text = QString::number(m_window->sourceRows());
     verticalHeader()->setMinimumWidth(
         style()->sizeFromContents(QStyle::CT_HeaderSection, &option, {}, verticalHeader()).width());
 }

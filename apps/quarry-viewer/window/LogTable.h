@@ -35,7 +35,6 @@ protected:
     void setSelection(const QRect &rect, QItemSelectionModel::SelectionFlags command) override;
 
 private:
-    int logRows() const;
     void fitScrollBar();
     void fitRowNumbers();
     // Moves the window so that the log's row is whole on view, placed as

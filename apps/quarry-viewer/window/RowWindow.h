@@ -22,6 +22,8 @@ public:
     void setFitting(int rows);
     // The source's row on top.
     int first() const { return m_first; }
+    // The rows of the source, the whole log.
+    int sourceRows() const;
     // The top row that shows the source's last rows.
     int lastFirst() const;
     // Shows the source's rows from first on, held between 0 and
@@ -52,7 +54,6 @@ Q_SIGNALS:
     void sourceRowsChanged();
 
 private:
-    int sourceRows() const;
     // Inserts or removes the window's rows at its foot to hold what it can.
     void fit();
     void sourceChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
