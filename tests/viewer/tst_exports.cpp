@@ -4,7 +4,8 @@
 
 #include "catalogue/LabelledRows.h"
 #include "output/LogReport.h"
-#include "output/SelectedCells.h"
+#include "output/CopiedCells.h"
+#include "rows/SelectedCells.h"
 #include "TestDatabases.h"
 #include "TestFiles.h"
 #include "output/FileExports.h"
@@ -213,15 +214,14 @@ private Q_SLOTS:
     {
         LogEntry entry;
         entry.columnFormats = {{u"MONEY"_s, u"0.00"_s}, {u"WDH"_s, u"0000"_s}};
-        Titled source({u"帐号"_s, u"代码"_s, u"日期"_s, u"文本日期"_s, u"张数"_s, u"长整数"_s, u"空"_s, u"money"_s, u"wdh"_s}, entry);
-        source.model.appendRow(row({u"01234567890123456789"_s, u"0101"_s, QDate(2009, 1, 5), u"2009-01-06"_s, 42,
-                                    qlonglong(1234567890123456789), QVariant(), 5172.8, 101}));
-        source.model.appendRow(row({u"2"_s}));
-        source.model.appendRow(row({u"3"_s}));
+        Titled table({u"帐号"_s, u"代码"_s, u"日期"_s, u"文本日期"_s, u"张数"_s, u"长整数"_s, u"空"_s, u"money"_s, u"wdh"_s}, entry);
+        const RowSource source = sqliteRows(u"SELECT '01234567890123456789', '0101', date('2009-01-05'), '2009-01-06', 42, "
+                                            "1234567890123456789, NULL, 5172.8, 101 UNION ALL SELECT '2', NULL, NULL, NULL, NULL, "
+                                            "NULL, NULL, NULL, NULL UNION ALL SELECT '3', NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL"_s);
         QTemporaryDir dir;
         const QString path = dir.filePath(u"log.xlsx"_s);
         // Two rows to a sheet under its titles: the third continues on a second sheet.
-        QCOMPARE(writeXlsx(path, source.rows, {u"业务日志"_s, u" where 1=1"_s, u"SEAL"_s, u"SELECT"_s, u"全部"_s}, {}, 3), QString());
+        QCOMPARE(writeXlsx(path, table.rows, source, {u"业务日志"_s, u" where 1=1"_s, u"SEAL"_s, u"SELECT"_s, u"全部"_s}, {}, 3), QString());
 
         QVERIFY(member(path, u"xl/workbook.xml"_s).contains(u"<sheet name=\"说明\" sheetId=\"1\" r:id=\"rId1\"/><sheet name=\"数据\" sheetId=\"2\" r:id=\"rId2\"/><sheet name=\"数据2\""_s.toUtf8()));
         const QHash<QString, QString> about = cells(path, 1);
@@ -241,6 +241,28 @@ private Q_SLOTS:
         QCOMPARE(cells(path, 3).value(u"A2"_s), u"text 3"_s);
     }
 
+    // The selected cells' workbook holds their rows and columns alone,
+    // each column under its title, labelled and formatted as its own.
+    void selectionWorkbook()
+    {
+        LogEntry entry;
+        entry.listA = {{1, 2}, {u"增加行员"_s, u"删除行员"_s}, {}, u"OPTYPE"_s};
+        entry.columnFormats = {{u"MONEY"_s, u"0.00"_s}};
+        Titled table({u"memo"_s, u"OpType"_s, u"money"_s}, entry);
+        table.model.setRowCount(4);
+        RowSource source = sqliteRows(u"SELECT 'b', 2, 5172.8 UNION ALL SELECT 'c', 9, 3 UNION ALL SELECT 'd', 1, 4"_s);
+        source.selected = SelectedCells(QItemSelection(table.model.index(2, 1), table.model.index(3, 2)));
+        source.firstRow = 1;
+        QTemporaryDir dir;
+        const QString path = dir.filePath(u"cells.xlsx"_s);
+        QCOMPARE(writeXlsx(path, table.rows, source, {}), QString());
+        const QHash<QString, QString> sheet = cells(path, 2);
+        QStringList values;
+        for (const QString &cell : u"A1 B1 A2 B2 A3 B3 C1 A4"_s.split(u' '))
+            values << sheet.value(cell, u"none"_s);
+        QCOMPARE(values.join(u'|'), u"text OpType|text money|number 9|date 3|text 1 增加行员|date 4|none|none"_s);
+    }
+
     // A column is as wide as its widest text and two cells more; CJK
     // characters, from U+2E80 on, take two cells.
     void columnWidths_data()
@@ -253,31 +275,12 @@ private Q_SLOTS:
     void columnWidths()
     {
         QFETCH(QString, text);
-        QStandardItemModel model;
-        model.appendRow(row({text}));
+        Titled table({u"字"_s});
         QTemporaryDir dir;
         const QString path = dir.filePath(u"log.xlsx"_s);
-        QCOMPARE(writeXlsx(path, model, {}), QString());
+        QCOMPARE(writeXlsx(path, table.rows, sqliteRows(u"SELECT '%1'"_s.arg(text)), {}), QString());
         static const QRegularExpression width(u"<col min=\"1\" max=\"1\" width=\"(\\d+)\\."_s);
         QTEST(width.match(QString::fromUtf8(member(path, u"xl/worksheets/sheet2.xml"_s))).captured(1).toInt(), "width");
-    }
-
-    // A cancelled export leaves the file that was there.
-    void cancelled()
-    {
-        QStandardItemModel model(6000, 1);
-        QTemporaryDir dir;
-        const QString path = dir.filePath(u"log.xlsx"_s);
-        quarry::test::writeFile(path, "old");
-        qint64 seen = 0;
-        const QString fault = writeXlsx(path, model, {}, [&](qint64 rows) {
-            seen = rows;
-            return false;
-        });
-        QVERIFY(fault.contains(u"已取消"_s));
-        QCOMPARE(seen, 5000);
-        QCOMPARE(quarry::test::readFile(path), "old");
-        QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList{u"log.xlsx"_s});
     }
 
     // The CSV file labels a code list's codes and a number format's
@@ -346,31 +349,38 @@ private Q_SLOTS:
 
     void copiedCells_data()
     {
-        QTest::addColumn<QList<QPoint>>("cells"); // (column, row), in the order chosen
+        QTest::addColumn<QList<QPoint>>("cells"); // (column, row of the table), in the order chosen
+        QTest::addColumn<int>("firstRow");        // the table's row the statement starts at
         QTest::addColumn<bool>("titles");
         QTest::addColumn<QString>("text");
-        QTest::newRow("a block, chosen backwards") << QList<QPoint>{{1, 1}, {0, 1}, {1, 0}, {0, 0}} << false << u"A0\tB0\nA1\tB1\n"_s;
-        QTest::newRow("with titles") << QList<QPoint>{{2, 0}} << true << u"三\nC 0\n"_s;
-        QTest::newRow("a gap stays a cell") << QList<QPoint>{{0, 0}, {2, 1}} << false << u"A0\t\n\tC 1\n"_s;
-        QTest::newRow("nothing") << QList<QPoint>{} << true << QString();
+        QTest::newRow("a block, chosen backwards") << QList<QPoint>{{1, 1}, {0, 1}, {1, 0}, {0, 0}} << 0 << false << u"A0\tB0\nA1\tB1\n"_s;
+        QTest::newRow("with titles") << QList<QPoint>{{2, 0}} << 0 << true << u"三\nC 0\n"_s;
+        QTest::newRow("a gap stays a cell") << QList<QPoint>{{0, 0}, {2, 1}} << 0 << false << u"A0\t\n\tC 1\n"_s;
+        QTest::newRow("read from its first row") << QList<QPoint>{{1, 5}, {0, 3}} << 3 << true << u"一\t二\nA3\t\n\tB5\n"_s;
+        QTest::newRow("nothing") << QList<QPoint>{} << 0 << true << QString();
+        QTest::newRow("a fault") << QList<QPoint>{{0, 0}} << -1 << false << u"before"_s;
     }
     // Copied cells paste as a table: tabs between, lines after, a tab or
-    // break inside a value made a blank.
+    // break inside a value made a blank; a fault leaves the text alone.
     void copiedCells()
     {
         QFETCH(QList<QPoint>, cells);
+        QFETCH(int, firstRow);
         QFETCH(bool, titles);
-        QStandardItemModel model(2, 3);
-        model.setHorizontalHeaderLabels({u"一"_s, u"二"_s, u"三"_s});
-        for (int r = 0; r < 2; ++r) {
-            model.setData(model.index(r, 0), u"A%1"_s.arg(r));
-            model.setData(model.index(r, 1), u"B%1"_s.arg(r));
-            model.setData(model.index(r, 2), u"C\t%1"_s.arg(r));
-        }
+        Titled table({u"一"_s, u"二"_s, u"三"_s});
+        table.model.setRowCount(8);
         QItemSelection chosen;
         for (const QPoint &cell : cells)
-            chosen.select(model.index(cell.y(), cell.x()), model.index(cell.y(), cell.x()));
-        QTEST(tabSeparated(SelectedCells(model, chosen), titles), "text");
+            chosen.select(table.model.index(cell.y(), cell.x()), table.model.index(cell.y(), cell.x()));
+        RowSource source = sqliteRows(firstRow < 0 ? u"SELECT * FROM MISSING"_s
+                                                   : u"WITH RECURSIVE n(x) AS (SELECT %1 UNION ALL SELECT x + 1 FROM n WHERE x < 7) "
+                                                     "SELECT 'A' || x, 'B' || x, 'C' || char(9) || x FROM n"_s.arg(firstRow));
+        source.selected = SelectedCells(chosen);
+        source.firstRow = firstRow;
+        QString text = u"before"_s;
+        const QString fault = copyCells(table.rows, source, titles, text);
+        QCOMPARE(fault.isEmpty(), firstRow >= 0);
+        QTEST(text, "text");
     }
 
     void tableLayout_data()

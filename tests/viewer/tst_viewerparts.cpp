@@ -4,7 +4,7 @@
 // statement stopped on the server; and the program's answers without a display, its exports among them.
 
 #include "output/CsvWriter.h"
-#include "output/SelectedCells.h"
+#include "rows/SelectedCells.h"
 #include "catalogue/LabelledRows.h"
 #include "rows/LogRowsModel.h"
 #include "rows/StationDatabase.h"
@@ -289,17 +289,18 @@ void TestViewerParts::selectedRows_data()
 {
     QTest::addColumn<QStringList>("ranges"); // "top-bottom@column"
     QTest::addColumn<qint64>("rows");
-    QTest::newRow("none") << QStringList() << qint64(0);
-    QTest::newRow("one row") << QStringList{u"7-7@0"_s} << qint64(1);
-    QTest::newRow("overlapping") << QStringList{u"3-8@0"_s, u"0-5@1"_s} << qint64(9);
-    QTest::newRow("inside another") << QStringList{u"2-3@0"_s, u"0-9@1"_s} << qint64(10);
-    QTest::newRow("the same rows, other columns") << QStringList{u"2-4@0"_s, u"2-4@2"_s} << qint64(3);
-    QTest::newRow("apart") << QStringList{u"10-19@0"_s, u"0-1@0"_s} << qint64(12);
-    QTest::newRow("adjoining") << QStringList{u"0-4@0"_s, u"5-9@1"_s} << qint64(10);
+    QTest::addColumn<QString>("span"); // "first-last"
+    QTest::newRow("none") << QStringList() << qint64(0) << u"-1--1"_s;
+    QTest::newRow("one row") << QStringList{u"7-7@0"_s} << qint64(1) << u"7-7"_s;
+    QTest::newRow("overlapping") << QStringList{u"3-8@0"_s, u"0-5@1"_s} << qint64(9) << u"0-8"_s;
+    QTest::newRow("inside another") << QStringList{u"0-9@1"_s, u"2-3@0"_s} << qint64(10) << u"0-9"_s;
+    QTest::newRow("the same rows, other columns") << QStringList{u"2-4@0"_s, u"2-4@2"_s} << qint64(3) << u"2-4"_s;
+    QTest::newRow("apart") << QStringList{u"10-19@0"_s, u"0-1@0"_s} << qint64(12) << u"0-19"_s;
+    QTest::newRow("adjoining") << QStringList{u"0-4@0"_s, u"5-9@1"_s} << qint64(10) << u"0-9"_s;
 }
 
 // The rows of a selection, counted before any is read: ranges over the
-// same rows count them once.
+// same rows count them once; they are read from the first to the last.
 void TestViewerParts::selectedRows()
 {
     QFETCH(QStringList, ranges);
@@ -310,7 +311,9 @@ void TestViewerParts::selectedRows()
         selection.append(QItemSelectionRange(cells.index(range.section(u'-', 0, 0).toInt(), column),
                                              cells.index(range.section(u'-', 1).section(u'@', 0, 0).toInt(), column)));
     }
-    QTEST(quarry::viewer::selectedRows(selection), "rows");
+    const quarry::viewer::SelectedCells selected(selection);
+    QTEST(selected.rowCount(), "rows");
+    QTEST(u"%1-%2"_s.arg(selected.firstRow()).arg(selected.lastRow()), "span");
 }
 
 // Qt's own texts (buttons, file dialogs) in Chinese, from Qt's translations.

@@ -1,5 +1,6 @@
 #include "ExportActions.h"
 
+#include "CopiedCells.h"
 #include "ExportProgress.h"
 #include "FileExports.h"
 #include "LogReport.h"
@@ -9,13 +10,16 @@
 #include "catalogue/ConditionWords.h"
 #include "catalogue/LabelledRows.h"
 #include "rows/LogRowsModel.h"
+#include "rows/RowStream.h"
+#include "rows/SelectedCells.h"
 #include "rows/StationDatabase.h"
-#include "SelectedCells.h"
 
 #include <QDateTime>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QPlainTextEdit>
 #include <QProgressDialog>
 #include <QItemSelectionModel>
@@ -108,13 +112,33 @@ bool ExportActions::exportSelectionXlsx(const QString &path)
 {
     if (!hasRows())
         return false;
-    const LogRowsModel::ReadingAtOnce allRows(m_model);
-    const SelectedCells cells(m_rows, m_widgets.selection.selection());
-    if (cells.rowCount() == 0) {
+    const SelectedCells cells(m_widgets.selection.selection());
+    if (cells.isEmpty()) {
         Q_EMIT said(u"没有选中的单元格：请先在表格中选择要导出的行或单元格。"_s);
         return false;
     }
-    return writeWorkbook(path, cells);
+    QProgressDialog progress(m_parent);
+    const QString fault
+        = writeXlsx(path, m_rows, selectionSource(cells), heading(),
+                    showProgress(progress, exporting(cells.rowCount()), cells.rowCount()));
+    return exported(fault, u"已导出%1的 %2 行到 %3"_s.arg(m_title).arg(cells.rowCount()).arg(path),
+                    progress);
+}
+
+bool ExportActions::copy(const SelectedCells &cells, bool withTitles)
+{
+    if (cells.isEmpty())
+        return false;
+    QProgressDialog progress(m_parent);
+    QString text;
+    const QString fault
+        = copyCells(m_rows, selectionSource(cells), withTitles, text,
+                    showProgress(progress, u"正在复制 %1 行…"_s.arg(cells.rowCount()),
+                                 cells.rowCount()));
+    if (!exported(fault, {}, progress))
+        return false;
+    QGuiApplication::clipboard()->setText(text);
+    return true;
 }
 
 bool ExportActions::exportPdf(const QString &path)
@@ -177,14 +201,11 @@ bool ExportActions::exportRows(const QString &path, const RowWriter &write)
                     progress);
 }
 
-bool ExportActions::writeWorkbook(const QString &path, const QAbstractItemModel &rows)
+RowSource ExportActions::selectionSource(const SelectedCells &cells) const
 {
-    QProgressDialog progress(m_parent);
-    const QString fault
-        = writeXlsx(path, rows, heading(),
-                    showProgress(progress, exporting(rows.rowCount()), rows.rowCount()));
-    return exported(fault, u"已导出%1的 %2 行到 %3"_s.arg(m_title).arg(rows.rowCount()).arg(path),
-                    progress);
+    const auto [select, firstRow]
+        = m_model.statement(cells.firstRow(), cells.lastRow() - cells.firstRow() + 1);
+    return {m_database.opener(), select, m_database.describe(), cells, firstRow};
 }
 
 bool ExportActions::exported(const QString &fault, const QString &done,
@@ -192,7 +213,7 @@ bool ExportActions::exported(const QString &fault, const QString &done,
 {
     if (m_model.lastError().isValid())
         return false;
-    if (fault.isEmpty())
+    if (fault.isEmpty() && !done.isEmpty())
         Q_EMIT said(done);
     else if (progress.wasCanceled())
         Q_EMIT said(fault);

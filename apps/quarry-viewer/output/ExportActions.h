@@ -6,7 +6,6 @@
 
 #include <functional>
 
-class QAbstractItemModel;
 class QItemSelectionModel;
 class QPlainTextEdit;
 class QProgressDialog;
@@ -18,6 +17,7 @@ class LabelledRows;
 class LogReport;
 class LogRowsModel;
 class PassRateChart;
+class SelectedCells;
 class StationDatabase;
 struct ExportHeading;
 struct RowSource;
@@ -66,6 +66,9 @@ public:
     // The selected cells of the table as a workbook, in their rows and
     // columns.
     bool exportSelectionXlsx(const QString &path);
+    // cells to the clipboard as a table (copyCells); the clipboard keeps
+    // its text when none is selected, the copy is stopped or fails.
+    bool copy(const SelectedCells &cells, bool withTitles);
     bool exportPdf(const QString &path);
     bool exportChartPng(const QString &path);
 
@@ -86,10 +89,11 @@ private:
     // The rows on view to path by write, which reads them from the source
     // and tells the progress dialog how far it has come.
     bool exportRows(const QString &path, const RowWriter &write);
-    bool writeWorkbook(const QString &path, const QAbstractItemModel &rows);
-    // Says how an export ended: done, stopped under progress, or failed (a
-    // fault); false when it did not write, also when a page of the rows
-    // could not be read.
+    // The rows that hold the selected cells, read from the first of them.
+    RowSource selectionSource(const SelectedCells &cells) const;
+    // Says how an export ended: done (when done says something), stopped
+    // under progress, or failed (a fault); false when it did not write,
+    // also when a page of the rows could not be read.
     bool exported(const QString &fault, const QString &done, const QProgressDialog &progress);
     ExportHeading heading() const;
     LogReport report() const;

@@ -3,9 +3,7 @@
 #include "catalogue/LabelledRows.h"
 #include "ColumnLabels.h"
 #include "ExportThread.h"
-#include "NumberFormat.h"
 
-#include <QAbstractItemModel>
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -197,14 +195,6 @@ private:
 
 namespace {
 
-QStringList titles(const QAbstractItemModel &rows)
-{
-    QStringList titles;
-    for (int c = 0; c < rows.columnCount(); ++c)
-        titles.append(rows.headerData(c, Qt::Horizontal).toString());
-    return titles;
-}
-
 // The rows that next() gives, under titles.
 QString writeWorkbook(const QString &path, const QStringList &titles, const ExportHeading &heading,
                       const NextRow &next, const std::function<bool(qint64)> &progress,
@@ -284,25 +274,6 @@ QString writeWorkbook(const QString &path, const QStringList &titles, const Expo
 
 } // namespace
 
-QString writeXlsx(const QString &path, const QAbstractItemModel &rows, const ExportHeading &heading,
-                  const std::function<bool(qint64)> &progress, qint64 sheetRows)
-{
-    int r = 0;
-    const auto next = [&](Row &row) {
-        if (r == rows.rowCount())
-            return Next::End;
-        row.clear();
-        for (int c = 0; c < rows.columnCount(); ++c) {
-            const QModelIndex cell = rows.index(r, c);
-            row.append(
-                {cell.data(Qt::EditRole), cell.data(), cell.data(NumberFormatRole).toString()});
-        }
-        ++r;
-        return Next::Row;
-    };
-    return writeWorkbook(path, titles(rows), heading, next, progress, sheetRows);
-}
-
 QString writeXlsx(const QString &path, const LabelledRows &rows, const RowSource &source,
                   const ExportHeading &heading, const std::function<bool(qint64)> &progress,
                   qint64 sheetRows)
@@ -312,6 +283,16 @@ QString writeXlsx(const QString &path, const LabelledRows &rows, const RowSource
     for (int c = 0; c < rows.columnCount(); ++c) {
         const QString name = rows.headerData(c, Qt::Horizontal, Qt::ToolTipRole).toString();
         patterns.append(rows.entry().columnFormats.value(name.toUpper()));
+    }
+    // The table's column of a value of the source's rows.
+    const auto column = [&source](qsizetype value) {
+        return source.selected ? source.selected->columns().value(value) : int(value);
+    };
+    QStringList titles = labels.titles();
+    if (source.selected) {
+        titles.clear();
+        for (const int c : source.selected->columns())
+            titles.append(labels.titles().value(c));
     }
     return runBeside(
         [&](const Progress &told) {
@@ -331,12 +312,12 @@ QString writeXlsx(const QString &path, const LabelledRows &rows, const RowSource
                 const QVariantList &values = batch[at++];
                 row.clear();
                 for (qsizetype c = 0; c < values.size(); ++c)
-                    row.append({values[c], labels.labelled(int(c), values[c]), patterns.value(c)});
+                    row.append({values[c], labels.labelled(column(c), values[c]),
+                                patterns.value(column(c))});
                 ++given;
                 return Next::Row;
             };
-            const QString fault
-                = writeWorkbook(path, labels.titles(), heading, next, told, sheetRows);
+            const QString fault = writeWorkbook(path, titles, heading, next, told, sheetRows);
             return stream.failure().isEmpty() ? fault : stream.failure();
         },
         progress);

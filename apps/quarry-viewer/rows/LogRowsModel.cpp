@@ -208,6 +208,18 @@ QString LogRowsModel::statement() const
                                       : QString();
 }
 
+// The server walks the keys of the rows before first, which an index of the
+// order's columns holds; the bookmarks would serve only the order they were
+// walked in, going up.
+std::pair<QString, qint64> LogRowsModel::statement(qint64 first, int rows) const
+{
+    if (m_shown.paging == Paging::None)
+        return {statement(), 0};
+    return {pageSelect(m_shown.select, m_shown.key, m_shown.order, m_shown.paging, {first, {}, {}},
+                       rows),
+            first};
+}
+
 void LogRowsModel::sort(int column, Qt::SortOrder order)
 {
     // A new statement on its way is not given up for the order of the old.

@@ -14,6 +14,8 @@
 #include <QTimer>
 #include <QVariant>
 
+#include <utility>
+
 namespace quarry::viewer {
 
 class StationDatabase;
@@ -100,6 +102,10 @@ public:
     bool isBookmarking() const { return isCounted() && !m_marks.isDone(); }
     // The statement whose rows are shown, in their order.
     QString statement() const;
+    // Of those, at most `rows` from row `first`, for a connection other than
+    // the model's, and the row its first row is: `first`, or 0 where the
+    // engine cannot start a statement inside an order.
+    std::pair<QString, qint64> statement(qint64 first, int rows) const;
     // The fault of the last read; no error while every read worked.
     QSqlError lastError() const { return m_error; }
 

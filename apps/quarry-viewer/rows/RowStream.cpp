@@ -31,6 +31,8 @@ RowStream::RowStream(const RowSource &source)
     : m_station(source.station)
     , m_interrupt(std::make_shared<QueryInterrupt>())
     , m_opener(source.opener)
+    , m_selected(source.selected)
+    , m_firstRow(source.firstRow)
     , m_thread(QThread::create([this, source] { read(source); }))
 {
     m_thread->setObjectName(u"quarry-export"_s);
@@ -157,12 +159,20 @@ QSqlError RowStream::readOn(const QSqlDatabase &database, const QString &select)
 void RowStream::handOver(const std::function<bool(QVariantList &)> &fetch)
 {
     QList<QVariantList> batch;
+    qint64 at = m_firstRow; // the table's row that fetch gives next
+    QVariantList cells;
     bool more = true;
     while (more) {
         QVariantList row;
         more = fetch(row);
-        if (more)
+        if (more && m_selected) {
+            more = at <= m_selected->lastRow();
+            if (more && m_selected->take(int(at), row, cells))
+                batch.append(std::exchange(cells, {}));
+            ++at;
+        } else if (more) {
             batch.append(std::move(row));
+        }
         if (batch.size() < BatchRows && more)
             continue;
         std::unique_lock lock(m_mutex);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "BackgroundQuery.h"
+#include "SelectedCells.h"
 
 #include <QList>
 #include <QSqlError>
@@ -11,6 +12,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 
 class QSqlDatabase;
 class QThread;
@@ -27,6 +29,11 @@ struct RowSource
     BackgroundQuery::Opener opener;
     QString select;
     QString station;
+    // Only these cells of the rows (in their rows and columns), the
+    // statement's first row being the table's row firstRow; none: every
+    // row whole.
+    std::optional<SelectedCells> selected = std::nullopt;
+    qint64 firstRow = 0;
 };
 
 // The rows of a source, read once from the first to the last by one
@@ -56,14 +63,17 @@ private:
     QSqlError readOn(const QSqlDatabase &database, const QString &select);
     template<typename Rows>
     QSqlError readThrough(const QSqlDatabase &database, const QString &select);
-    // Hands the rows that fetch gives over in batches, until it gives no
-    // more or the stream is stopped.
+    // Hands the rows that fetch gives over in batches (of the selected
+    // cells alone, where the source has a selection), until it gives no
+    // more, the selection's last row is passed or the stream is stopped.
     void handOver(const std::function<bool(QVariantList &)> &fetch);
     void stop();
 
     const QString m_station;
     std::shared_ptr<QueryInterrupt> m_interrupt;
     BackgroundQuery::Opener m_opener;
+    const std::optional<SelectedCells> m_selected;
+    const qint64 m_firstRow;
     std::unique_ptr<QThread> m_thread;
     mutable std::mutex m_mutex;
     std::condition_variable m_changed;

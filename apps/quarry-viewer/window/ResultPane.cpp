@@ -6,7 +6,7 @@
 #include "catalogue/LabelledRows.h"
 #include "output/ExportActions.h"
 #include "output/PassRateChart.h"
-#include "output/SelectedCells.h"
+#include "rows/SelectedCells.h"
 #include "rows/LogRowsModel.h"
 
 #include "support/ErrorLog.h"
@@ -137,9 +137,9 @@ void ResultPane::addButtons(QHBoxLayout *bar)
     m_exportPngButton->hide();
 }
 
-// Ctrl+C and the table's menu copy the selected cells as a table. Their
-// rows are read at once, on this thread: a clipboard takes a few thousand,
-// a file any number, read in the background.
+// Ctrl+C and the table's menu copy the selected cells as a table, read in
+// the background like an export: a clipboard takes a few thousand rows, a
+// file any number.
 void ResultPane::addCopyActions()
 {
     constexpr qint64 CopiedRowsAtMost = 10'000;
@@ -147,17 +147,15 @@ void ResultPane::addCopyActions()
         auto *action = new QAction(text, m_table);
         m_table->addAction(action);
         connect(action, &QAction::triggered, this, [this, titles] {
-            const QItemSelection selection = m_table->logSelection().selection();
-            if (const qint64 rows = selectedRows(selection); rows > CopiedRowsAtMost) {
+            const SelectedCells cells(m_table->logSelection().selection());
+            if (cells.rowCount() > CopiedRowsAtMost) {
                 showNotice(
                     u"所选有 %1 行，复制最多 %2 行：更多的行请用“导出 CSV…”或“导出 Excel…”。"_s
-                        .arg(rows)
+                        .arg(cells.rowCount())
                         .arg(CopiedRowsAtMost));
                 return;
             }
-            const LogRowsModel::ReadingAtOnce allRows(m_model);
-            QGuiApplication::clipboard()->setText(
-                tabSeparated(SelectedCells(*m_rows, selection), titles));
+            m_exports->copy(cells, titles);
         });
         return action;
     };
