@@ -1025,6 +1025,7 @@ void TestViewerWindow::copyAtMost()
         QTest::keyClick(table(window), Qt::Key_C, Qt::ControlModifier);
         const qsizetype lines = QGuiApplication::clipboard()->text().count(u'\n');
         QCOMPARE(lines, rows > 10'000 ? 0 : rows);
+        QVERIFY(!window.findChild<QLabel *>(u"errorLabel"_s)->isVisibleTo(&window)); // a copy is no fault
         QCOMPARE(shown(window, u"noticeLabel"_s), rows > 10'000 ? u"所选有 10001 行，复制最多 10000 行：更多的行请用“导出 CSV…”或“导出 Excel…”。"_s : QString());
     }
 }

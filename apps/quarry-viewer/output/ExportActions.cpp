@@ -213,12 +213,14 @@ bool ExportActions::exported(const QString &fault, const QString &done,
 {
     if (m_model.lastError().isValid())
         return false;
-    if (fault.isEmpty() && !done.isEmpty())
-        Q_EMIT said(done);
-    else if (progress.wasCanceled())
+    if (fault.isEmpty()) {
+        if (!done.isEmpty())
+            Q_EMIT said(done);
+    } else if (progress.wasCanceled()) {
         Q_EMIT said(fault);
-    else
+    } else {
         Q_EMIT failed(fault);
+    }
     return fault.isEmpty();
 }
 
