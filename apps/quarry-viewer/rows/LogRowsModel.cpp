@@ -73,7 +73,7 @@ void LogRowsModel::setQuery(const StationDatabase &station, const QString &selec
                             const QString &key, const RowOrder &own)
 {
     // The pages and the step on their way were of the station before.
-    m_readingPage = -1;
+    m_readingPage.reset();
     m_wanted.clear();
     m_stepping = false;
     m_marks.stop();
@@ -95,7 +95,7 @@ void LogRowsModel::readFirstPage(const Statement &statement, bool reordered)
         // again with the first page.
         m_reading = Reading::Positions;
         m_background.stop();
-        m_readingPage = -1;
+        m_readingPage.reset();
         m_wanted.clear();
         m_stepping = false;
         m_marks.stop();
@@ -131,7 +131,7 @@ PositionTable LogRowsModel::positionTable() const
 
 bool LogRowsModel::isBusy() const
 {
-    return m_reading != Reading::Nothing || m_readingPage >= 0 || !m_wanted.isEmpty()
+    return m_reading != Reading::Nothing || m_readingPage.has_value() || !m_wanted.isEmpty()
         || m_telling.isActive() || !m_marks.isDone();
 }
 
@@ -145,10 +145,10 @@ void LogRowsModel::cancel()
     m_stopFailureTold = false;
     if (m_reading != Reading::Nothing && m_reading != Reading::Positions)
         m_background.cancel();
-    const bool pages = m_readingPage >= 0 || !m_wanted.isEmpty() || !m_marks.isDone();
-    if (m_reading == Reading::Positions || m_readingPage >= 0 || m_stepping)
+    const bool pages = m_readingPage.has_value() || !m_wanted.isEmpty() || !m_marks.isDone();
+    if (m_reading == Reading::Positions || m_readingPage.has_value() || m_stepping)
         m_pageReader.cancel();
-    m_readingPage = -1;
+    m_readingPage.reset();
     m_wanted.clear();
     // The marks walked so far stay: jumps start from them.
     m_stepping = false;
@@ -190,9 +190,9 @@ void LogRowsModel::clear()
 
 void LogRowsModel::forgetPages()
 {
-    if (m_readingPage >= 0 || m_stepping)
+    if (m_readingPage.has_value() || m_stepping)
         m_pageReader.stop();
-    m_readingPage = -1;
+    m_readingPage.reset();
     m_wanted.clear();
     m_stepping = false;
     m_marks.clear();
@@ -467,9 +467,9 @@ void LogRowsModel::readNextPage()
     // The reader sorts: the pages of the order before can wait for it.
     if (m_reading == Reading::Positions)
         return;
-    if (m_readingPage >= 0 && !m_wanted.contains(m_readingPage)) {
+    if (m_readingPage && !m_wanted.contains(*m_readingPage)) {
         m_pageReader.stop();
-        m_readingPage = -1;
+        m_readingPage.reset();
     }
     // A page asked for goes before the step on its way, which is walked
     // again after it.
@@ -477,13 +477,13 @@ void LogRowsModel::readNextPage()
         m_pageReader.stop();
         m_stepping = false;
     }
-    if (m_stepping || m_readingPage >= 0 || m_error.isValid()) {
+    if (m_stepping || m_readingPage.has_value() || m_error.isValid()) {
         tellBusy();
         return;
     }
     if (!m_wanted.isEmpty()) {
         m_readingPage = m_wanted.last();
-        m_pageReader.run(pageStatement(m_readingPage, m_shown.positions, m_readingReversed),
+        m_pageReader.run(pageStatement(*m_readingPage, m_shown.positions, m_readingReversed),
                          int(m_pageRows));
     } else if (!m_marks.isDone()) {
         // One row, the next mark, after the rows of a step.
@@ -523,10 +523,11 @@ void LogRowsModel::pageRead(const QueryResult &result)
         stepRead(result);
         return;
     }
-    // -1: given up, and what it read means nothing.
-    const qint64 number = std::exchange(m_readingPage, -1);
-    if (number < 0)
+    // None: given up, and what it read means nothing.
+    const std::optional<qint64> reading = std::exchange(m_readingPage, std::nullopt);
+    if (!reading)
         return;
+    const qint64 number = *reading;
     m_wanted.removeOne(number);
     if (failedRead(result)) {
         m_wanted.clear();

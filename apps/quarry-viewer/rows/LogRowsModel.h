@@ -14,6 +14,7 @@
 #include <QTimer>
 #include <QVariant>
 
+#include <optional>
 #include <utility>
 
 namespace quarry::viewer {
@@ -203,10 +204,10 @@ private:
     qint64 m_pageRows = 1;
     BackgroundQuery m_pageReader;
     // Pages data() asked for and not in memory, the latest last; the read
-    // one (-1 for none), and whether it reads the reversed order.
+    // one, and whether it reads the reversed order.
     mutable QList<qint64> m_wanted;
     mutable bool m_readNextQueued = false;
-    qint64 m_readingPage = -1;
+    std::optional<qint64> m_readingPage;
     bool m_readingReversed = false;
     Bookmarks m_marks;
     bool m_stepping = false; // the page reader walks a step to the next mark
