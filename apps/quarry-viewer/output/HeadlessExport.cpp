@@ -104,7 +104,6 @@ int exportWithoutWindow(const LogCatalogue &catalogue, const QString &logType,
     const RowSource source{station.opener(), model.statement(), station.describe()};
     const LogReport report = logReport(rows, source, heading, station.printSettings());
     const FileExport file(rows, source, heading, report);
-    const LogRowsModel::ReadingAtOnce allRows(model);
     const qint64 steps = std::max<qint64>(file.progressSteps(path), 1);
     int told = -10;
     const QString failed = file.write(path, [&](qint64 done) {
@@ -113,11 +112,8 @@ int exportWithoutWindow(const LogCatalogue &catalogue, const QString &logType,
             QTextStream(stderr) << u"正在写 %1：%2%\n"_s.arg(path).arg(percent);
             told = percent;
         }
-        return !model.lastError().isValid();
+        return true;
     });
-    if (model.lastError().isValid())
-        return fail(
-            u"在%1上读取失败：%2"_s.arg(station.describe(), databaseText(model.lastError())));
     if (!failed.isEmpty())
         return fail(failed);
     QTextStream(stderr)
