@@ -33,6 +33,7 @@ private Q_SLOTS:
         QTest::newRow("over the host's window") << QStringList{u"date"_s, u"--parent"_s, u"0x2a"_s} << u"date 0 parent 42"_s;
         QTest::newRow("window id in decimal, a leading 0") << QStringList{u"date"_s, u"--parent"_s, u"010"_s} << u"date 0 parent 10"_s;
         QTest::newRow("window id in hex, upper case") << QStringList{u"date"_s, u"--parent"_s, u"0X2A"_s} << u"date 0 parent 42"_s;
+        QTest::newRow("the last 32-bit window id") << QStringList{u"date"_s, u"--parent"_s, u"0xffffffff"_s} << u"date 0 parent 4294967295"_s;
     }
 
     void arguments()

@@ -925,6 +925,7 @@ void TestViewerWindow::scrolling()
     QCOMPARE(readRows(model, many.database, u"SELECT K FROM MANY"_s, u"K"_s), QString());
     LogTable view(model);
     QAbstractItemModelTester tester(view.model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+    QVERIFY(!view.model()->index(0, 1).isValid()); // one column: the tester asks past the last row only
     view.verticalHeader()->setDefaultSectionSize(20);
     view.show();
     QVERIFY(QTest::qWaitForWindowExposed(&view));
