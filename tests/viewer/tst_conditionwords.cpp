@@ -27,7 +27,7 @@ private Q_SLOTS:
         QTest::newRow("between keeps its and") << access << u" where Opdate Between '2026-01-01' And '2026-01-31' and chequeno between '00000000' and 'zzzzzzzz'"_s
             << u"日期 从 2026-01-01 到 2026-01-31，并且 票据号 从 00000000 到 zzzzzzzz"_s;
         QTest::newRow("a code described") << access << u" where OPTYPE  LIKE  '3'"_s << u"操作类型 为 3（变更行员权限）"_s;
-        QTest::newRow("a list, codes described") << access << u" where OPTYPE in (1, 2)"_s << u"操作类型 为 1（增加行员）、2 之一"_s;
+        QTest::newRow("a list of a qualified column, codes described") << access << u" where log.OPTYPE in (1, 2)"_s << u"操作类型 为 1（增加行员）、2 之一"_s;
         QTest::newRow("contains, ends with") << access << u"( wdh like '%01%' or wdh like '%01')"_s << u"网点号 包含 01，或者 网点号 以 01 结尾"_s;
         QTest::newRow("wildcards inside") << access << u"( wdh like '01_1%')"_s << u"网点号 形如 01_1%（“_”为任一个字符，“%”为任意个字符）"_s;
         QTest::newRow("both cases said once") << access << u"( wdh like '0101' or wdh like '0101')"_s << u"网点号 为 0101"_s;
@@ -35,13 +35,14 @@ private Q_SLOTS:
             << u"（请求网点 为 Bank0101，或者 上级网点 为 0101），并且 日期 不早于 2009-01-01，并且 日期 不晚于 2009-01-31"_s;
         QTest::newRow("blanks at a value's ends") << access << u" where chequeno between '  12' and ''"_s << u"票据号 从 “  12” 到 “”"_s;
         QTest::newRow("a doubled quote") << access << u" where ( OPTYPE = 'O''Neil') "_s << u"操作类型 为 O'Neil"_s;
-        QTest::newRow("unknown part kept") << access << u" where (accno like '1%') and (opcode like '12' opName like '12')"_s
-            << u"账号 以 1 开头，并且 opcode like '12' opName like '12'"_s;
+        QTest::newRow("unknown parts kept") << access << u" where (accno like '1%') and (opcode like '12' opName like '12') and ()"_s
+            << u"账号 以 1 开头，并且 opcode like '12' opName like '12'，并且 ()"_s;
         QTest::newRow("unended literal kept") << access << u" where accno like '1"_s << u"where accno like '1"_s;
         QTest::newRow("in without its list kept") << access << u" where OPTYPE in"_s << u"OPTYPE in"_s;
         QTest::newRow("a column for a value kept") << access << u" where accno = opcode"_s << u"accno = opcode"_s;
         QTest::newRow("a statement kept") << access << u"SELECT wdh FROM HY where wdh like '1%' and opcode = '1'"_s << u"SELECT wdh FROM HY where wdh like '1%' and opcode = '1'"_s;
-        QTest::newRow("MySQL backslashes") << mySql << u"pztype like 'a\\\\\\\\b%' and OPTYPE = 'a\\\\b'"_s << u"凭证类型 以 a\\b 开头，并且 操作类型 为 a\\b"_s;
+        QTest::newRow("MySQL backslashes, an escaped %") << mySql << u"pztype like '\\\\%a\\\\\\\\b%' and OPTYPE = 'a\\\\b'"_s << u"凭证类型 以 %a\\b 开头，并且 操作类型 为 a\\b"_s;
+        QTest::newRow("MySQL escaped _ among wildcards kept") << mySql << u"pztype like '1\\\\_2_%'"_s << u"pztype like '1\\\\_2_%'"_s;
         QTest::newRow("MySQL escaped quote") << mySql << u"OPTYPE = 'O\\'Neil'"_s << u"操作类型 为 O'Neil"_s;
         QTest::newRow("MySQL escape the component never writes") << mySql << u"OPTYPE = 'a\\nb'"_s << u"OPTYPE = 'a\\nb'"_s;
         QTest::newRow("a backslash elsewhere") << access << u"pztype like 'a\\\\b%'"_s << u"凭证类型 以 a\\\\b 开头"_s;
