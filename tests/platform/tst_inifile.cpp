@@ -53,7 +53,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("key");
         QTest::addColumn<QString>("expected");
 
-        QTest::newRow("key of another section") << QByteArray("[A]\nK=a\n[B]\nL=b\n") << u"A"_s << u"L"_s << QString();
+        QTest::newRow("key of another section, its name empty") << QByteArray("[A]\nK=a\n[]\nL=b\n") << u"A"_s << u"L"_s << QString();
         QTest::newRow("blanks around names and values") << QByteArray(" \t[ A ]\t\n \t K \t=\t  v w \t \n") << u" A\t"_s << u" K "_s << u"v w"_s;
         QTest::newRow("inner blanks of a section name must match") << QByteArray("[  My  Sec  ]\nK=v\n") << u"My Sec"_s << u"K"_s << QString();
         QTest::newRow("double quotes") << QByteArray("[A]\nK= \"a b \" \n") << u"A"_s << u"K"_s << u"a b "_s;
@@ -70,7 +70,8 @@ private Q_SLOTS:
         QTest::newRow("cut never splits a character") << QByteArray("[A]\nK=" + QByteArray(254, 'x') + "\xF0\x9F\x98\x80\n") << u"A"_s << u"K"_s << QString(254, u'x');
         // UTF-16 is read unit by unit: a lone surrogate within the 255 stays.
         QTest::newRow("255 units of UTF-16, the last a lone high surrogate") << utf16(u"[A]\nK="_s + QString(254, u'x') + QChar(0xD800) + u'\n', false) << u"A"_s << u"K"_s << QString(254, u'x') + QChar(0xD800);
-        QTest::newRow("cut at the first NUL") << QByteArray("[A]\nK=ab\0cd\n", 12) << u"A"_s << u"K"_s << u"ab"_s;
+        QTest::newRow("cut at the first NUL, the value's first character") << QByteArray("[A]\nK=\0cd\n", 10) << u"A"_s << u"K"_s << QString();
+        QTest::newRow("blanks alone are an empty value") << QByteArray("[A]\nK= \t\n") << u"A"_s << u"K"_s << QString();
 
         const QString text = u"[SYSTEM]\r\nMODE=普通银行\r\n"_s;
         QTest::newRow("UTF-8") << text.toUtf8() << u"system"_s << u"MODE"_s << u"普通银行"_s;
@@ -132,11 +133,12 @@ private Q_SLOTS:
         refused("NUL in the value", u"A"_s, u"K"_s, u"v\u0000w"_s, u"NUL"_s);
         refused("equals sign in the key", u"A"_s, u"K=X"_s, u"v"_s, u"键不能"_s);
         refused("key read as a comment", u"A"_s, u" ;K"_s, u"v"_s, u"键不能"_s);
+        refused("a key of blanks", u"A"_s, u" \t"_s, u"v"_s, u"键不能"_s);
         refused("lone high surrogate ending the value", u"B"_s, u"K"_s, u"v"_s + QChar(0xD800), u"代理码元"_s);
         refused("lone low surrogate in the section", u"B"_s + QChar(0xDC00), u"K"_s, u"v"_s, u"代理码元"_s);
         refused("blank before the value", u"A"_s, u"K"_s, u" v"_s, u"空格或制表符"_s);
         refused("tab after the value", u"A"_s, u"K"_s, u"v\t"_s, u"空格或制表符"_s);
-        refused("matching quotes", u"A"_s, u"K"_s, u"'v'"_s, u"引号"_s);
+        refused("a pair of quotes alone", u"A"_s, u"K"_s, u"''"_s, u"引号"_s);
         refused("256 characters", u"A"_s, u"K"_s, QString(256, u'x'), u"255"_s);
         refused("UTF-16 of odd length", u"A"_s, u"K"_s, u"1"_s, u"字节数却是奇数"_s, QByteArray::fromHex("fffe41"));
         QTest::newRow("in a folder that is missing") << QByteArray() << u"A"_s << u"K"_s << u"v"_s << QByteArray() << u"无法写入"_s;
