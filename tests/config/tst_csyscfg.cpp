@@ -122,7 +122,7 @@ private slots:
                 .join(u" | "_s);
         };
         read("default", QString(), FIELD(ODBCDRIVER), u"FreeTDS"_s);
-        read("empty value is the default", u"[BANKPARAM]\nDEPARTID=\n"_s, FIELD(DEPARTID), u"1"_s);
+        read("empty value is the default, one account type", u"[BANKPARAM]\nDEPARTID=\nTOTALACCTYPE=1\n"_s, FIELD(DEPARTID), u"1"_s);
         read("WDHMAXLEN follows WDHLEN", u"[BANKPARAM]\nWDHLEN=8\n"_s, FIELD(WDHMAXLEN), u"8"_s);
         read("IFQUERYCENTRE read twice", u"[XTCHX]\nIFQUERYCENTRE=1\n"_s, FIELD(IFQUERYCENTRE2), u"1"_s);
         read("GSHOST follows HOST", u"[NETPARAM]\nHOST=10.0.0.9\n"_s, FIELD(GSHOST), u"10.0.0.9"_s);
@@ -134,6 +134,7 @@ private slots:
         read("no number", u"[SBMK]\nMoneyLen=abc\nDoubleSealQuota=0\n"_s, FIELD(MoneyLen), u"0"_s);
         read("half down to even", u"[HYADM]\nSFZHLEN=2.5\n"_s, FIELD(SFZHLEN), u"2"_s);
         read("half up to even", u"[HYADM]\nSFZHLEN=3.5\n"_s, FIELD(SFZHLEN), u"4"_s);
+        read("Integer minimum, half to even", u"[HYADM]\nSFZHLEN=-32768.5\n"_s, FIELD(SFZHLEN), u"-32768"_s);
         read("Long maximum", u"[HYADM]\nTRANPORT=2147483647\n"_s, FIELD(TRANPORT), u"2147483647"_s);
         read("Double", u"[SBMK]\nDoubleSealQuota=1234.5yuan\n"_s, FIELD(DoubleSealQuota), u"1234.5"_s);
         failure("overflow by rounding", u"[HYADM]\nSFZHLEN=32767.5\n"_s, u"SFZHLEN=32767.5"_s);
@@ -147,7 +148,7 @@ private slots:
         read("a pattern is data on MySQL", u"[DATABASESET]\nBASEMODE=MYSQL\n[BANKPARAM]\nTOTALACCNO=1\nACCNOTYPE(0)=1'\\?\n"_s, lists, u"1'\\? | 1'\\? | ACCNO like '1''\\\\\\\\_'  | 1"_s);
         read("bank patterns of their own", u"[BANKPARAM]\nTOTALACCNO=1\nACCNOTYPE(0)=11??\nTOTALBANKACCNO=2\nBANKACCNOTYPE(0)=7??"_s, lists, u"11?? | 7?? 201????????? | ACCNO like '11__'  | 1"_s);
         // A host may raise the public count past the patterns read.
-        read("count raised past the patterns", u"[BANKPARAM]\nTOTALACCNO=1\nACCNOTYPE(0)=11??\n"_s, [](CSysCfg &c) { c.TOTALACCNO = 3; return c.GetLocalQueryString(); }, u"ACCNO like '11__' "_s);
+        read("count raised past the patterns, then lowered", u"[BANKPARAM]\nTOTALACCNO=1\nACCNOTYPE(0)=11??\n"_s, [](CSysCfg &c) { c.TOTALACCNO = 3; const QString raised = c.GetLocalQueryString(); c.TOTALACCNO = 0; return raised + u'|' + c.GetLocalQueryString(); }, u"ACCNO like '11__' |"_s);
         read("negative pattern count", u"[BANKPARAM]\nTOTALACCNO=-2\n"_s, FIELD(AccNoMaxLen), u"0"_s);
         const QString special = u"[SBMK]\nDoubleSealQuota=50000\nTotalSpecialDoubleSealQuota=3\nSpecialDoubleSealPztype(0)=2\nSpecialDoubleSealQuota(0)=200000.5\nSpecialDoubleSealPztype(1)=2\nSpecialDoubleSealQuota(1)=1\nSpecialDoubleSealQuota(2)=7\n"_s;
         read("first entry of a type", special, FIELD(GetDoubleSealQuotaByPztype(2)), u"200000.5"_s);
@@ -164,11 +165,13 @@ private slots:
         reread("ideographic space", FIELD(ProfileCode), nelos, u"[USER]\nMODE=Refol\u3000"_s, u"22 0"_s);
         reread("tab inside quotes", FIELD(ProfileCode), nelos, u"[USER]\nMODE=\"Refol\t\""_s, u"22 0"_s);
         reread("UpperMode unknown keeps", FIELD(UpperModeCode), u"[USER]\nUpperMode=Letus"_s, u"[USER]\nUpperMode=Other"_s, u"1 1"_s);
-        reread("SubMode", FIELD(SubModeCode), u"[USER]\nSubMode=信贷建库机"_s, u"[USER]\nSubMode=Bivol"_s, u"1 4"_s);
+        reread("SubMode, the first name", FIELD(SubModeCode), u"[USER]\nSubMode=信贷建库机"_s, u"[USER]\nSubMode=普通网点"_s, u"1 0"_s);
         reread("mark re-read", FIELD(GetPrintLogMode()), u"[rzgl]\nPrintLogMode=-100"_s, u"[rzgl]\nPrintLogMode=2"_s, u"-100 2"_s);
         reread("zero re-read", FIELD(GetTalasGsYjkPrintX()), u"[Talas]\nGsYjkPrintX=0"_s, {}, u"0 200"_s);
         reread("from HOST", FIELD(GetParamHostIp()), u"[NETPARAM]\nHOST=h1"_s, u"[BANKPARAM]\nPARAMHOSTIP=h2"_s, u"h1 h1"_s);
         reread("empty re-read", FIELD(GetParamHostIp()), {}, u"[BANKPARAM]\nPARAMHOSTIP=h2"_s, u" h2"_s);
+        read("lazy numbers", u"[Cukal]\nPreChequeNoLength=8\n[LogCen]\nIfWriteAutoManualResult=1\n[HYADM]\nHyConfigEnable=0\n"_s, [](CSysCfg &c) { return u"%1 %2 %3"_s.arg(c.GetPreChequeNoLength()).arg(c.GetIfWriteAutoManualResult()).arg(c.GetHyConfigEnable()); }, u"8 1 0"_s);
+        read("series numbers when generated", u"[sbmk]\nGenerateSealSeriesNo=1\nSealSeriesNoLen=8\nDoubleSealQuota=0\n"_s, FIELD(SealSeriesNoLen), u"8"_s);
         read("download path with its backslash", u"[Atktran]\nDownloadFilePath=C:\\dl\\\n"_s, FIELD(GetDownloadFilePath()), u"C:\\dl\\"_s);
         reread("user profile", FIELD(GetDownloadFilePath()), u"[Atktran]\nDownloadFilePath=%USERPROFILE%\\a;%USERPROFILE%"_s, QString(), u"~\\a;~\\ ~\\a;~\\"_s);
     }
