@@ -247,6 +247,7 @@ private Q_SLOTS:
         keys("YJREQLOG: Enter goes to the start date", u"ex:YJREQLOG"_s, u"txtWdh"_s, u"Return"_s, u"txtStDate"_s);
         // The focus walk passes over check boxes (and labels) and hidden fields, and stays in the first.
         keys("YWRZ: Up does nothing in the first", u"YWRZ"_s, u"TxtAccNo"_s, u"Up"_s, u"TxtAccNo"_s);
+        QTest::newRow("YWRZ: Enter on the sub-branch box does nothing") << u"YWRZ+wdh"_s << u"Vefos"_s << 0 << QStringList{u"chkSub"_s, u"Return"_s} << none << u"chkSub"_s << none;
         QTest::newRow("YWRZ: Enter passes the sub-branch box") << u"YWRZ+wdh+yjk"_s << u"Vefos"_s << 0 << QStringList{u"txtWdh"_s, u"Return"_s} << none << u"TxtYJKNumber"_s << none;
         QTest::newRow("PJSBRZ: profile 39, Enter passes the hidden times") << u"PJSBRZ"_s << u"Hilur"_s << 0 << QStringList{u"MaskBoxJs"_s, u"Return"_s} << none << u"ComPZ"_s << none;
         // The hint for the field that has the focus; a disabled field is passed over.
