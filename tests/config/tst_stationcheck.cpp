@@ -67,7 +67,7 @@ private slots:
         row("server down", {}, {u"（服务器 127.0.0.1:1）打不开："_s, u"连接不上"_s}, 1, true, {}, ServerDown, Engine::MariaDb);
         // The double-seal quota of the local database's parameter table.
         row("quota from a server down", "[USER]\nMODE=Vefos\n",
-            {u"[SBMK] DoubleSealQuota=-1 要从本地数据库的 parameter 表取值，但读取失败："_s, u"[USER] MODE"_s,
+            {u"[SBMK] DoubleSealQuota=-1 要从本地数据库的 parameter 表取值，但读取失败："_s, u"其后的 15 个键不再读取"_s, u"处理：让本地数据库可用"_s, u"[USER] MODE"_s,
              u"MODE=Vefos 不起作用"_s, u"验印数据库"_s, u"本地数据库"_s, u"127.0.0.1:1"_s}, 4, true,
             {u"DoubleSealQuota=0"_s, u"DoubleSealQuota=-1"_s}, ServerDown, Engine::MariaDb);
         QTest::newRow("missing log table") << Engine::Sqlite << QByteArray() << QStringList() << int(Nothing)
