@@ -4,6 +4,7 @@
 
 #include <quarry/QuarryError.h>
 
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -86,16 +87,22 @@ private slots:
         QTEST(readFile(work(u"records.bin"_s)), "onDisk");
     }
 
-    // A text record is as long as the text it is read into.
+    // A text record is as long as the text it is read into; record 0 is
+    // where the last read ended.
     void textRecord()
     {
         writeFile(work(u"text.bin"_s), "abcdef");
         CFileMan files;
+        QCOMPARE(files.FileLength(work(u"text.bin"_s)), 6);
         const qint16 file = files.OpenFile(work(u"text.bin"_s), Mode::Binary);
+        const auto close = qScopeGuard([&] { files.CloseFile(file); }); // also when a check fails
         QString text(3, u' ');
         QVERIFY(files.GetText(file, text, 2));
         QCOMPARE(text, u"bcd"_s);
-        files.CloseFile(file);
+        QCOMPARE(files.FilePosition(file), 5);
+        text.resize(2);
+        QVERIFY(!files.AtEndOfFile(file) && files.GetText(file, text, 0) && files.AtEndOfFile(file));
+        QCOMPARE(text, u"ef"_s);
     }
 
     void openModes_data()
