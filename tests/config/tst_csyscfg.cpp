@@ -271,6 +271,7 @@ private slots:
         QTest::newRow("beside the library") << QStringList{u"get"_s, u"USER"_s, u"MODE"_s} << convertIni << QByteArray("[USER]\nMODE=Refol\n") << 0 << u"Refol\n"_s << QString() << QByteArray();
         row("set says where", {u"set"_s, u"USER"_s, u"MODE"_s, u"Refol"_s}, 0, u"SEAL.INI：[USER] MODE=Refol"_s, u"SEAL.INI"_s, SealIniText.toUtf8().replace("Nelos", "Refol"));
         row("get without key", {u"get"_s, u"USER"_s}, 2, u"get USER"_s);
+        row("set without its arguments", {u"set"_s}, 2, u"命令未知或参数不对：set"_s);
         row("failed read", {u"--ini"_s, u"bad.ini"_s, u"dump"_s}, 1, u"系统提示: 初始化系统参数错误！"_s);
         row("dump writes the pattern count back", {u"--ini"_s, u"zero.ini"_s, u"dump"_s}, 0, u"TOTALACCNO 原为 0，读取时已把 TOTALACCNO=1 写入文件"_s, u"zero.ini"_s, "[BANKPARAM]\nTOTALACCNO=1\n[SBMK]\nDoubleSealQuota=0\n");
         // A value that would not read back as written is not written, and the tool says why.
