@@ -104,10 +104,10 @@ void TestViewerParts::catalogue_data()
     QTest::addColumn<QStringList>("entries");
     QTest::addColumn<QStringList>("problems");
 
-    QTest::newRow("every key") << Head + "Table=YYLOG\nCall=complex\nResult=where\n"
-        "ListA=\"1=自动验印,2=人工验印\"\nListB=\"0=通过,1=不通过\"\nClerkLen=4\nAccLen=17\nChequeLen=8\n"
+    QTest::newRow("every key, a length of 0") << Head + "Table=YYLOG\nCall=complex\nResult=where\n"
+        "ListA=\"1=自动验印,2=人工验印\"\nListB=\"0=通过,1=不通过\"\nClerkLen=4\nAccLen=17\nChequeLen=0\n"
         "ShowWDH=true\nShowYJK=1\nShowOpCode=false\n"
-        << QStringList{u"YYRZ 验印日志 YYLOG complex where A[1=自动验印,2=人工验印] B[0=通过,1=不通过] 4/17/8 WDH YJK -"_s}
+        << QStringList{u"YYRZ 验印日志 YYLOG complex where A[1=自动验印,2=人工验印] B[0=通过,1=不通过] 4/17/0 WDH YJK -"_s}
         << QStringList{};
     QTest::newRow("defaults") << Head + "Table=YYLOG\n"
         << QStringList{u"YYRZ 验印日志 YYLOG complex where A[] B[] 0/0/0 - - -"_s} << QStringList{};
