@@ -110,19 +110,23 @@ private slots:
         QTest::addColumn<Mode>("mode");
         QTest::addColumn<QByteArray>("before"); // null: no file
         QTest::addColumn<QByteArray>("after");
-        QTest::newRow("append keeps") << Mode::Append << QByteArray("a\n") << QByteArray("a\nx\n");
-        QTest::newRow("append creates") << Mode::Append << QByteArray() << QByteArray("x\n");
-        QTest::newRow("binary writes from the start") << Mode::Binary << QByteArray("abcdef") << QByteArray("x\ncdef");
+        QTest::addColumn<QString>("error"); // of the write, before the file's path
+        QTest::newRow("append keeps") << Mode::Append << QByteArray("a\n") << QByteArray("a\nx\n") << QString();
+        QTest::newRow("append creates") << Mode::Append << QByteArray() << QByteArray("x\n") << QString();
+        QTest::newRow("binary writes from the start") << Mode::Binary << QByteArray("abcdef") << QByteArray("x\ncdef") << QString();
+        QTest::newRow("input is not written") << Mode::Input << QByteArray("a\n") << QByteArray("a\n") << u"Bad file mode: "_s;
     }
     void openModes()
     {
         QFETCH(Mode, mode);
         QFETCH(QByteArray, before);
+        QFETCH(QString, error);
         if (!before.isNull())
             writeFile(work(u"file.txt"_s), before);
         CFileMan files;
         const qint16 file = files.OpenFile(work(u"file.txt"_s), mode);
-        QVERIFY(files.WriteText(file, u"x"_s, 0, CFileMan::TextKind::Line));
+        QCOMPARE(files.WriteText(file, u"x"_s, 0, CFileMan::TextKind::Line), error.isEmpty());
+        QCOMPARE(files.LastError(), error.isEmpty() ? error : error + work(u"file.txt"_s));
         files.CloseFile(file);
         QTEST(readFile(work(u"file.txt"_s)), "after");
     }
