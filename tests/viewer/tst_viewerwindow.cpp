@@ -996,8 +996,8 @@ void TestViewerWindow::titlesFollow()
     QCOMPARE(view.model()->headerData(1, Qt::Horizontal).toString(), u"账号"_s);
 }
 
-// The clipboard takes at most 10,000 rows, read at once; a larger selection
-// is refused with a word on the exports, and the clipboard keeps its text.
+// The clipboard takes at most 10,000 rows; a larger selection is refused
+// with a word on the exports, and the clipboard keeps its text.
 void TestViewerWindow::copyAtMost()
 {
     QUARRY_REQUIRE_ENGINE(Engine::Sqlite);

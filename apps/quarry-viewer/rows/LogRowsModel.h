@@ -57,8 +57,9 @@ class LogRowsModel : public QAbstractTableModel
 public:
     // While one lives, a row not in memory is read at once, on the
     // station's connection, rather than shown as a placeholder: for whoever
-    // goes through every row (printing, copying a selection) and cannot
-    // wait for the pages to come.
+    // goes through every row of a short result (the statistics' pass-rate
+    // chart) and cannot wait for the pages to come. Files and the clipboard
+    // read their rows through a statement of their own (RowStream).
     class ReadingAtOnce
     {
     public:
