@@ -125,20 +125,18 @@ bool ExportActions::exportSelectionXlsx(const QString &path)
                     progress);
 }
 
-bool ExportActions::copy(const SelectedCells &cells, bool withTitles)
+void ExportActions::copy(const SelectedCells &cells, bool withTitles)
 {
     if (cells.isEmpty())
-        return false;
+        return;
     QProgressDialog progress(m_parent);
     QString text;
     const QString fault
         = copyCells(m_rows, selectionSource(cells), withTitles, text,
                     showProgress(progress, u"正在复制 %1 行…"_s.arg(cells.rowCount()),
                                  cells.rowCount()));
-    if (!exported(fault, {}, progress))
-        return false;
-    QGuiApplication::clipboard()->setText(text);
-    return true;
+    if (exported(fault, {}, progress))
+        QGuiApplication::clipboard()->setText(text);
 }
 
 bool ExportActions::exportPdf(const QString &path)

@@ -68,7 +68,7 @@ public:
     bool exportSelectionXlsx(const QString &path);
     // cells to the clipboard as a table (copyCells); the clipboard keeps
     // its text when none is selected, the copy is stopped or fails.
-    bool copy(const SelectedCells &cells, bool withTitles);
+    void copy(const SelectedCells &cells, bool withTitles);
     bool exportPdf(const QString &path);
     bool exportChartPng(const QString &path);
 
