@@ -96,12 +96,11 @@ QString edgeValue(const QString &select, const QString &column, Paging paging, b
 }
 
 // The first value of the order's first column after the page before, ""
-// when there is none or it is NULL.
-QString firstAfter(const RowOrder &order, const PageStart &start)
+// when there is none (a start holds the order's values only beside a key,
+// and none for an order of the key alone) or it is NULL.
+QString firstAfter(const PageStart &start)
 {
-    const QString first = order.columns.isEmpty() || start.keyAfter.isEmpty()
-        ? QString()
-        : start.columnsAfter.value(0);
+    const QString first = start.columnsAfter.value(0);
     return first == u"NULL"_s ? QString() : first;
 }
 
@@ -115,7 +114,7 @@ QString after(const QString &select, const QString &key, const RowOrder &order, 
               const PageStart &start)
 {
     const QString rows = following(key, order, start);
-    const QString first = firstAfter(order, start);
+    const QString first = firstAfter(start);
     if (first.isEmpty())
         return rows;
     const QString &column = order.columns.first();
@@ -138,7 +137,7 @@ QString belowThenNull(const QString &select, const QString &key, const RowOrder 
             + orderBy(key, order) + slice(paging, 0, rows) + u") "_s + name;
     };
     const QString below = column + u" BETWEEN "_s + edgeValue(select, column, paging, false)
-        + u" AND "_s + firstAfter(order, start) + u" AND "_s + following(key, order, start);
+        + u" AND "_s + firstAfter(start) + u" AND "_s + following(key, order, start);
     return u"SELECT * FROM ("_s + part(below, u"quarry_below"_s) + u" UNION ALL "_s
         + part(column + u" IS NULL"_s, u"quarry_null"_s) + u") paged"_s + orderBy(key, order)
         + slice(paging, 0, rows);
@@ -177,7 +176,7 @@ QString pageSelect(const QString &select, const QString &key, const RowOrder &or
                    const PageStart &start, int rows)
 {
     if (order.direction == Qt::DescendingOrder && paging == Paging::LimitOffset && start.offset == 0
-        && !firstAfter(order, start).isEmpty())
+        && !firstAfter(start).isEmpty())
         return belowThenNull(select, key, order, paging, start, rows);
     const QString where = start.keyAfter.isEmpty()
         ? QString()
