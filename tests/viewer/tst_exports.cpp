@@ -218,8 +218,7 @@ private Q_SLOTS:
         const RowSource source = sqliteRows(u"SELECT '01234567890123456789', '0101', date('2009-01-05'), '2009-01-06', 42, "
                                             "1234567890123456789, NULL, 5172.8, 101 UNION ALL SELECT '2', NULL, NULL, NULL, NULL, "
                                             "NULL, NULL, NULL, NULL UNION ALL SELECT '3', NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL"_s);
-        QTemporaryDir dir;
-        const QString path = dir.filePath(u"log.xlsx"_s);
+        const QString path = m_sqlite.folder.filePath(u"kinds.xlsx"_s);
         // Two rows to a sheet under its titles: the third continues on a second sheet.
         QCOMPARE(writeXlsx(path, table.rows, source, {u"业务日志"_s, u" where 1=1"_s, u"SEAL"_s, u"SELECT"_s, u"全部"_s}, {}, 3), QString());
 
@@ -253,8 +252,7 @@ private Q_SLOTS:
         RowSource source = sqliteRows(u"SELECT 'b', 2, 5172.8 UNION ALL SELECT 'c', 9, 3 UNION ALL SELECT 'd', 1, 4"_s);
         source.selected = SelectedCells(QItemSelection(table.model.index(2, 1), table.model.index(3, 2)));
         source.firstRow = 1;
-        QTemporaryDir dir;
-        const QString path = dir.filePath(u"cells.xlsx"_s);
+        const QString path = m_sqlite.folder.filePath(u"cells.xlsx"_s);
         QCOMPARE(writeXlsx(path, table.rows, source, {}), QString());
         const QHash<QString, QString> sheet = cells(path, 2);
         QStringList values;
@@ -276,8 +274,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, text);
         Titled table({u"字"_s});
-        QTemporaryDir dir;
-        const QString path = dir.filePath(u"log.xlsx"_s);
+        const QString path = m_sqlite.folder.filePath(u"log.xlsx"_s);
         QCOMPARE(writeXlsx(path, table.rows, sqliteRows(u"SELECT '%1'"_s.arg(text)), {}), QString());
         static const QRegularExpression width(u"<col min=\"1\" max=\"1\" width=\"(\\d+)\\."_s);
         QTEST(width.match(QString::fromUtf8(member(path, u"xl/worksheets/sheet2.xml"_s))).captured(1).toInt(), "width");
@@ -292,8 +289,7 @@ private Q_SLOTS:
         entry.listA = {{1, 2}, {u"增加行员"_s, u"删除行员"_s}, {}, u"OPTYPE"_s};
         entry.columnFormats = {{u"MONEY"_s, u"0.00"_s}};
         Titled source({u"OpType"_s, u"money"_s, u"memo"_s}, entry);
-        QTemporaryDir dir;
-        const QString path = dir.filePath(u"log.csv"_s);
+        const QString path = m_sqlite.folder.filePath(u"labelled.csv"_s);
         QCOMPARE(writeCsv(path, source.rows, sqliteRows(u"SELECT 2, 5172.8, 2 UNION ALL SELECT 9, 3, '1'"_s)), QString());
         QCOMPARE(quarry::test::readFile(path), "\xEF\xBB\xBFOpType,money,memo\r\n2 删除行员,5172.80,2\r\n9,3.00,1\r\n"_ba);
     }

@@ -925,7 +925,7 @@ void TestViewerWindow::scrolling()
     QCOMPARE(readRows(model, many.database, u"SELECT K FROM MANY"_s, u"K"_s), QString());
     LogTable view(model);
     QAbstractItemModelTester tester(view.model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
-    QVERIFY(!view.model()->index(0, 1).isValid()); // one column: the tester asks past the last row only
+    QVERIFY(!view.model()->index(0, 1).isValid() && !view.model()->index(view.model()->rowCount(), 0).isValid()); // the tester asks past both
     view.verticalHeader()->setDefaultSectionSize(20);
     view.show();
     QVERIFY(QTest::qWaitForWindowExposed(&view));
@@ -952,6 +952,8 @@ void TestViewerWindow::scrolling()
     QCOMPARE(view.model()->index(9, 0).data().toInt(), top + 9);
     QCOMPARE(view.logSelection().currentIndex().row(), current - 1);
     QCOMPARE(view.currentIndex().row(), current >= top && current < top + 11 ? current - top : -1);
+    for (int r = 0; r < view.model()->rowCount(); ++r) // the table shows the log's selection
+        QCOMPARE(view.selectionModel()->isSelected(view.model()->index(r, 0)), view.logSelection().isSelected(view.logSelection().model()->index(top - 1 + r, 0)));
     int rows = 0;
     for (const QItemSelectionRange &range : view.logSelection().selection())
         rows += range.height();
@@ -988,7 +990,11 @@ void TestViewerWindow::titlesFollow()
     LogTable view(rows);
     QSignalSpy told(view.model(), &QAbstractItemModel::headerDataChanged);
     view.verticalScrollBar()->setValue(50);
+    QCOMPARE(told.size(), 1); // the rows on view are others now: their numbers too
     told.clear();
+    QSignalSpy changed(view.model(), &QAbstractItemModel::dataChanged);
+    rows.setData(rows.index(50, 1), u"一行"_s);
+    QCOMPARE(changed.size(), 1); // a single row on view
     rows.setHeaderData(1, Qt::Horizontal, u"账号"_s);
     rows.setHeaderData(3, Qt::Vertical, u"第四行"_s);
     QCOMPARE(told.size(), 1);
