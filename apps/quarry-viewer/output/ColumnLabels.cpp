@@ -18,6 +18,14 @@ ColumnLabels::ColumnLabels(const LabelledRows &rows)
     }
 }
 
+QStringList ColumnLabels::titles(const QList<int> &columns) const
+{
+    QStringList titles;
+    for (const int c : columns)
+        titles.append(m_titles.value(c));
+    return titles;
+}
+
 void ColumnLabels::label(QVariantList &row) const
 {
     for (int c : m_relabelled)

@@ -18,6 +18,8 @@ public:
     explicit ColumnLabels(const LabelledRows &rows);
 
     const QStringList &titles() const { return m_titles; }
+    // The titles of these columns, in this order.
+    QStringList titles(const QList<int> &columns) const;
     // The values of row as the table shows them.
     void label(QVariantList &row) const;
     // value of column as the table shows it.

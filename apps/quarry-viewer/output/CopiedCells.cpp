@@ -33,10 +33,8 @@ QString copyCells(const LabelledRows &rows, const RowSource &source, bool withTi
     const QList<int> columns = source.selected ? source.selected->columns() : QList<int>();
     QString copied;
     if (withTitles && !columns.isEmpty()) {
-        QVariantList titles;
-        for (const int c : columns)
-            titles.append(labels.titles().value(c));
-        copied = line(titles);
+        const QStringList titles = labels.titles(columns);
+        copied = line(QVariantList(titles.cbegin(), titles.cend()));
     }
     const QString fault = runBeside(
         [&](const Progress &told) {

@@ -96,16 +96,16 @@ void ExportActions::printPreview()
 
 bool ExportActions::exportCsv(const QString &path)
 {
-    return hasRows() && exportRows(path, [&](const RowSource &source, const Progress &progress) {
-               return writeCsv(path, m_rows, source, progress);
-           });
+    return hasRows()
+        && exportRows(path, shownRows(), m_rows.rowCount(),
+                      [&](const RowSource &source, const Progress &progress) {
+                          return writeCsv(path, m_rows, source, progress);
+                      });
 }
 
 bool ExportActions::exportXlsx(const QString &path)
 {
-    return hasRows() && exportRows(path, [&](const RowSource &source, const Progress &progress) {
-               return writeXlsx(path, m_rows, source, heading(), progress);
-           });
+    return hasRows() && exportRows(path, shownRows(), m_rows.rowCount(), workbook(path));
 }
 
 bool ExportActions::exportSelectionXlsx(const QString &path)
@@ -117,12 +117,7 @@ bool ExportActions::exportSelectionXlsx(const QString &path)
         Q_EMIT said(u"没有选中的单元格：请先在表格中选择要导出的行或单元格。"_s);
         return false;
     }
-    QProgressDialog progress(m_parent);
-    const QString fault
-        = writeXlsx(path, m_rows, selectionSource(cells), heading(),
-                    showProgress(progress, exporting(cells.rowCount()), cells.rowCount()));
-    return exported(fault, u"已导出%1的 %2 行到 %3"_s.arg(m_title).arg(cells.rowCount()).arg(path),
-                    progress);
+    return exportRows(path, selectionSource(cells), cells.rowCount(), workbook(path));
 }
 
 void ExportActions::copy(const SelectedCells &cells, bool withTitles)
@@ -188,15 +183,24 @@ bool ExportActions::hasRows()
     return !m_title.isEmpty() && m_model.isCounted();
 }
 
-bool ExportActions::exportRows(const QString &path, const RowWriter &write)
+bool ExportActions::exportRows(const QString &path, const RowSource &source, qint64 rows,
+                               const RowWriter &write)
 {
     QProgressDialog progress(m_parent);
-    // Until the rows are counted the dialog shows the rows written.
-    const QString fault = write({m_database.opener(), m_model.statement(), m_database.describe()},
-                                showProgress(progress, exporting(m_rows.rowCount()),
-                                             m_model.isCounted() ? m_rows.rowCount() : 0));
-    return exported(fault, u"已导出%1的 %2 行到 %3"_s.arg(m_title).arg(m_rows.rowCount()).arg(path),
-                    progress);
+    const QString fault = write(source, showProgress(progress, exporting(rows), rows));
+    return exported(fault, u"已导出%1的 %2 行到 %3"_s.arg(m_title).arg(rows).arg(path), progress);
+}
+
+ExportActions::RowWriter ExportActions::workbook(const QString &path) const
+{
+    return [this, path](const RowSource &source, const Progress &progress) {
+        return writeXlsx(path, m_rows, source, heading(), progress);
+    };
+}
+
+RowSource ExportActions::shownRows() const
+{
+    return {m_database.opener(), m_model.statement(), m_database.describe()};
 }
 
 RowSource ExportActions::selectionSource(const SelectedCells &cells) const
@@ -230,8 +234,7 @@ ExportHeading ExportActions::heading() const
 
 LogReport ExportActions::report() const
 {
-    return logReport(m_rows, {m_database.opener(), m_model.statement(), m_database.describe()},
-                     heading(), m_database.printSettings());
+    return logReport(m_rows, shownRows(), heading(), m_database.printSettings());
 }
 
 } // namespace quarry::viewer

@@ -86,9 +86,14 @@ private:
     // False, after saying so, when no rows are shown or they are still
     // being counted.
     bool hasRows();
-    // The rows on view to path by write, which reads them from the source
-    // and tells the progress dialog how far it has come.
-    bool exportRows(const QString &path, const RowWriter &write);
+    // The `rows` rows of source to path by write, which reads them and
+    // tells the progress dialog how far it has come.
+    bool exportRows(const QString &path, const RowSource &source, qint64 rows,
+                    const RowWriter &write);
+    // Every row on view, in the order on view.
+    RowSource shownRows() const;
+    // Writes the rows of a source to path as an Excel workbook.
+    RowWriter workbook(const QString &path) const;
     // The rows that hold the selected cells, read from the first of them.
     RowSource selectionSource(const SelectedCells &cells) const;
     // Says how an export ended: done (when done says something), stopped

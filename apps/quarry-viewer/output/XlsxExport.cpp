@@ -288,12 +288,8 @@ QString writeXlsx(const QString &path, const LabelledRows &rows, const RowSource
     const auto column = [&source](qsizetype value) {
         return source.selected ? source.selected->columns().value(value) : int(value);
     };
-    QStringList titles = labels.titles();
-    if (source.selected) {
-        titles.clear();
-        for (const int c : source.selected->columns())
-            titles.append(labels.titles().value(c));
-    }
+    const QStringList titles
+        = source.selected ? labels.titles(source.selected->columns()) : labels.titles();
     return runBeside(
         [&](const Progress &told) {
             RowStream stream(source);
