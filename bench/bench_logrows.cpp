@@ -44,6 +44,7 @@
 #include <QFile>
 #include <QHeaderView>
 #include <QScrollBar>
+#include <QSemaphore>
 #include <QSqlQuery>
 #include <QSqlRecord>
 #include <QTableView>
@@ -247,21 +248,37 @@ qint64 timed(const std::function<void()> &run)
 // own, every value read.
 qint64 readRowsPerSecond(const quarry::viewer::RowSource &source)
 {
-    quarry::DbConnection connection;
-    if (!source.opener(connection).isEmpty())
-        return -1;
-    QSqlQuery query(connection.database());
-    query.setForwardOnly(true);
-    qint64 rows = 0;
-    const qint64 ms = timed([&] {
-        query.exec(source.select);
-        const int columns = query.record().count();
-        for (; query.next(); ++rows) {
-            for (int c = 0; c < columns; ++c)
-                query.value(c);
-        }
-    });
-    return rows * 1000 / std::max<qint64>(ms, 1);
+    qint64 perSecond = -1;
+    const auto read
+        = [&perSecond](const QSqlDatabase &database, const QString &fault, const QString &select) {
+              if (!fault.isEmpty())
+                  return;
+              QSqlQuery query(database);
+              query.setForwardOnly(true);
+              qint64 rows = 0;
+              const qint64 ms = timed([&] {
+                  query.exec(select);
+                  const int columns = query.record().count();
+                  for (; query.next(); ++rows) {
+                      for (int c = 0; c < columns; ++c)
+                          query.value(c);
+                  }
+              });
+              perSecond = rows * 1000 / std::max<qint64>(ms, 1);
+          };
+    if (source.lender) {
+        QSemaphore done;
+        source.lender([&](const QSqlDatabase &database, const QString &fault) {
+            read(database, fault, source.select);
+            done.release();
+        });
+        done.acquire();
+    } else {
+        quarry::DbConnection connection;
+        const QString fault = source.opener(connection);
+        read(connection.database(), fault, source.select);
+    }
+    return perSecond;
 }
 
 // A figure of the program's memory in /proc/self/status (VmRSS, VmHWM), in
@@ -448,8 +465,9 @@ void BenchLogRows::measure(const char *condition, const char *engine, int rows,
         bar.setValue(LogRowsModel::PageRows + 10);
         painted();
     });
-    const quarry::viewer::RowSource source{database.opener(), model.statement(),
-                                           database.describe()};
+    const LogRowsModel::Part onView = model.statement(0, -1);
+    const quarry::viewer::RowSource source{
+        database.opener(), onView.select, database.describe(), std::nullopt, 0, onView.lender};
     const auto busy = [](qint64) {
         QCoreApplication::processEvents();
         return true;

@@ -5,6 +5,7 @@
 #include "catalogue/LabelledRows.h"
 #include "output/LogReport.h"
 #include "output/CopiedCells.h"
+#include "rows/BackgroundQuery.h"
 #include "rows/SelectedCells.h"
 #include "TestDatabases.h"
 #include "TestFiles.h"
@@ -304,19 +305,31 @@ private Q_SLOTS:
     {
         QTest::addColumn<Engine>("engine");
         QTest::addColumn<bool>("workbook");
+        QTest::addColumn<bool>("lent"); // on the connection of a reader in the background
         for (Engine engine : quarry::test::allEngines()) {
-            QTest::addRow("%s: csv", qPrintable(quarry::test::engineName(engine))) << engine << false;
-            QTest::addRow("%s: xlsx", qPrintable(quarry::test::engineName(engine))) << engine << true;
+            QTest::addRow("%s: csv", qPrintable(quarry::test::engineName(engine))) << engine << false << false;
+            QTest::addRow("%s: xlsx", qPrintable(quarry::test::engineName(engine))) << engine << true << false;
+            if (engine != Engine::MariaDbOdbc)
+                QTest::addRow("%s: csv, lent", qPrintable(quarry::test::engineName(engine))) << engine << false << true;
         }
     }
     void engineRows()
     {
         QFETCH(Engine, engine);
         QFETCH(bool, workbook);
+        QFETCH(bool, lent);
         QUARRY_REQUIRE_ENGINE(engine);
         EngineRows rows(engine);
         QVERIFY2(rows.database.isValid() && rows.database.execute(TypedRows), qPrintable(rows.database.errorText()));
-        const RowSource typed = rows.source(u"SELECT * FROM TYPED ORDER BY B DESC, N"_s);
+        BackgroundQuery reader;
+        reader.setOpener(rows.source({}).opener);
+        const auto from = [&](const QString &select) {
+            RowSource source = rows.source(select);
+            if (lent)
+                source.lender = [&reader](BackgroundQuery::Loan loan) { reader.lend(std::move(loan)); };
+            return source;
+        };
+        const RowSource typed = from(u"SELECT * FROM TYPED ORDER BY B DESC, N"_s);
         const QStringList expected = queried(typed);
         QCOMPARE(expected.size(), 4);
         QCOMPARE(streamed(typed), expected + QStringList{QString()}); // and no fault
@@ -326,14 +339,14 @@ private Q_SLOTS:
         const auto write = [&](const RowSource &source, const std::function<bool(qint64)> &goOn) {
             return workbook ? writeXlsx(path, LabelledRows(), source, {}, goOn) : writeCsv(path, LabelledRows(), source, goOn);
         };
-        const RowSource missing = rows.source(u"SELECT * FROM MISSING"_s);
+        const RowSource missing = from(u"SELECT * FROM MISSING"_s);
         QCOMPARE(write(missing, {}), u"在%1上查询失败：%2"_s.arg(missing.station, queried(missing).value(0)));
 
         int ticks = 0;
         QTimer ticking;
         connect(&ticking, &QTimer::timeout, this, [&ticks] { ++ticks; });
         ticking.start(10);
-        const RowSource sorting = rows.source(u"WITH RECURSIVE c(x) AS (SELECT 1 UNION ALL SELECT x + 1 FROM c WHERE x < 1000) SELECT a.x FROM c a, c b, c d ORDER BY -a.x * b.x * d.x"_s);
+        const RowSource sorting = from(u"WITH RECURSIVE c(x) AS (SELECT 1 UNION ALL SELECT x + 1 FROM c WHERE x < 1000) SELECT a.x FROM c a, c b, c d ORDER BY -a.x * b.x * d.x"_s);
         QElapsedTimer stopping;
         stopping.start();
         const QString cancelled = write(sorting, [&](qint64) { return stopping.elapsed() < 300; });
@@ -341,6 +354,12 @@ private Q_SLOTS:
         QVERIFY2(stopping.elapsed() < 800, qPrintable(QString::number(stopping.elapsed())));
         QVERIFY2(ticks >= 5, qPrintable(QString::number(ticks)));
         QCOMPARE(quarry::test::readFile(path), "old");
+        // The statement stopped, not the connection, which reads on.
+        std::optional<QSqlError> after;
+        connect(&reader, &BackgroundQuery::finished, this, [&after](const QueryResult &result) { after = result.error; });
+        reader.run(u"SELECT * FROM TYPED"_s, -1);
+        QVERIFY(QTest::qWaitFor([&after] { return after.has_value(); }, quarry::test::WaitLimit));
+        QCOMPARE(after->text(), QString());
     }
 
     void copiedCells_data()

@@ -11,6 +11,7 @@
 
 #include "LogCatalogue.h"
 #include "rows/LogRowsModel.h"
+#include "rows/RowStream.h"
 #include "output/ExportActions.h"
 #include "output/PassRateChart.h"
 #include "ReadRows.h"
@@ -785,16 +786,38 @@ void TestViewerWindow::sortedOnce()
     if (refused)
         QVERIFY2(grants.exec(u"REVOKE CREATE TEMPORARY TABLES ON *.* FROM 'BISOL'@'%'"_s), qPrintable(grants.lastError().text()));
     LogRowsModel model(3);
+    // The keys of the rows shown from `first` on, as a file reads them.
+    const auto streamed = [&](qint64 first) {
+        const LogRowsModel::Part part = model.statement(first, -1);
+        RowStream stream({database.opener(), part.select, database.describe(), std::nullopt, part.firstRow, part.lender});
+        QStringList keys;
+        for (QList<QVariantList> batch = stream.next([] { return true; }); !batch.isEmpty(); batch = stream.next([] { return true; })) {
+            for (const QVariantList &row : std::as_const(batch))
+                keys << row.value(0).toString();
+        }
+        return keys << stream.failure();
+    };
     QSignalSpy eachPage(&model, &LogRowsModel::sortingEachPage);
     QCOMPARE(readRows(model, database, u"SELECT * FROM PAGED"_s, u"K"_s), QString());
+    QStringList byGroup;
+    for (const Row &row : quarry::test::sealRows(station, u"SELECT K FROM PAGED ORDER BY G, K"_s))
+        byGroup << row[u"k"_s];
     for (int column : {2, 1}) { // by G, then N
         model.sort(column, Qt::AscendingOrder);
+        // While the rows are sorted anew, a file reads those on view.
+        if (column == 1)
+            QCOMPARE(streamed(38), byGroup.mid(38) << QString());
         QVERIFY(QTest::qWaitFor([&model] { return !model.isBusy(); }, test::WaitLimit));
     }
     station.changeSeal(u"UPDATE PAGED SET N = 100 - N;\n"_s);
     const QStringList shown{key(model, 3), key(model, 20), key(model, 39)};
     QCOMPARE(shown == QStringList({byNumber[3][u"k"_s], byNumber[20][u"k"_s], byNumber[39][u"k"_s]}), !refused);
     QCOMPARE(eachPage.size(), int(refused));
+    // A file reads the order kept sorted too.
+    QStringList expected;
+    for (int i = 37; i < 40; ++i)
+        expected << byNumber[refused ? 39 - i : i][u"k"_s];
+    QCOMPARE(streamed(37), expected << QString());
 }
 
 // An export writes every row of a log longer than the page the model has

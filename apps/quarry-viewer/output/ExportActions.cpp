@@ -200,14 +200,16 @@ ExportActions::RowWriter ExportActions::workbook(const QString &path) const
 
 RowSource ExportActions::shownRows() const
 {
-    return {m_database.opener(), m_model.statement(), m_database.describe()};
+    const LogRowsModel::Part rows = m_model.statement(0, -1);
+    return {m_database.opener(), rows.select, m_database.describe(), std::nullopt, 0, rows.lender};
 }
 
 RowSource ExportActions::selectionSource(const SelectedCells &cells) const
 {
-    const auto [select, firstRow]
+    const LogRowsModel::Part rows
         = m_model.statement(cells.firstRow(), cells.lastRow() - cells.firstRow() + 1);
-    return {m_database.opener(), select, m_database.describe(), cells, firstRow};
+    return {m_database.opener(), rows.select, m_database.describe(), cells,
+            rows.firstRow,       rows.lender};
 }
 
 bool ExportActions::exported(const QString &fault, const QString &done,

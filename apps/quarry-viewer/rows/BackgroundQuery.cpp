@@ -115,6 +115,15 @@ void BackgroundQuery::run(const QString &select, int maxRows, const QStringList 
                               });
 }
 
+void BackgroundQuery::lend(Loan loan)
+{
+    QMetaObject::invokeMethod(
+        m_onThread, [this, interrupt = m_interrupt, opener = m_opener, loan = std::move(loan)] {
+            const QString fault = open(interrupt, opener);
+            loan(fault.isEmpty() ? m_connection->database->database() : QSqlDatabase(), fault);
+        });
+}
+
 void BackgroundQuery::stop()
 {
     stopRunning();
@@ -164,20 +173,31 @@ QString BackgroundQuery::kill(const std::shared_ptr<QueryInterrupt> &interrupt,
     return fault;
 }
 
+// On the thread: the connection for interrupt's statements, opened if need
+// be; "" when it is open, else why not.
+QString BackgroundQuery::open(const std::shared_ptr<QueryInterrupt> &interrupt,
+                              const Opener &opener)
+{
+    if (m_connection->interrupt == interrupt)
+        return {};
+    *m_connection = {std::make_unique<DbConnection>(), interrupt};
+    if (QString fault = opener(*m_connection->database); !fault.isEmpty()) {
+        *m_connection = {};
+        return fault;
+    }
+    interrupt->watch(m_connection->database->database());
+    return {};
+}
+
 // On the thread.
 QueryResult BackgroundQuery::read(const std::shared_ptr<QueryInterrupt> &interrupt,
                                   const Opener &opener, const QStringList &statements, int maxRows,
                                   quint64 ticket)
 {
     QueryResult result;
-    if (m_connection->interrupt != interrupt) {
-        *m_connection = {std::make_unique<DbConnection>(), interrupt};
-        if (const QString fault = opener(*m_connection->database); !fault.isEmpty()) {
-            *m_connection = {};
-            result.error = QSqlError(fault, QString(), QSqlError::ConnectionError);
-            return result;
-        }
-        interrupt->watch(m_connection->database->database());
+    if (const QString fault = open(interrupt, opener); !fault.isEmpty()) {
+        result.error = QSqlError(fault, QString(), QSqlError::ConnectionError);
+        return result;
     }
     const QSqlDatabase database = m_connection->database->database();
     for (qsizetype i = 0; i < statements.size(); ++i) {

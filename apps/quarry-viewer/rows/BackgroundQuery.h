@@ -4,6 +4,7 @@
 
 #include <QList>
 #include <QObject>
+#include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlRecord>
 #include <QThread>
@@ -38,6 +39,11 @@ public:
     // Opens a connection to the station's database on the calling thread;
     // "" when it opened, else why not.
     using Opener = std::function<QString(DbConnection &)>;
+    // Work on the thread with its connection, or told why the connection
+    // could not be opened (and given an invalid one).
+    using Loan = std::function<void(const QSqlDatabase &database, const QString &fault)>;
+    // Hands a loan to the thread of a BackgroundQuery.
+    using Lender = std::function<void(Loan loan)>;
 
     explicit BackgroundQuery(QObject *parent = nullptr);
     // Stops the running statement and waits for the thread.
@@ -51,6 +57,10 @@ public:
     // -1); finished() tells. A statement still running is stopped and tells
     // nothing.
     void run(const QString &select, int maxRows, const QStringList &before = {});
+    // Runs loan on the thread after the statement running, with the
+    // connection that keeps what the statements before made (such as a
+    // temporary table); the statements asked for meanwhile wait for it.
+    void lend(Loan loan);
     // Stops the running statement, which tells nothing.
     void stop();
     // Stops the running statement, which then tells finished() with
@@ -66,6 +76,7 @@ Q_SIGNALS:
 private:
     struct Connection;
 
+    QString open(const std::shared_ptr<QueryInterrupt> &interrupt, const Opener &opener);
     QueryResult read(const std::shared_ptr<QueryInterrupt> &interrupt, const Opener &opener,
                      const QStringList &statements, int maxRows, quint64 ticket);
     void interrupt(quint64 ticket, bool tellFailure);

@@ -2,6 +2,8 @@
 
 #include "StationDatabase.h"
 
+#include "platform/DbConnection.h"
+
 #include <QScopedValueRollback>
 #include <QSqlDriver>
 #include <QSqlField>
@@ -35,6 +37,21 @@ constexpr int RowsToldAtOnce = 200'000;
 int viewRows(qint64 rows)
 {
     return int(qMin<qint64>(rows, std::numeric_limits<int>::max()));
+}
+
+// Rows read by position are looked up by their keys, in no order of the
+// log's file. SQLite's cache (2 MB) cannot hold the inner pages of the
+// index of a log of millions of rows, which each look-up then reads from
+// the file again; 16 MB holds those of tens of millions, and makes reading
+// every row of a sorted log three times as fast.
+BackgroundQuery::Opener withLookUpCache(BackgroundQuery::Opener opener)
+{
+    return [opener = std::move(opener)](DbConnection &connection) {
+        const QString fault = opener(connection);
+        if (fault.isEmpty() && connection.database().driverName() == "QSQLITE"_L1)
+            QSqlQuery(connection.database()).exec(u"PRAGMA cache_size = -16384"_s);
+        return fault;
+    };
 }
 
 } // namespace
@@ -80,7 +97,7 @@ void LogRowsModel::setQuery(const StationDatabase &station, const QString &selec
     m_positionsRefused = {};
     m_refusalTold = false;
     m_background.setOpener(station.opener());
-    m_pageReader.setOpener(station.opener());
+    m_pageReader.setOpener(withLookUpCache(station.opener()));
     readFirstPage({station.database(), select, key, station.paging(), own, own, own.columns},
                   false);
 }
@@ -210,13 +227,19 @@ QString LogRowsModel::statement() const
 
 // The server walks the keys of the rows before first, which an index of the
 // order's columns holds; the bookmarks would serve only the order they were
-// walked in, going up.
-std::pair<QString, qint64> LogRowsModel::statement(qint64 first, int rows) const
+// walked in, going up. While the page reader sorts, the order it keeps is
+// about to be another.
+LogRowsModel::Part LogRowsModel::statement(qint64 first, int rows) const
 {
-    if (m_shown.paging == Paging::None)
+    if (m_shown.positions != PositionTable::None && m_reading != Reading::Positions) {
+        auto *reader = const_cast<BackgroundQuery *>(&m_pageReader);
+        return {positionsPage(m_shown.positions, m_shown.select, m_shown.key, first, rows), first,
+                [reader](BackgroundQuery::Loan loan) { reader->lend(std::move(loan)); }};
+    }
+    if (m_shown.paging == Paging::None || (first == 0 && rows < 0))
         return {statement(), 0};
     return {pageSelect(m_shown.select, m_shown.key, m_shown.order, m_shown.paging, {first, {}, {}},
-                       rows),
+                       rows < 0 ? std::numeric_limits<int>::max() : rows),
             first};
 }
 

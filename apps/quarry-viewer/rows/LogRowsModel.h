@@ -49,7 +49,8 @@ class StationDatabase;
 // asked for are read; a read of a page no longer asked for is stopped.
 // Where the engine allows it, rows sorted by a column are sorted once, into
 // a temporary table of their keys by position on that second connection,
-// and every page of that order is read from it by position.
+// and every page of that order, and every file of it, is read from it by
+// position.
 class LogRowsModel : public QAbstractTableModel
 {
     Q_OBJECT
@@ -102,12 +103,23 @@ public:
     // Counted, and walking the order for the bookmarks that jumps start
     // from (busy meanwhile).
     bool isBookmarking() const { return isCounted() && !m_marks.isDone(); }
+    // A statement for some of the rows shown, where it runs, and the row
+    // its first row is.
+    struct Part
+    {
+        QString select;
+        qint64 firstRow = 0;
+        // None: on a connection other than the model's.
+        BackgroundQuery::Lender lender = {};
+    };
+
     // The statement whose rows are shown, in their order.
     QString statement() const;
-    // Of those, at most `rows` from row `first`, for a connection other than
-    // the model's, and the row its first row is: `first`, or 0 where the
-    // engine cannot start a statement inside an order.
-    std::pair<QString, qint64> statement(qint64 first, int rows) const;
+    // Of those, at most `rows` from row `first` (every row from it for -1),
+    // from `first` or from row 0 where the engine cannot start a statement
+    // inside an order. An order kept sorted is read by position, on the
+    // connection that keeps it, whose pages wait meanwhile.
+    Part statement(qint64 first, int rows) const;
     // The fault of the last read; no error while every read worked.
     QSqlError lastError() const { return m_error; }
 

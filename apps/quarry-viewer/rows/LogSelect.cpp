@@ -162,9 +162,10 @@ QString positionsPage(PositionTable table, const QString &select, const QString 
                       int rows)
 {
     const QString position = table == PositionTable::RowId ? u"p.rowid"_s : u"p.pos"_s;
+    const QString range = rows < 0 ? u" > %1"_s.arg(first)
+                                   : u" BETWEEN %1 AND %2"_s.arg(first + 1).arg(first + rows);
     return u"SELECT paged.* FROM quarry_positions p JOIN ("_s + select + u") paged ON paged."_s
-        + key + u" = p.k WHERE "_s + position
-        + u" BETWEEN %1 AND %2 ORDER BY "_s.arg(first + 1).arg(first + rows) + position;
+        + key + u" = p.k WHERE "_s + position + range + u" ORDER BY "_s + position;
 }
 
 QString orderedSelect(const QString &select, const QString &key, const RowOrder &order)

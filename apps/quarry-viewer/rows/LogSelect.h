@@ -63,7 +63,8 @@ enum class PositionTable {
 // The statements that sort the rows of select in the order into the table.
 QStringList positionsFill(PositionTable table, const QString &select, const QString &key,
                           const RowOrder &order);
-// The rows of select at positions first + 1 to first + rows of the table.
+// The rows of select at positions first + 1 to first + rows of the table
+// (to the last for -1).
 QString positionsPage(PositionTable table, const QString &select, const QString &key, qint64 first,
                       int rows);
 

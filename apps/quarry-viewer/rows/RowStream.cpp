@@ -11,6 +11,8 @@
 #include <QThread>
 
 #include <chrono>
+#include <condition_variable>
+#include <mutex>
 
 using namespace Qt::StringLiterals;
 
@@ -27,14 +29,46 @@ constexpr auto GoOnEvery = std::chrono::milliseconds(25);
 
 } // namespace
 
+// What the stream and its reading share.
+struct RowStream::Channel
+{
+    Channel(const std::optional<SelectedCells> &selected, qint64 firstRow)
+        : selected(selected)
+        , firstRow(firstRow)
+    {
+    }
+
+    QueryInterrupt interrupt;
+    const std::optional<SelectedCells> selected;
+    const qint64 firstRow;
+    std::mutex mutex;
+    std::condition_variable changed;
+    QList<QList<QVariantList>> batches;
+    QSqlError error;
+    bool ended = false;
+    bool stopped = false;
+};
+
 RowStream::RowStream(const RowSource &source)
     : m_station(source.station)
-    , m_interrupt(std::make_shared<QueryInterrupt>())
     , m_opener(source.opener)
-    , m_selected(source.selected)
-    , m_firstRow(source.firstRow)
-    , m_thread(QThread::create([this, source] { read(source); }))
+    , m_channel(std::make_shared<Channel>(source.selected, source.firstRow))
 {
+    BackgroundQuery::Loan read
+        = [channel = m_channel, select = source.select](const QSqlDatabase &database,
+                                                        const QString &fault) {
+              RowStream::read(*channel, database, fault, select);
+          };
+    if (source.lender) {
+        source.lender(std::move(read));
+        return;
+    }
+    // The connection opens and closes on the thread.
+    m_thread.reset(QThread::create([read = std::move(read), opener = source.opener] {
+        DbConnection connection;
+        const QString fault = opener(connection);
+        read(fault.isEmpty() ? connection.database() : QSqlDatabase(), fault);
+    }));
     m_thread->setObjectName(u"quarry-export"_s);
     m_thread->start();
 }
@@ -42,14 +76,16 @@ RowStream::RowStream(const RowSource &source)
 RowStream::~RowStream()
 {
     stop();
-    m_thread->wait();
+    if (m_thread)
+        m_thread->wait();
 }
 
 QList<QVariantList> RowStream::next(const std::function<bool()> &goOn)
 {
-    std::unique_lock lock(m_mutex);
-    while (m_batches.isEmpty() && !m_ended && !m_stopped) {
-        if (m_changed.wait_for(lock, GoOnEvery) == std::cv_status::no_timeout)
+    Channel &channel = *m_channel;
+    std::unique_lock lock(channel.mutex);
+    while (channel.batches.isEmpty() && !channel.ended && !channel.stopped) {
+        if (channel.changed.wait_for(lock, GoOnEvery) == std::cv_status::no_timeout)
             continue;
         lock.unlock();
         const bool more = goOn();
@@ -60,88 +96,87 @@ QList<QVariantList> RowStream::next(const std::function<bool()> &goOn)
             return {};
         }
     }
-    if (m_batches.isEmpty())
+    if (channel.batches.isEmpty())
         return {};
-    QList<QVariantList> batch = m_batches.takeFirst();
-    m_changed.notify_all();
+    QList<QVariantList> batch = channel.batches.takeFirst();
+    channel.changed.notify_all();
     return batch;
 }
 
 QString RowStream::failure() const
 {
-    std::lock_guard lock(m_mutex);
-    if (!m_error.isValid())
+    std::lock_guard lock(m_channel->mutex);
+    const QSqlError &error = m_channel->error;
+    if (!error.isValid())
         return {};
     return u"在%1上查询失败：%2"_s.arg(m_station,
-                                       m_error.databaseText().isEmpty() ? m_error.text()
-                                                                        : m_error.databaseText());
+                                       error.databaseText().isEmpty() ? error.text()
+                                                                      : error.databaseText());
 }
 
 void RowStream::stop()
 {
     {
-        std::lock_guard lock(m_mutex);
-        if (m_stopped || m_ended)
+        std::lock_guard lock(m_channel->mutex);
+        if (m_channel->stopped || m_channel->ended)
             return;
-        m_stopped = true;
-        m_batches.clear();
+        m_channel->stopped = true;
+        m_channel->batches.clear();
     }
-    m_changed.notify_all();
-    if (!m_interrupt->interrupt(Ticket))
+    m_channel->changed.notify_all();
+    if (!m_channel->interrupt.interrupt(Ticket))
         return;
     // MySQL stops a statement from a second connection, opened here; without
-    // it the thread still stops at its next row.
+    // it the reading still stops at its next row.
     DbConnection killer;
     if (m_opener(killer).isEmpty())
-        m_interrupt->kill(Ticket, killer.database());
+        m_channel->interrupt.kill(Ticket, killer.database());
 }
 
-// On the thread: the connection opens and closes there.
-void RowStream::read(const RowSource &source)
+// On the thread that owns database (invalid when it could not be opened,
+// for the fault).
+void RowStream::read(Channel &channel, const QSqlDatabase &database, const QString &fault,
+                     const QString &select)
 {
-    QSqlError error;
-    {
-        DbConnection connection;
-        if (const QString fault = source.opener(connection); !fault.isEmpty())
-            error = QSqlError(fault, QString(), QSqlError::ConnectionError);
-        else
-            error = readOn(connection.database(), source.select);
-    }
-    std::lock_guard lock(m_mutex);
-    if (!m_stopped)
-        m_error = error;
-    m_ended = true;
-    m_changed.notify_all();
+    const QSqlError error = fault.isEmpty()
+        ? readOn(channel, database, select)
+        : QSqlError(fault, QString(), QSqlError::ConnectionError);
+    std::lock_guard lock(channel.mutex);
+    if (!channel.stopped)
+        channel.error = error;
+    channel.ended = true;
+    channel.changed.notify_all();
 }
 
 // Through SqliteRows or MariaDbRows, made once the statement may start.
 template<typename Rows>
-QSqlError RowStream::readThrough(const QSqlDatabase &database, const QString &select)
+QSqlError RowStream::readThrough(Channel &channel, const QSqlDatabase &database,
+                                 const QString &select)
 {
-    if (!m_interrupt->started(QSqlQuery(database), Ticket))
+    if (!channel.interrupt.started(QSqlQuery(database), Ticket))
         return {};
     Rows rows(database, select);
-    handOver([&rows](QVariantList &row) { return rows.next(row); });
+    handOver(channel, [&rows](QVariantList &row) { return rows.next(row); });
     return rows.error();
 }
 
 // SQLite and MySQL are read through their own libraries, which neither
 // keep a copy of each row nor (MySQL) the whole result in memory.
-QSqlError RowStream::readOn(const QSqlDatabase &database, const QString &select)
+QSqlError RowStream::readOn(Channel &channel, const QSqlDatabase &database, const QString &select)
 {
-    m_interrupt->watch(database);
+    channel.interrupt.watch(database);
     QSqlError error;
     if (database.driverName() == "QSQLITE"_L1) {
-        error = readThrough<SqliteRows>(database, select);
+        error = readThrough<SqliteRows>(channel, database, select);
     } else if (database.driverName() == "QMYSQL"_L1) {
-        error = readThrough<MariaDbRows>(database, select);
+        error = readThrough<MariaDbRows>(channel, database, select);
     } else {
         QSqlQuery query(database);
         query.setForwardOnly(true);
         // ODBC's statement handle, which its cancel needs, comes with prepare().
-        if (query.prepare(select) && m_interrupt->started(query, Ticket) && query.exec()) {
+        if (query.prepare(select) && channel.interrupt.started(query, Ticket) && query.exec()) {
             const int columns = query.record().count();
-            handOver([&query, columns](QVariantList &row) {
+            handOver(channel, [&query, columns](QVariantList &row) {
                 if (!query.next())
                     return false;
                 row.reserve(columns);
@@ -152,22 +187,22 @@ QSqlError RowStream::readOn(const QSqlDatabase &database, const QString &select)
         }
         error = query.lastError();
     }
-    m_interrupt->finished();
+    channel.interrupt.finished();
     return error;
 }
 
-void RowStream::handOver(const std::function<bool(QVariantList &)> &fetch)
+void RowStream::handOver(Channel &channel, const std::function<bool(QVariantList &)> &fetch)
 {
     QList<QVariantList> batch;
-    qint64 at = m_firstRow; // the table's row that fetch gives next
+    qint64 at = channel.firstRow; // the table's row that fetch gives next
     QVariantList cells;
     bool more = true;
     while (more) {
         QVariantList row;
         more = fetch(row);
-        if (more && m_selected) {
-            more = at <= m_selected->lastRow();
-            if (more && m_selected->take(int(at), row, cells))
+        if (more && channel.selected) {
+            more = at <= channel.selected->lastRow();
+            if (more && channel.selected->take(int(at), row, cells))
                 batch.append(std::exchange(cells, {}));
             ++at;
         } else if (more) {
@@ -175,13 +210,15 @@ void RowStream::handOver(const std::function<bool(QVariantList &)> &fetch)
         }
         if (batch.size() < BatchRows && more)
             continue;
-        std::unique_lock lock(m_mutex);
-        m_changed.wait(lock, [this] { return m_stopped || m_batches.size() < BatchesHeld; });
-        if (m_stopped)
+        std::unique_lock lock(channel.mutex);
+        channel.changed.wait(lock, [&channel] {
+            return channel.stopped || channel.batches.size() < BatchesHeld;
+        });
+        if (channel.stopped)
             return;
         if (!batch.isEmpty())
-            m_batches.append(std::exchange(batch, {}));
-        m_changed.notify_all();
+            channel.batches.append(std::exchange(batch, {}));
+        channel.changed.notify_all();
     }
 }
 

@@ -8,18 +8,14 @@
 #include <QString>
 #include <QVariant>
 
-#include <condition_variable>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 
 class QSqlDatabase;
 class QThread;
 
 namespace quarry::viewer {
-
-class QueryInterrupt;
 
 // Where every row of a log comes from for a file: the statement in the
 // order on view, and how to open a connection of its own to the station
@@ -34,13 +30,17 @@ struct RowSource
     // row whole.
     std::optional<SelectedCells> selected = std::nullopt;
     qint64 firstRow = 0;
+    // Where select runs on a connection already open (which keeps a table
+    // it reads); none: on one of the stream's own, which opener opens.
+    BackgroundQuery::Lender lender = {};
 };
 
 // The rows of a source, read once from the first to the last by one
-// statement on a thread and a connection of its own, and handed over a few
-// hundred at a time. Only a few batches wait to be taken, so that the
-// memory stays the same whatever the number of rows, and the statement can
-// be stopped on the database at any time, even while it sorts.
+// statement on a thread and a connection of its own (or lent), and handed
+// over a few hundred at a time. Only a few batches wait to be taken, so
+// that the memory stays the same whatever the number of rows, and the
+// statement can be stopped on the database at any time, even while it
+// sorts.
 class RowStream
 {
 public:
@@ -59,28 +59,26 @@ public:
     QString failure() const;
 
 private:
-    void read(const RowSource &source);
-    QSqlError readOn(const QSqlDatabase &database, const QString &select);
+    struct Channel;
+
+    static void read(Channel &channel, const QSqlDatabase &database, const QString &fault,
+                     const QString &select);
+    static QSqlError readOn(Channel &channel, const QSqlDatabase &database, const QString &select);
     template<typename Rows>
-    QSqlError readThrough(const QSqlDatabase &database, const QString &select);
+    static QSqlError readThrough(Channel &channel, const QSqlDatabase &database,
+                                 const QString &select);
     // Hands the rows that fetch gives over in batches (of the selected
     // cells alone, where the source has a selection), until it gives no
     // more, the selection's last row is passed or the stream is stopped.
-    void handOver(const std::function<bool(QVariantList &)> &fetch);
+    static void handOver(Channel &channel, const std::function<bool(QVariantList &)> &fetch);
     void stop();
 
     const QString m_station;
-    std::shared_ptr<QueryInterrupt> m_interrupt;
     BackgroundQuery::Opener m_opener;
-    const std::optional<SelectedCells> m_selected;
-    const qint64 m_firstRow;
-    std::unique_ptr<QThread> m_thread;
-    mutable std::mutex m_mutex;
-    std::condition_variable m_changed;
-    QList<QList<QVariantList>> m_batches;
-    QSqlError m_error;
-    bool m_ended = false;
-    bool m_stopped = false;
+    // Shared with the reading, which a lent connection may start after the
+    // stream has gone.
+    const std::shared_ptr<Channel> m_channel;
+    std::unique_ptr<QThread> m_thread; // none on a lent connection
 };
 
 } // namespace quarry::viewer
