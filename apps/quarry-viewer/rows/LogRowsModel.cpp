@@ -56,9 +56,10 @@ BackgroundQuery::Opener withLookUpCache(BackgroundQuery::Opener opener)
 
 } // namespace
 
-LogRowsModel::LogRowsModel(int pageRows, int markRows, QObject *parent)
+LogRowsModel::LogRowsModel(int pageRows, int markRows, int copiedRows, QObject *parent)
     : QAbstractTableModel(parent)
     , m_pageRowsWanted(qMax(pageRows, 1))
+    , m_copiedRows(copiedRows)
     , m_marks(markRows)
 {
     connect(&m_background, &BackgroundQuery::finished, this, &LogRowsModel::backgroundFinished);
@@ -116,11 +117,11 @@ void LogRowsModel::readFirstPage(const Statement &statement, bool reordered)
         m_wanted.clear();
         m_stepping = false;
         m_marks.stop();
-        m_pageReader.run(positionsPage(statement.positions, statement.select, statement.key, 0,
-                                       m_pageRowsWanted),
+        m_pageReader.run(positionsPage(statement.positions, statement.select, statement.key,
+                                       statement.copied, 0, m_pageRowsWanted),
                          m_pageRowsWanted,
                          positionsFill(statement.positions, statement.select, statement.key,
-                                       statement.order));
+                                       statement.copied, statement.order));
         tellBusy();
         return;
     }
@@ -233,8 +234,9 @@ LogRowsModel::Part LogRowsModel::statement(qint64 first, int rows) const
 {
     if (m_shown.positions != PositionTable::None && m_reading != Reading::Positions) {
         auto *reader = const_cast<BackgroundQuery *>(&m_pageReader);
-        return {positionsPage(m_shown.positions, m_shown.select, m_shown.key, first, rows), first,
-                [reader](BackgroundQuery::Loan loan) { reader->lend(std::move(loan)); }};
+        return {positionsPage(m_shown.positions, m_shown.select, m_shown.key, m_shown.copied, first,
+                              rows),
+                first, [reader](BackgroundQuery::Loan loan) { reader->lend(std::move(loan)); }};
     }
     if (m_shown.paging == Paging::None || (first == 0 && rows < 0))
         return {statement(), 0};
@@ -251,6 +253,7 @@ void LogRowsModel::sort(int column, Qt::SortOrder order)
         return;
     Statement sorted = m_shown;
     sorted.positions = PositionTable::None; // the own order and the key's have an index
+    sorted.copied.clear();
     const QString name = m_columns.fieldName(column);
     if (column < 0) {
         sorted.order = sorted.own;
@@ -263,6 +266,12 @@ void LogRowsModel::sort(int column, Qt::SortOrder order)
             = {{sorted.database.driver()->escapeIdentifier(name, QSqlDriver::FieldName)}, order};
         sorted.orderFields = {name};
         sorted.positions = positionTable();
+        if (m_counted && m_rowCount <= m_copiedRows) {
+            for (int c = 0; c < m_columns.count(); ++c)
+                sorted.copied.append(
+                    sorted.database.driver()->escapeIdentifier(m_columns.fieldName(c),
+                                                               QSqlDriver::FieldName));
+        }
     }
     if (sorted.order != m_shown.order)
         readFirstPage(sorted, true);
@@ -616,7 +625,7 @@ QString LogRowsModel::pageStatement(qint64 number, PositionTable positions, bool
     const qint64 size = m_counted ? qMin(m_pageRows, m_rowCount - first) : m_pageRows;
     reversed = false;
     if (positions != PositionTable::None)
-        return positionsPage(positions, m_shown.select, m_shown.key, first,
+        return positionsPage(positions, m_shown.select, m_shown.key, m_shown.copied, first,
                              int(qMax<qint64>(size, 1)));
     RowOrder order = m_shown.order;
     PageStart start;

@@ -48,9 +48,9 @@ class StationDatabase;
 // comes (dataChanged). While the scroll bar is dragged only the pages last
 // asked for are read; a read of a page no longer asked for is stopped.
 // Where the engine allows it, rows sorted by a column are sorted once, into
-// a temporary table of their keys by position on that second connection,
-// and every page of that order, and every file of it, is read from it by
-// position.
+// a temporary table of their keys (or, when they are few, of the rows
+// themselves) by position on that second connection, and every page of
+// that order, and every file of it, is read from it by position.
 class LogRowsModel : public QAbstractTableModel
 {
     Q_OBJECT
@@ -81,9 +81,15 @@ public:
     // between the pages (a page asked for stops the step, which is walked
     // again after it).
     static constexpr int MarkRows = 5'000;
+    // The counted rows that an order kept sorted holds copies of, some tens
+    // of MB on the database at most: its pages and files then read them
+    // straight from the copy, as they were when sorted. An order of more
+    // rows holds their keys, and each row is looked up in the log wherever
+    // it lies in its file.
+    static constexpr int CopiedRows = 200'000;
 
     explicit LogRowsModel(int pageRows = PageRows, int markRows = MarkRows,
-                          QObject *parent = nullptr);
+                          int copiedRows = CopiedRows, QObject *parent = nullptr);
 
     // Starts reading the rows of select on the station in their own order:
     // by its columns, then key (a column of the select with one value per
@@ -166,8 +172,10 @@ private:
         RowOrder own;
         RowOrder order;
         QStringList orderFields; // the order's columns as the rows name them
-        // Where the order is kept sorted, on the page reader's connection.
+        // Where the order is kept sorted, on the page reader's connection,
+        // and the columns of the rows it holds copies of (none: keys).
         PositionTable positions = PositionTable::None;
+        QStringList copied = {};
     };
     // Positions: the rows sorted once, and the first page of them, read by
     // the page reader.
@@ -199,6 +207,7 @@ private:
     void tellFailure() const;
 
     const int m_pageRowsWanted;
+    const int m_copiedRows;
     BackgroundQuery m_background;
     Reading m_reading = Reading::Nothing;
     Statement m_asked; // being read in the background

@@ -146,26 +146,31 @@ QString belowThenNull(const QString &select, const QString &key, const RowOrder 
 } // namespace
 
 QStringList positionsFill(PositionTable table, const QString &select, const QString &key,
-                          const RowOrder &order)
+                          const QStringList &copied, const RowOrder &order)
 {
+    const QString kept = copied.isEmpty() ? key + u" AS k"_s : copied.join(u", "_s);
     const QString sorted
-        = u"SELECT "_s + key + u" AS k FROM ("_s + select + u") paged"_s + orderBy(key, order);
+        = u"SELECT "_s + kept + u" FROM ("_s + select + u") paged"_s + orderBy(key, order);
     if (table == PositionTable::RowId)
         return {u"DROP TABLE IF EXISTS temp.quarry_positions"_s,
                 u"CREATE TEMP TABLE quarry_positions AS "_s + sorted};
-    return {u"DROP TEMPORARY TABLE IF EXISTS quarry_positions"_s,
-            u"CREATE TEMPORARY TABLE quarry_positions (pos BIGINT AUTO_INCREMENT PRIMARY KEY) "_s
-                + sorted};
+    return {
+        u"DROP TEMPORARY TABLE IF EXISTS quarry_positions"_s,
+        u"CREATE TEMPORARY TABLE quarry_positions (quarry_pos BIGINT AUTO_INCREMENT PRIMARY KEY) "_s
+            + sorted};
 }
 
-QString positionsPage(PositionTable table, const QString &select, const QString &key, qint64 first,
-                      int rows)
+QString positionsPage(PositionTable table, const QString &select, const QString &key,
+                      const QStringList &copied, qint64 first, int rows)
 {
-    const QString position = table == PositionTable::RowId ? u"p.rowid"_s : u"p.pos"_s;
+    const QString position = table == PositionTable::RowId ? u"p.rowid"_s : u"p.quarry_pos"_s;
     const QString range = rows < 0 ? u" > %1"_s.arg(first)
                                    : u" BETWEEN %1 AND %2"_s.arg(first + 1).arg(first + rows);
+    const QString where = u" WHERE "_s + position + range + u" ORDER BY "_s + position;
+    if (!copied.isEmpty())
+        return u"SELECT "_s + copied.join(u", "_s) + u" FROM quarry_positions p"_s + where;
     return u"SELECT paged.* FROM quarry_positions p JOIN ("_s + select + u") paged ON paged."_s
-        + key + u" = p.k WHERE "_s + position + range + u" ORDER BY "_s + position;
+        + key + u" = p.k"_s + where;
 }
 
 QString orderedSelect(const QString &select, const QString &key, const RowOrder &order)

@@ -51,22 +51,24 @@ struct PageStart
 };
 
 // Where the engine keeps an order sorted once, for pages read by position:
-// a temporary table of the keys (of the connection that sorted), numbered
-// from 1 in the order as it is filled: by SQLite's rowid, by MySQL's and
-// MariaDB's AUTO_INCREMENT.
+// a temporary table of the keys or of the rows themselves (of the
+// connection that sorted), numbered from 1 in the order as it is filled:
+// by SQLite's rowid, by MySQL's and MariaDB's AUTO_INCREMENT.
 enum class PositionTable {
     None, // each page is sorted anew
     RowId,
     AutoIncrement,
 };
 
-// The statements that sort the rows of select in the order into the table.
+// The statements that sort the rows of select in the order into the table:
+// copies of the columns `copied` (as the engine names them), or their keys
+// where there are none.
 QStringList positionsFill(PositionTable table, const QString &select, const QString &key,
-                          const RowOrder &order);
+                          const QStringList &copied, const RowOrder &order);
 // The rows of select at positions first + 1 to first + rows of the table
-// (to the last for -1).
-QString positionsPage(PositionTable table, const QString &select, const QString &key, qint64 first,
-                      int rows);
+// (to the last for -1): the copies where the table holds them.
+QString positionsPage(PositionTable table, const QString &select, const QString &key,
+                      const QStringList &copied, qint64 first, int rows);
 
 // Every row of select in the order.
 QString orderedSelect(const QString &select, const QString &key, const RowOrder &order);

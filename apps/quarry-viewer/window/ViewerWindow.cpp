@@ -43,7 +43,8 @@ const QString MissingOperators
 ViewerWindow::ViewerWindow(const LogCatalogue &catalogue, QWidget *parent)
     : QMainWindow(parent)
     , m_entries(catalogue.entries())
-    , m_model(new LogRowsModel(LogRowsModel::PageRows, LogRowsModel::MarkRows, this))
+    , m_model(new LogRowsModel(LogRowsModel::PageRows, LogRowsModel::MarkRows,
+                               LogRowsModel::CopiedRows, this))
     , m_rows(new LabelledRows(this))
     , m_banner(new StationBanner(catalogue.tables(), this))
 {
