@@ -1,19 +1,17 @@
 // The seal verification log of a station at 1 and 10 million rows in
-// quarry-viewer's table, on the sample schema and its indexes, with dates
-// over seven years, read with the statements its dialog hands back: the
-// first page painted, the end reached (Ctrl+End), the middle reached, the
-// first page after a sort by a column without an index and the page after
-// it, the rows a second of a CSV export of the sorted rows (the sort on the
-// database included) and of their statement alone, every value read (the
-// database's share), the program's resident memory before the CSV export
-// of those rows and its peak while it writes it, the same of their PDF
-// report with its rows a second (-1 beyond a million rows), and the
-// longest time the GUI thread did not answer from the query until the CSV
-// was written (a timer's largest gap between ticks) with the step it fell
-// in, how long the thread ran and waited for a core in it, the longest
-// the program itself held the thread (a gap less the wait for a core), and
-// both for each step. One line per case. Run by
-// hand:
+// quarry-viewer's table, on the sample schema and its indexes, with dates over
+// seven years, read with the statements its dialog hands back: the first page
+// painted, the end reached (Ctrl+End), the middle reached, the first page after
+// a sort by a column without an index and the page after it, the rows a second
+// of a CSV export of the sorted rows (read by position from the table the sort
+// filled) and of their statement alone, every value read (the database's
+// share), the program's resident memory before the CSV export of those rows and
+// its peak while it writes it, the same of their PDF report with its rows a
+// second (-1 beyond a million rows), and the longest time the GUI thread did
+// not answer from the query until the CSV was written (a timer's largest gap
+// between ticks) with the step it fell in, how long the thread ran and waited
+// for a core in it, the longest the program itself held the thread (a gap less
+// the wait for a core), and both for each step. One line per case. Run by hand:
 //   QT_QPA_PLATFORM=offscreen QUARRY_BENCH_ROWS=1000000 nice bench/bench_logrows
 // (the rows of the log; both sizes without QUARRY_BENCH_ROWS; ten million
 // rows need QTEST_FUNCTION_TIMEOUT=3600000, a case taking longer than
