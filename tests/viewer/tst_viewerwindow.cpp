@@ -806,16 +806,12 @@ void TestViewerWindow::sortedOnce()
     };
     QSignalSpy eachPage(&model, &LogRowsModel::sortingEachPage);
     QCOMPARE(readRows(model, database, u"SELECT * FROM PAGED"_s, u"K"_s), QString());
-    QStringList byGroup;
-    for (const Row &row : quarry::test::sealRows(station, u"SELECT K FROM PAGED ORDER BY G, K"_s))
-        byGroup << row[u"k"_s];
-    for (int column : {2, 1}) { // by G, then N
-        model.sort(column, Qt::AscendingOrder);
-        // While the rows are sorted anew, a file reads those on view.
-        if (column == 1)
-            QCOMPARE(streamed(38), byGroup.mid(38) << QString());
-        QVERIFY(QTest::qWaitFor([&model] { return !model.isBusy(); }, test::WaitLimit));
-    }
+    model.sort(2, Qt::AscendingOrder); // by G
+    QVERIFY(QTest::qWaitFor([&model] { return !model.isBusy(); }, test::WaitLimit));
+    const QStringList byGroup{key(model, 38), key(model, 39), QString()};
+    model.sort(1, Qt::AscendingOrder); // by N: meanwhile a file reads the rows on view
+    QCOMPARE(streamed(38), byGroup);
+    QVERIFY(QTest::qWaitFor([&model] { return !model.isBusy(); }, test::WaitLimit));
     station.changeSeal(u"UPDATE PAGED SET N = 100 - N;\n"_s);
     const QStringList shown{key(model, 3), key(model, 20), key(model, 39)};
     QCOMPARE(shown == QStringList({byNumber[3][u"k"_s], byNumber[20][u"k"_s], byNumber[39][u"k"_s]}), !refused);
