@@ -306,7 +306,7 @@ bool LogQueryDialog::isCancelKeyHere(const QKeyEvent &key) const
 {
     switch (m_cancelKeys) {
     case CancelKeys::None:
-        return false;
+        break;
     case CancelKeys::Escape:
         return key.key() == Qt::Key_Escape;
     case CancelKeys::KeypadMultiply:
