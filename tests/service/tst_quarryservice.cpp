@@ -218,7 +218,8 @@ private Q_SLOTS:
         parent("parent window: upper case", u"X11:400006"_s, u"\"X11:400006\""_s);
         parent("parent window: a blank first", u" x11:1"_s, u"\" x11:1\""_s);
         parent("parent window: past 32 bits", u"x11:100000000"_s, u"\"x11:100000000\""_s);
-        parent("parent window: a long one, cut short", u"x11:"_s + QString(100000, u'f'), u"\"x11:%1…\" (100004 characters)"_s.arg(QString(36, u'f')));
+        parent("parent window: 40 characters, shown whole", u"x11:"_s + QString(36, u'f'), u"\"x11:%1\""_s.arg(QString(36, u'f')));
+        parent("parent window: 41 characters, cut short", u"x11:"_s + QString(37, u'f'), u"\"x11:%1…\" (41 characters)"_s.arg(QString(36, u'f')));
         const auto token = [&](const char *tag, const QVariant &value, const QString &said) {
             QTest::newRow(tag) << u"showDate"_s << QVariantList{QString(), QVariantMap{{u"handle_token"_s, value}}} << invalid + u"showDate: handle_token "_s + said;
         };
@@ -305,6 +306,7 @@ private Q_SLOTS:
         QCOMPARE(refused.errorName() + u": "_s + refused.errorMessage(), u"org.quarry.Quarry1.Error.TooManyDialogs: showDate: 2 dialogs are open, the most this service shows at once; call again when one has closed"_s);
         QTest::qWait(int(2 * Idle.count()));
         QVERIFY(!responseTo(firstPath) && !responseTo(otherPath));
+        QCOMPARE(call(m_client, u"Close"_s, {}, firstPath + u'x', u"org.quarry.Quarry1.Request"_s).errorName(), u"org.freedesktop.DBus.Error.UnknownObject"_s);
         QCOMPARE(call(m_client, u"Close"_s, {}, firstPath, u"org.quarry.Quarry1.Request"_s).type(), QDBusMessage::ReplyMessage);
         QFile(go).open(QIODevice::WriteOnly);
         QVERIFY2(QTest::qWaitFor([&] { return responseTo(otherPath).has_value(); }, test::WaitLimit), "the other caller's Response");
