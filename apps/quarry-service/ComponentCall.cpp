@@ -28,14 +28,14 @@ QMetaMethod componentMember(const QString &name, qsizetype parameterCount)
     return {};
 }
 
-// Arrays and variants arrive wrapped; everything else is already of its
-// parameter's type, the call's signature having been checked.
-QVariant unwrapped(const QVariant &value, QMetaType type)
+// Variants and code lists arrive wrapped; everything else, the string lists
+// among them, is already of its parameter's type, the call's signature
+// having been checked.
+QVariant unwrapped(const QVariant &value)
 {
     if (value.metaType() == QMetaType::fromType<QDBusVariant>())
         return value.value<QDBusVariant>().variant();
-    if (value.metaType() == QMetaType::fromType<QDBusArgument>()
-        && type == QMetaType::fromType<QList<qint16>>())
+    if (value.metaType() == QMetaType::fromType<QDBusArgument>())
         return QVariant::fromValue(qdbus_cast<QList<qint16>>(value));
     return value;
 }
@@ -134,8 +134,8 @@ std::optional<ComponentCall> ComponentCall::make(const QString &member,
         *error = u"CQuarry has no member %1 of %2 arguments"_s.arg(member).arg(values.size());
         return std::nullopt;
     }
-    for (int i = 0; i < values.size(); ++i)
-        values[i] = unwrapped(values[i], method.parameterMetaType(i));
+    for (QVariant &value : values)
+        value = unwrapped(value);
     *error = unpairedList(arguments, values);
     if (!error->isEmpty())
         return std::nullopt;
