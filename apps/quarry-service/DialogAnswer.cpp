@@ -69,11 +69,8 @@ QByteArray DialogAnswer::toJson() const
 
 std::optional<DialogAnswer> DialogAnswer::fromJson(const QByteArray &text)
 {
-    QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(text, &error);
-    if (error.error != QJsonParseError::NoError || !document.isObject())
-        return std::nullopt;
-    const QJsonObject object = document.object();
+    // Text that is no JSON object gives an empty one, which names no outcome.
+    const QJsonObject object = QJsonDocument::fromJson(text).object();
     const auto form = std::find_if(Forms.cbegin(), Forms.cend(), [&](const OutcomeForm &f) {
         return object["outcome"_L1] == f.name;
     });
