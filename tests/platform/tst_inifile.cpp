@@ -172,11 +172,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("expected"); // below the test folder
 
         QTest::newRow("bare name, other case") << u"CONVERT.INI"_s << u"/system/Convert.ini"_s;
-        QTest::newRow("missing file") << u"OTHER.INI"_s << u"/system/OTHER.INI"_s;
         QTest::newRow("relative path") << u"SUB\\A.INI"_s << u"/system/sub/a.ini"_s;
         QTest::newRow("drive path") << u"C:\\SEAL\\SEAL.INI"_s << u"/drives/c/seal/seal.ini"_s;
         QTest::newRow("missing folder") << u"C:\\NONE\\SEAL.INI"_s << u"/drives/c/NONE/SEAL.INI"_s;
         QTest::newRow("bare drive") << u"c:seal.ini"_s << u"/drives/c/seal.ini"_s;
+        QTest::newRow("a drive alone") << u"C:"_s << u"/drives/c"_s;
+        QTest::newRow("a colon after no letter") << u"1:A.INI"_s << u"/system/1:A.INI"_s;
         QTest::newRow("dots, doubled and trailing backslashes") << u"c:\\..\\x\\.\\\\..\\SEAL\\\\"_s << u"/drives/c/seal"_s;
         QTest::newRow("local path upper-cased") << u"@/LIB/A.INI"_s << u"/lib/a.ini"_s;
     }
