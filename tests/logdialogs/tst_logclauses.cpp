@@ -39,10 +39,11 @@ QString cheques(const QString &begin, const QString &end, qint32 length, QChar h
     return range.endBeforeBegin() ? u"!"_s : range.begin + u'|' + range.end;
 }
 
-// "legend|description of typed", or the error number.
+// "legend|description of typed", or the error number. A host's code array
+// may be longer than its descriptions.
 QString codes(qint32 count, const QString &typed)
 {
-    const CodeList list{{1, 2, 3}, {u"增加行员"_s, u"删除行员"_s, u"变更行员权限"_s}};
+    const CodeList list{{1, 2, 3, 4}, {u"增加行员"_s, u"删除行员"_s, u"变更行员权限"_s}};
     try {
         return list.legend(count) + u'|' + list.describe(typed, count).value_or(u"-"_s);
     } catch (const QuarryError &error) {
@@ -80,7 +81,7 @@ private Q_SLOTS:
         QTest::newRow("codes: no count") << codes(0, u"1"_s) << u"|-"_s;
         QTest::newRow("codes: leading number of the text") << codes(3, u" 3a"_s) << u"1: 增加行员  2: 删除行员  3: 变更行员权限  |变更行员权限"_s;
         QTest::newRow("codes: no number is code 0") << codes(3, u"x"_s) << u"1: 增加行员  2: 删除行员  3: 变更行员权限  |-"_s;
-        QTest::newRow("codes: count beyond the arrays") << codes(4, u"1"_s) << u"error 9"_s;
+        QTest::newRow("codes: count beyond the descriptions, not the codes") << codes(4, u"1"_s) << u"error 9"_s;
 
         // Seal verification: teller, account, seal card, method, result, cheques, dates.
         QTest::newRow("YY: sub-branch list, result only") << yyLogClause({{}, {}, u"%"_s, {}, u"不通过"_s, {u"0"_s, u"z"_s}, January}, u"( wdh in ('110100','110101'))"_s, SqlDialect::Access) << u" where Opcode Like '%' And ACCNO  LIKE  '%' And Opdate Between '2009-01-01' And '2009-01-31' and chequeno between '0' and 'z' and  ( wdh in ('110100','110101')) and Result='不通过'"_s;
