@@ -371,7 +371,8 @@ private Q_SLOTS:
     }
 
     // A dialog process takes only values of each parameter's type: the
-    // unused variants of showComplexEx come as null, a flag as true or false.
+    // unused variants of showComplexEx come as null, a flag as true or false,
+    // a number in its type's range.
     void callReadByTheDialog_data()
     {
         QTest::addColumn<QByteArray>("call");
@@ -379,14 +380,19 @@ private Q_SLOTS:
 
         QTest::newRow("a number for a variant") << QByteArray(R"({"member": "showComplexEx", "arguments": ["YJREQLOG", 1, null, null]})") << u"showComplexEx: argument 2 is not a QVariant"_s;
         QTest::newRow("a number for a flag") << QByteArray(R"({"member": "showComplex", "arguments": ["YYRZ", [], [], [], [], 0, 0, 0, 0, 0, true, 1, false]})") << u"showComplex: argument 12 is not a bool"_s;
+        QTest::newRow("the least int") << QByteArray(R"({"member": "showClerk", "arguments": [-2147483648]})") << QString();
+        QTest::newRow("below the least int") << QByteArray(R"({"member": "showClerk", "arguments": [-2147483649]})") << u"showClerk: argument 1 is not a int"_s;
+        QTest::newRow("the greatest short, in a code list") << QByteArray(R"({"member": "showComplex", "arguments": ["YYRZ", [32767], [], [], [], 0, 0, 0, 0, 0, true, true, false]})") << QString();
+        QTest::newRow("above the greatest short") << QByteArray(R"({"member": "showComplex", "arguments": ["YYRZ", [32768], [], [], [], 0, 0, 0, 0, 0, true, true, false]})") << u"showComplex: argument 2 is not a QList<short>"_s;
     }
 
     void callReadByTheDialog()
     {
         QFETCH(QByteArray, call);
         QString error;
-        QVERIFY(!service::ComponentCall::fromJson(QJsonDocument::fromJson(call).object(), &error));
+        const bool read = service::ComponentCall::fromJson(QJsonDocument::fromJson(call).object(), &error).has_value();
         QTEST(error, "error");
+        QCOMPARE(read, error.isEmpty());
     }
 
     // Dialogs with an owner, and all while there is no host window, get their
