@@ -785,7 +785,8 @@ void TestViewerWindow::sortedOnce()
     QFETCH(int, n3);
     QUARRY_REQUIRE_ENGINE(engine);
     OwnStation paged(engine, pagedTable(engine));
-    auto &[station, database] = paged;
+    SampleStation &station = paged.station;
+    StationDatabase &database = paged.database; // captured below, which clang 14 refuses of a binding
     const QList<Row> byNumber = quarry::test::sealRows(station, u"SELECT K FROM PAGED ORDER BY N"_s);
     QSqlQuery grants(database.database());
     // Connections opened from now on go without the right.
