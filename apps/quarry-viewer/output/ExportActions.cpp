@@ -35,6 +35,14 @@ QString exporting(qint64 rows)
     return u"正在导出 %1 行…"_s.arg(rows);
 }
 
+// The model's rows, read from the station, only those cells of them where
+// given.
+RowSource stationRows(const StationDatabase &station, const LogRowsModel::Part &rows,
+                      const std::optional<SelectedCells> &cells = std::nullopt)
+{
+    return {station.opener(), rows.select, station.describe(), cells, rows.firstRow, rows.lender};
+}
+
 } // namespace
 
 ExportActions::ExportActions(const StationDatabase &database, const LogRowsModel &model,
@@ -200,16 +208,14 @@ ExportActions::RowWriter ExportActions::workbook(const QString &path) const
 
 RowSource ExportActions::shownRows() const
 {
-    const LogRowsModel::Part rows = m_model.statement(0, -1);
-    return {m_database.opener(), rows.select, m_database.describe(), std::nullopt, 0, rows.lender};
+    return stationRows(m_database, m_model.statement(0, -1));
 }
 
 RowSource ExportActions::selectionSource(const SelectedCells &cells) const
 {
-    const LogRowsModel::Part rows
-        = m_model.statement(cells.firstRow(), cells.lastRow() - cells.firstRow() + 1);
-    return {m_database.opener(), rows.select, m_database.describe(), cells,
-            rows.firstRow,       rows.lender};
+    return stationRows(m_database,
+                       m_model.statement(cells.firstRow(), cells.lastRow() - cells.firstRow() + 1),
+                       cells);
 }
 
 bool ExportActions::exported(const QString &fault, const QString &done,

@@ -115,7 +115,7 @@ void BackgroundQuery::run(const QString &select, int maxRows, const QStringList 
                               });
 }
 
-void BackgroundQuery::lend(Loan loan)
+void BackgroundQuery::lend(Loan loan) const
 {
     QMetaObject::invokeMethod(
         m_onThread, [this, interrupt = m_interrupt, opener = m_opener, loan = std::move(loan)] {
@@ -176,7 +176,7 @@ QString BackgroundQuery::kill(const std::shared_ptr<QueryInterrupt> &interrupt,
 // On the thread: the connection for interrupt's statements, opened if need
 // be; "" when it is open, else why not.
 QString BackgroundQuery::open(const std::shared_ptr<QueryInterrupt> &interrupt,
-                              const Opener &opener)
+                              const Opener &opener) const
 {
     if (m_connection->interrupt == interrupt)
         return {};

@@ -60,7 +60,7 @@ public:
     // Runs loan on the thread after the statement running, with the
     // connection that keeps what the statements before made (such as a
     // temporary table); the statements asked for meanwhile wait for it.
-    void lend(Loan loan);
+    void lend(Loan loan) const;
     // Stops the running statement, which tells nothing.
     void stop();
     // Stops the running statement, which then tells finished() with
@@ -76,7 +76,7 @@ Q_SIGNALS:
 private:
     struct Connection;
 
-    QString open(const std::shared_ptr<QueryInterrupt> &interrupt, const Opener &opener);
+    QString open(const std::shared_ptr<QueryInterrupt> &interrupt, const Opener &opener) const;
     QueryResult read(const std::shared_ptr<QueryInterrupt> &interrupt, const Opener &opener,
                      const QStringList &statements, int maxRows, quint64 ticket);
     void interrupt(quint64 ticket, bool tellFailure);

@@ -233,7 +233,7 @@ QString LogRowsModel::statement() const
 LogRowsModel::Part LogRowsModel::statement(qint64 first, int rows) const
 {
     if (m_shown.positions != PositionTable::None && m_reading != Reading::Positions) {
-        auto *reader = const_cast<BackgroundQuery *>(&m_pageReader);
+        const BackgroundQuery *reader = &m_pageReader;
         return {positionsPage(m_shown.positions, m_shown.select, m_shown.key, m_shown.copied, first,
                               rows),
                 first, [reader](BackgroundQuery::Loan loan) { reader->lend(std::move(loan)); }};

@@ -29,7 +29,8 @@ constexpr auto GoOnEvery = std::chrono::milliseconds(25);
 
 } // namespace
 
-// What the stream and its reading share.
+// What the stream and its reading share, and the reading, on the thread
+// that owns the connection.
 struct RowStream::Channel
 {
     Channel(const std::optional<SelectedCells> &selected, qint64 firstRow)
@@ -37,6 +38,17 @@ struct RowStream::Channel
         , firstRow(firstRow)
     {
     }
+
+    // Reads select on database (invalid when it could not be opened, for
+    // the fault) to its end.
+    void read(const QSqlDatabase &database, const QString &fault, const QString &select);
+    QSqlError readOn(const QSqlDatabase &database, const QString &select);
+    template<typename Rows>
+    QSqlError readThrough(const QSqlDatabase &database, const QString &select);
+    // Hands the rows that fetch gives over in batches (of the selected
+    // cells alone, where the source has a selection), until it gives no
+    // more, the selection's last row is passed or the stream is stopped.
+    void handOver(const std::function<bool(QVariantList &)> &fetch);
 
     QueryInterrupt interrupt;
     const std::optional<SelectedCells> selected;
@@ -57,7 +69,7 @@ RowStream::RowStream(const RowSource &source)
     BackgroundQuery::Loan read
         = [channel = m_channel, select = source.select](const QSqlDatabase &database,
                                                         const QString &fault) {
-              RowStream::read(*channel, database, fault, select);
+              channel->read(database, fault, select);
           };
     if (source.lender) {
         source.lender(std::move(read));
@@ -133,50 +145,47 @@ void RowStream::stop()
         m_channel->interrupt.kill(Ticket, killer.database());
 }
 
-// On the thread that owns database (invalid when it could not be opened,
-// for the fault).
-void RowStream::read(Channel &channel, const QSqlDatabase &database, const QString &fault,
-                     const QString &select)
+void RowStream::Channel::read(const QSqlDatabase &database, const QString &fault,
+                              const QString &select)
 {
-    const QSqlError error = fault.isEmpty()
-        ? readOn(channel, database, select)
+    const QSqlError failed = fault.isEmpty()
+        ? readOn(database, select)
         : QSqlError(fault, QString(), QSqlError::ConnectionError);
-    std::lock_guard lock(channel.mutex);
-    if (!channel.stopped)
-        channel.error = error;
-    channel.ended = true;
-    channel.changed.notify_all();
+    std::lock_guard lock(mutex);
+    if (!stopped)
+        error = failed;
+    ended = true;
+    changed.notify_all();
 }
 
 // Through SqliteRows or MariaDbRows, made once the statement may start.
 template<typename Rows>
-QSqlError RowStream::readThrough(Channel &channel, const QSqlDatabase &database,
-                                 const QString &select)
+QSqlError RowStream::Channel::readThrough(const QSqlDatabase &database, const QString &select)
 {
-    if (!channel.interrupt.started(QSqlQuery(database), Ticket))
+    if (!interrupt.started(QSqlQuery(database), Ticket))
         return {};
     Rows rows(database, select);
-    handOver(channel, [&rows](QVariantList &row) { return rows.next(row); });
+    handOver([&rows](QVariantList &row) { return rows.next(row); });
     return rows.error();
 }
 
 // SQLite and MySQL are read through their own libraries, which neither
 // keep a copy of each row nor (MySQL) the whole result in memory.
-QSqlError RowStream::readOn(Channel &channel, const QSqlDatabase &database, const QString &select)
+QSqlError RowStream::Channel::readOn(const QSqlDatabase &database, const QString &select)
 {
-    channel.interrupt.watch(database);
-    QSqlError error;
+    interrupt.watch(database);
+    QSqlError failed;
     if (database.driverName() == "QSQLITE"_L1) {
-        error = readThrough<SqliteRows>(channel, database, select);
+        failed = readThrough<SqliteRows>(database, select);
     } else if (database.driverName() == "QMYSQL"_L1) {
-        error = readThrough<MariaDbRows>(channel, database, select);
+        failed = readThrough<MariaDbRows>(database, select);
     } else {
         QSqlQuery query(database);
         query.setForwardOnly(true);
         // ODBC's statement handle, which its cancel needs, comes with prepare().
-        if (query.prepare(select) && channel.interrupt.started(query, Ticket) && query.exec()) {
+        if (query.prepare(select) && interrupt.started(query, Ticket) && query.exec()) {
             const int columns = query.record().count();
-            handOver(channel, [&query, columns](QVariantList &row) {
+            handOver([&query, columns](QVariantList &row) {
                 if (!query.next())
                     return false;
                 row.reserve(columns);
@@ -185,24 +194,24 @@ QSqlError RowStream::readOn(Channel &channel, const QSqlDatabase &database, cons
                 return true;
             });
         }
-        error = query.lastError();
+        failed = query.lastError();
     }
-    channel.interrupt.finished();
-    return error;
+    interrupt.finished();
+    return failed;
 }
 
-void RowStream::handOver(Channel &channel, const std::function<bool(QVariantList &)> &fetch)
+void RowStream::Channel::handOver(const std::function<bool(QVariantList &)> &fetch)
 {
     QList<QVariantList> batch;
-    qint64 at = channel.firstRow; // the table's row that fetch gives next
+    qint64 at = firstRow; // the table's row that fetch gives next
     QVariantList cells;
     bool more = true;
     while (more) {
         QVariantList row;
         more = fetch(row);
-        if (more && channel.selected) {
-            more = at <= channel.selected->lastRow();
-            if (more && channel.selected->take(int(at), row, cells))
+        if (more && selected) {
+            more = at <= selected->lastRow();
+            if (more && selected->take(int(at), row, cells))
                 batch.append(std::exchange(cells, {}));
             ++at;
         } else if (more) {
@@ -210,15 +219,13 @@ void RowStream::handOver(Channel &channel, const std::function<bool(QVariantList
         }
         if (batch.size() < BatchRows && more)
             continue;
-        std::unique_lock lock(channel.mutex);
-        channel.changed.wait(lock, [&channel] {
-            return channel.stopped || channel.batches.size() < BatchesHeld;
-        });
-        if (channel.stopped)
+        std::unique_lock lock(mutex);
+        changed.wait(lock, [this] { return stopped || batches.size() < BatchesHeld; });
+        if (stopped)
             return;
         if (!batch.isEmpty())
-            channel.batches.append(std::exchange(batch, {}));
-        channel.changed.notify_all();
+            batches.append(std::exchange(batch, {}));
+        changed.notify_all();
     }
 }
 

@@ -12,7 +12,6 @@
 #include <memory>
 #include <optional>
 
-class QSqlDatabase;
 class QThread;
 
 namespace quarry::viewer {
@@ -61,16 +60,6 @@ public:
 private:
     struct Channel;
 
-    static void read(Channel &channel, const QSqlDatabase &database, const QString &fault,
-                     const QString &select);
-    static QSqlError readOn(Channel &channel, const QSqlDatabase &database, const QString &select);
-    template<typename Rows>
-    static QSqlError readThrough(Channel &channel, const QSqlDatabase &database,
-                                 const QString &select);
-    // Hands the rows that fetch gives over in batches (of the selected
-    // cells alone, where the source has a selection), until it gives no
-    // more, the selection's last row is passed or the stream is stopped.
-    static void handOver(Channel &channel, const std::function<bool(QVariantList &)> &fetch);
     void stop();
 
     const QString m_station;
