@@ -104,11 +104,15 @@ void BackgroundQuery::run(const QString &select, int maxRows, const QStringList 
                                       = read(interrupt, opener, statements, maxRows, ticket);
                                   QMetaObject::invokeMethod(
                                       this,
-                                      [this, ticket, result = std::move(result)] {
+                                      [this, ticket, interrupt,
+                                       result = std::move(result)]() mutable {
                                           // A statement asked for later has taken this one's place.
                                           if (ticket != m_ticket)
                                               return;
                                           m_running = 0;
+                                          // Cancelled after it ended, before it was told: what
+                                          // was cancelled is not shown either.
+                                          result.cancelled = interrupt->isStopped(ticket);
                                           Q_EMIT finished(result);
                                       },
                                       Qt::QueuedConnection);

@@ -63,8 +63,9 @@ public:
     void lend(Loan loan) const;
     // Stops the running statement, which tells nothing.
     void stop();
-    // Stops the running statement, which then tells finished() with
-    // cancelled set; stopFailed() tells when it could not be told to stop.
+    // Stops the running statement, or one that has ended but not yet told,
+    // which then tells finished() with cancelled set; stopFailed() tells
+    // when it could not be told to stop.
     void cancel();
     bool isRunning() const { return m_running != 0; }
 
