@@ -42,9 +42,9 @@ QString copyCells(const LabelledRows &rows, const RowSource &source, bool withTi
             qint64 read = 0;
             bool stopped = false;
             const auto goOn = [&] { return stopped = !told(read), !stopped; };
-            for (QList<QVariantList> batch = stream.next(goOn); !batch.isEmpty();
-                 batch = stream.next(goOn)) {
-                for (QVariantList &cells : batch) {
+            for (QList<QVariantList> *batch = &stream.next(goOn); !batch->isEmpty();
+                 batch = &stream.next(goOn)) {
+                for (QVariantList &cells : *batch) {
                     for (qsizetype c = 0; c < cells.size(); ++c)
                         cells[c] = labels.labelled(columns.value(c), cells[c]);
                     copied += line(cells);

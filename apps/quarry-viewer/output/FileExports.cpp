@@ -44,9 +44,9 @@ QString writeCsvRows(const QString &path, const ColumnLabels &labels, const RowS
     bool stopped = false;
     const auto goOn = [&] { return stopped = !progress(written), !stopped; };
     RowStream stream(source);
-    for (QList<QVariantList> batch = stream.next(goOn); !batch.isEmpty() && !stopped;
-         batch = stream.next(goOn)) {
-        for (QVariantList &row : batch) {
+    for (QList<QVariantList> *batch = &stream.next(goOn); !batch->isEmpty() && !stopped;
+         batch = &stream.next(goOn)) {
+        for (QVariantList &row : *batch) {
             // A stop leaves no half file behind.
             if (written % CsvProgressEvery == 0 && !goOn())
                 break;

@@ -293,19 +293,19 @@ QString writeXlsx(const QString &path, const LabelledRows &rows, const RowSource
     return runBeside(
         [&](const Progress &told) {
             RowStream stream(source);
-            QList<QVariantList> batch;
+            const QList<QVariantList> *batch = nullptr;
             qsizetype at = 0;
             qint64 given = 0;
             bool stopped = false;
             const auto goOn = [&] { return stopped = !told(given), !stopped; };
             const auto next = [&](Row &row) {
-                if (at == batch.size()) {
-                    batch = stream.next(goOn);
+                if (!batch || at == batch->size()) {
+                    batch = &stream.next(goOn);
                     at = 0;
-                    if (batch.isEmpty())
+                    if (batch->isEmpty())
                         return stopped || !stream.failure().isEmpty() ? Next::Stop : Next::End;
                 }
-                const QVariantList &values = batch[at++];
+                const QVariantList &values = (*batch)[at++];
                 row.clear();
                 for (qsizetype c = 0; c < values.size(); ++c)
                     row.append({values[c], labels.labelled(column(c), values[c]),

@@ -50,9 +50,10 @@ public:
     RowStream &operator=(const RowStream &) = delete;
 
     // The next rows, waited for while goOn() (asked every 25 ms)
-    // says so. Empty at the end, after a fault (failure()) or when
-    // goOn() said no (the statement is then stopped).
-    QList<QVariantList> next(const std::function<bool()> &goOn);
+    // says so, and kept by the stream until the next call. Empty at the
+    // end, after a fault (failure()) or when goOn() said no (the statement
+    // is then stopped).
+    QList<QVariantList> &next(const std::function<bool()> &goOn);
     // The fault of the statement in the operator's words, naming the
     // station; "" while there is none.
     QString failure() const;
@@ -68,6 +69,7 @@ private:
     // stream has gone.
     const std::shared_ptr<Channel> m_channel;
     std::unique_ptr<QThread> m_thread; // none on a lent connection
+    QList<QVariantList> m_given;
 };
 
 } // namespace quarry::viewer
