@@ -104,15 +104,15 @@ void BackgroundQuery::run(const QString &select, int maxRows, const QStringList 
                                       = read(interrupt, opener, statements, maxRows, ticket);
                                   QMetaObject::invokeMethod(
                                       this,
-                                      [this, ticket, interrupt,
-                                       result = std::move(result)]() mutable {
+                                      [this, ticket, result = std::move(result)]() mutable {
                                           // A statement asked for later has taken this one's place.
                                           if (ticket != m_ticket)
                                               return;
                                           m_running = 0;
                                           // Cancelled after it ended, before it was told: what
                                           // was cancelled is not shown either.
-                                          result.cancelled = interrupt->isStopped(ticket);
+                                          result.cancelled
+                                              = result.cancelled || ticket == m_cancelled;
                                           Q_EMIT finished(result);
                                       },
                                       Qt::QueuedConnection);
@@ -136,8 +136,10 @@ void BackgroundQuery::stop()
 
 void BackgroundQuery::cancel()
 {
-    if (m_running)
+    if (m_running) {
         interrupt(m_running, true);
+        m_cancelled = m_running;
+    }
 }
 
 void BackgroundQuery::stopRunning()

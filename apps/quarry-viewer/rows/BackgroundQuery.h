@@ -95,8 +95,9 @@ private:
     std::unique_ptr<DbConnection> m_killer; // used on the kill thread alone
     Opener m_opener;
     std::shared_ptr<QueryInterrupt> m_interrupt;
-    quint64 m_ticket = 0;  // of the last statement asked for
-    quint64 m_running = 0; // its ticket until it has told
+    quint64 m_ticket = 0;    // of the last statement asked for
+    quint64 m_running = 0;   // its ticket until it has told
+    quint64 m_cancelled = 0; // the last ticket cancel() stopped
 };
 
 } // namespace quarry::viewer

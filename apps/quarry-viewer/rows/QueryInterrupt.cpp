@@ -44,6 +44,7 @@ bool QueryInterrupt::started(const QSqlQuery &query, quint64 ticket)
 {
     // The ODBC driver's result handle is the statement's.
     void *statement = m_odbc ? pointer(query.result()->handle()) : nullptr;
+    std::lock_guard killing(m_killing);
     std::lock_guard lock(m_mutex);
     if (ticket <= m_stoppedUpTo)
         return false;
@@ -81,11 +82,16 @@ bool QueryInterrupt::interrupt(quint64 ticket)
 
 QString QueryInterrupt::kill(quint64 ticket, const QSqlDatabase &killer)
 {
-    std::lock_guard lock(m_mutex);
-    if (m_running == 0 || m_running > ticket)
-        return {};
+    std::lock_guard killing(m_killing);
+    qint64 thread = 0;
+    {
+        std::lock_guard lock(m_mutex);
+        if (m_running == 0 || m_running > ticket)
+            return {};
+        thread = m_mySqlThread;
+    }
     QSqlQuery kill(killer);
-    return kill.exec(u"KILL QUERY %1"_s.arg(m_mySqlThread)) ? QString() : kill.lastError().text();
+    return kill.exec(u"KILL QUERY %1"_s.arg(thread)) ? QString() : kill.lastError().text();
 }
 
 } // namespace quarry::viewer

@@ -37,6 +37,11 @@ public:
     bool isStopped(quint64 ticket);
 
 private:
+    // Held while a kill goes to the server, which kills whatever statement
+    // then runs on the connection: one that starts meanwhile waits for it.
+    // Interrupts (from the GUI thread) do not, nor does the end of the
+    // statement.
+    std::mutex m_killing;
     std::mutex m_mutex;
     quint64 m_stoppedUpTo = 0;
     quint64 m_running = 0;           // the ticket of the running statement, 0 for none
