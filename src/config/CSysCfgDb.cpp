@@ -37,7 +37,7 @@ void checkIndex(qint16 index, const QString &operation)
 QString itemAt(const QStringList &items, qint16 index, const QString &operation)
 {
     checkIndex(index, operation);
-    return index < items.size() ? items.at(index) : QString();
+    return items.value(index); // empty past the end
 }
 
 QString describe(const QStringList &values, const QStringList &descriptions, const QString &id)
