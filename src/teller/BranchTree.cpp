@@ -12,10 +12,10 @@ namespace {
 // row may spell its parent differently from the code that found it.
 QString comparable(const QString &code)
 {
-    qsizetype end = code.size();
-    while (end > 0 && code.at(end - 1) == u' ')
-        --end;
-    return code.first(end).toCaseFolded();
+    QStringView kept(code);
+    while (kept.endsWith(u' '))
+        kept.chop(1);
+    return kept.toString().toCaseFolded();
 }
 
 // The branches met so far, numbered in the order they were met, and the
