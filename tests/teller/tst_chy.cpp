@@ -147,6 +147,7 @@ private slots:
                                    hy.HyTypeName, hy.Wdh, QString::number(hy.Allownum), hy.qysj, hy.Zxsj, hy.PwdExpDate,
                                    QString::number(hy.IsAudit), QString::number(hy.GetOpType), QString::number(hy.GetIfConfirm)}.join(u'|');
             });
+            row("teller unknown", u"False"_s, [](H hy) { return boolText(hy.GetHyInfoByHydh(u"9999"_s)); });
             const auto fenhang = [](H hy) { return boolText(hy.isFenhang()); };
             row("first-level branch", u"True"_s, fenhang, {}, "[BANKPARAM]\nDEPARTID=110300\n");
             row("head office", u"False"_s, fenhang, {}, "[BANKPARAM]\nDEPARTID=110000\n");
