@@ -81,7 +81,8 @@ QString describe(QWidget *dialog)
     for (const QString &name : {u"lblWDH"_s, u"txtWdh"_s, u"chkSub"_s, u"TxtYJKNumber"_s,
                                 u"maskBeginTime"_s, u"Label1"_s, u"ComPjsbResult"_s}) {
         if (QWidget *w = dialog->findChild<QWidget *>(name))
-            parts.append(name + (!w->isVisible() ? u" hidden"_s : w->isEnabled() ? u" on"_s : u" off"_s));
+            parts.append(name + (!w->isVisible() ? u" hidden"_s : w->isEnabled() ? u" on"_s : u" off"_s)
+                         + (w->palette().color(QPalette::Active, QPalette::Text) == w->palette().color(QPalette::Disabled, QPalette::Text) ? u" grey text"_s : u""_s));
     }
     for (const QString &name : {u"TxtHy"_s, u"TxtAccNo"_s, u"TxtCha"_s, u"TxtBZP"_s, u"TxtEZP"_s}) {
         if (auto *box = dialog->findChild<QLineEdit *>(name))
@@ -128,7 +129,7 @@ private Q_SLOTS:
 
         QTest::newRow("YWRZ, everything offered, profile 65") << u"YWRZ+wdh+yjk"_s << u"Vefos"_s << u"frmYWLog | 业务日志查询 | lblWDH on | txtWdh on | chkSub on | TxtYJKNumber on | TxtHy=4 | TxtAccNo=10 | comOpType=:,自动验印:1,人工验印:2@-1 | BtnOk=确定 | BtnCancel=取消"_s;
         QTest::newRow("YWRZ, nothing offered") << u"YWRZ"_s << u"Vefos"_s << u"frmYWLog | 业务日志查询 | lblWDH hidden | txtWdh hidden | chkSub hidden | TxtYJKNumber off | TxtHy=4 | TxtAccNo=10 | comOpType=:,自动验印:1,人工验印:2@-1 | BtnOk=确定 | BtnCancel=取消"_s;
-        QTest::newRow("YYRZ, branch without sub-branches") << u"YYRZ+wdh"_s << QString() << u"frmYYLog | 复合查询 | lblWDH on | txtWdh on | chkSub hidden | TxtYJKNumber off | TxtHy=4 | TxtAccNo=10 | TxtBZP=8 | TxtEZP=8 | cmbOpType=:,自动验印:1,人工验印:2@-1 | cmbOpResult=:,通过:0,不通过:1@-1 | BtnOk=确定 | BtnCancel=取消"_s;
+        QTest::newRow("YYRZ, branch without sub-branches") << u"YYRZ+wdh"_s << QString() << u"frmYYLog | 复合查询 | lblWDH on | txtWdh on | chkSub hidden | TxtYJKNumber off grey text | TxtHy=4 | TxtAccNo=10 | TxtBZP=8 | TxtEZP=8 | cmbOpType=:,自动验印:1,人工验印:2@-1 | cmbOpResult=:,通过:0,不通过:1@-1 | BtnOk=确定 | BtnCancel=取消"_s;
         QTest::newRow("HYRZ, profile 65") << u"HYRZ+wdh+yjk"_s << u"Vefos"_s << u"frmHYLog | 复合查询 | lblWDH on | txtWdh on | chkSub on | TxtHy=4 | TxtCha=4 | Label3=1: 自动验印  2: 人工验印   | BtnOk=确定 | BtnCancel=取消"_s;
         QTest::newRow("SJRZ, no sub-branch box") << u"SJRZ+wdh"_s << u"Vefos"_s << u"frmSJLog | 复合查询 | lblWDH on | txtWdh on | TxtHy=4 | Label5=1: 自动验印  2: 人工验印   | BtnOk=确定 | BtnCancel=取消"_s;
         QTest::newRow("ZGSQRZ") << u"ZGSQRZ+wdh+yjk"_s << QString() << u"frmZGSQLog | 复合查询 | TxtCha=4 | ComSQLX=:,自动验印:1,人工验印:2@-1 | Command1=确  定 | Command2=取  消"_s;
