@@ -27,8 +27,6 @@ public:
     void close();
 
     int recordCount() const { return m_columnCount ? int(m_values.size() / m_columnCount) : 0; }
-    // True when there are no rows (the set is read forward from its first row).
-    bool bof() const { return recordCount() == 0; }
     bool eof() const { return m_row >= recordCount(); }
     // The current row's field as text ("" for NULL; dates as yyyy-mm-dd,
     // times as hh:mm:ss). Throws QuarryError when there is no such field or
