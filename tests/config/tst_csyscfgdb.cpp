@@ -89,7 +89,6 @@ private slots:
             "(SELECT 0 UNION ALL SELECT i + 1 FROM d WHERE i < 31) "
             "SELECT 'TcFlag', a.i * 1024 + b.i * 32 + c.i, 'x' FROM d a, d b, d c "
             "WHERE a.i * 1024 + b.i * 32 + c.i >= %1;"_s;
-        const QStringList lumunLists{{}, {}, {}, {}, u"人民币|转账|密码挂失"_s};
         const QString failed = u"False 系统提示: 从数据库读取系统参数错误！"_s;
         for (Engine engine : quarry::test::allEngines()) {
             const auto row = [&](const char *tag, const QByteArray &mode, const QString &change) -> QTestData & {
@@ -98,7 +97,7 @@ private slots:
             row("Zacen", "Zacen", {}) << u"True"_s << ImportLists;
             if (engine == Engine::MariaDbOdbc)
                 continue;
-            row("Lumun", "Lumun", {}) << u"True"_s << lumunLists;
+            row("Lumun", "Lumun", {}) << u"True"_s << QStringList{{}, {}, {}, {}, u"人民币|转账|密码挂失"_s};
             row("another profile, database down", "Refol", u"down"_s) << u"True"_s << NothingLoaded;
             row("database down", "Zacen", u"down"_s) << failed + NoServer << NothingLoaded;
             // A failed load keeps the lists loaded before it.
@@ -107,7 +106,7 @@ private slots:
             const QString words = u"UPDATE ref_ImportAcc SET OtherAccStateWordId = %1 WHERE RefId = 1;\nUPDATE ref_ImportAcc SET OtherAccStateWordId = %2 WHERE RefId = 2;\n"_s;
             row("state words at the ends of 16 bits", "Zacen", words.arg(-32768).arg(32767)) << u"True"_s << (ImportLists.first(3) << u"-32768 正常|32767 挂失|3 冻结|4 止付"_s << u"||"_s);
             row("a state word past 16 bits", "Zacen", words.arg(-32769).arg(2)) << failed << (ImportLists.first(3) + NothingLoaded.last(2));
-            row("as many codes as a count holds", "Lumun", tcFlagsFrom.arg(3)) << u"True"_s << lumunLists;
+            row("as many codes as a count holds", "Lumun", tcFlagsFrom.arg(3)) << u"True"_s << QStringList{{}, {}, {}, {}, u"人民币|转账|密码挂失"_s};
             row("one code more than a count holds", "Lumun", tcFlagsFrom.arg(2)) << failed << (NothingLoaded.first(4) << u"人民币||"_s);
         }
     }
