@@ -61,6 +61,13 @@ QString engineName(Engine engine)
     return QStringList{u"sqlite"_s, u"mariadb"_s, u"odbc"_s}.at(int(engine));
 }
 
+void addEngineRows(const QList<Engine> &engines)
+{
+    QTest::addColumn<Engine>("engine");
+    for (Engine engine : engines)
+        QTest::newRow(qPrintable(engineName(engine))) << engine;
+}
+
 int mariaDbPort()
 {
     const QString dir = qEnvironmentVariable("QUARRY_MARIADB_DIR");

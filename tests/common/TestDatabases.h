@@ -20,6 +20,8 @@ enum class Engine { Sqlite, MariaDb, MariaDbOdbc };
 QList<Engine> allEngines();
 // "sqlite", "mariadb", "odbc": for data tags.
 QString engineName(Engine engine);
+// A data table of one column, "engine": a row for each engine, tagged with its name.
+void addEngineRows(const QList<Engine> &engines = allEngines());
 
 // The MariaDB server of the test set-up, started by the CTest fixture
 // "mariadb" (quarry_use_mariadb in CMake) and found through

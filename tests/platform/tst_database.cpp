@@ -40,13 +40,6 @@ CREATE TABLE delcalender (curday DATE, deadline DATE, stamp DATETIME);
 INSERT INTO delcalender VALUES ('3000-01-01', '3009-11-13', '2009-11-13 08:30:05');
 )"_s;
 
-static void addEngineRows()
-{
-    QTest::addColumn<Engine>("engine");
-    for (Engine engine : allEngines())
-        QTest::newRow(qPrintable(engineName(engine))) << engine;
-}
-
 class DatabaseTest : public QObject
 {
     Q_OBJECT

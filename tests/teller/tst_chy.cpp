@@ -219,12 +219,7 @@ private slots:
         QVERIFY2(log.contains(logged), qPrintable(log));
     }
 
-    void brokenSealDatabase_data()
-    {
-        QTest::addColumn<Engine>("engine");
-        QTest::newRow("sqlite") << Engine::Sqlite;
-        QTest::newRow("mariadb") << Engine::MariaDb;
-    }
+    void brokenSealDatabase_data() { quarry::test::addEngineRows({Engine::Sqlite, Engine::MariaDb}); }
 
     // A branch table without a head office, then the database gone (a closed
     // port, an embedded database file that is missing): a lookup fails at once
