@@ -139,15 +139,14 @@ private slots:
             row("belonged, quote", u"'1'' or ''1''=''1' | '1'' or ''1''=''1',"_s, belonged({u"1' or '1'='1"_s}));
             row("belonged, cycle", u" | 'C1','C2','C3',"_s, belonged({u"C1"_s}), u"CHy.GetBelongedWDHS() 2000 网点对照表数据有误：网点C1在"_s);
             row("belonged, two parents", u" | 'D0','D1','D3','D4',"_s + (engine == Engine::MariaDb ? u"'D5','D2',"_s : u"'D2',"_s), belonged({u"D0"_s}), u"CHy.GetBelongedWDHS() 2000 网点对照表数据有误：网点D3在"_s);
-            // Whether the teller was found, and its record with the dates.
-            row("teller info", u"True|9001|借调员|1011111100|2|总行主管|110101|5|2005-01-01|2009-12-31|2010-06-30|0|3|0"_s, [](H hy) {
+            // Whether the teller was found (one that is not there, then 9001), and its record with the dates.
+            row("teller info", u"False|True|9001|借调员|1011111100|2|总行主管|110101|5|2005-01-01|2009-12-31|2010-06-30|0|3|0"_s, [](H hy) {
                 hy.IncludeDate = hy.IfPwdExpire = true;
                 // Braced lists are evaluated left to right: the lookup runs first.
-                return QStringList{boolText(hy.GetHyInfoByHydh(u"9001"_s)), hy.hydh, hy.Hyname, hy.Hyqx, QString::number(hy.HyTypeId),
+                return QStringList{boolText(hy.GetHyInfoByHydh(u"9999"_s)), boolText(hy.GetHyInfoByHydh(u"9001"_s)), hy.hydh, hy.Hyname, hy.Hyqx, QString::number(hy.HyTypeId),
                                    hy.HyTypeName, hy.Wdh, QString::number(hy.Allownum), hy.qysj, hy.Zxsj, hy.PwdExpDate,
                                    QString::number(hy.IsAudit), QString::number(hy.GetOpType), QString::number(hy.GetIfConfirm)}.join(u'|');
             });
-            row("teller unknown", u"False"_s, [](H hy) { return boolText(hy.GetHyInfoByHydh(u"9999"_s)); });
             const auto fenhang = [](H hy) { return boolText(hy.isFenhang()); };
             row("first-level branch", u"True"_s, fenhang, {}, "[BANKPARAM]\nDEPARTID=110300\n");
             row("head office", u"False"_s, fenhang, {}, "[BANKPARAM]\nDEPARTID=110000\n");
