@@ -422,8 +422,9 @@ private Q_SLOTS:
         host.show();
         QVERIFY(QTest::qWaitForWindowExposed(&host));
         ask(u"showDate"_s, {}, {u"Esc"_s}, u"x11:%1"_s.arg(host.winId(), 0, 16));
-        const QStringList dialog = seen().value(0).split(u' '); // name, transient for, centre
+        const QStringList dialog = seen().value(0).split(u' '); // name, transient for, centre, moved by
         QCOMPARE(dialog.value(1).toULongLong(), host.winId());
+        QCOMPARE(dialog.value(4), u"37"_s);
         const QPoint centre(dialog.value(2).toInt(), dialog.value(3).toInt());
         // Placed over the host's window, not in the middle of the screen.
         QVERIFY2((centre - host.geometry().center()).manhattanLength() < 10, qPrintable(u"%1,%2"_s.arg(centre.x()).arg(centre.y())));
@@ -444,10 +445,14 @@ int drivenDialog()
             return;
         test::ModalWatch boxWatch(dialog, test::answerBox(QMessageBox::Ok, &box));
         const QWindow *parent = dialog->windowHandle()->transientParent();
+        const QPoint centre = dialog->geometry().center();
+        // Moved by the operator, it stays where it went.
+        dialog->move(dialog->pos() + QPoint(37, 0));
+        QTest::qWait(50);
         QFile seen(seenFile());
         if (!seen.open(QIODevice::Append))
             qFatal("Cannot write %s", qPrintable(seen.fileName()));
-        seen.write(u"%1 %2 %3 %4\n"_s.arg(dialog->objectName()).arg(parent ? parent->winId() : 0).arg(dialog->geometry().center().x()).arg(dialog->geometry().center().y()).toUtf8());
+        seen.write(u"%1 %2 %3 %4 %5\n"_s.arg(dialog->objectName()).arg(parent ? parent->winId() : 0).arg(centre.x()).arg(centre.y()).arg(dialog->geometry().center().x() - centre.x()).toUtf8());
         seen.close();
         for (const QString &action : steps) {
             if (action == u"kill"_s) {
