@@ -54,8 +54,7 @@ QString slice(Paging paging, qint64 offset, int rows)
 {
     switch (paging) {
     case Paging::LimitOffset:
-        return offset > 0 ? u" LIMIT %1 OFFSET %2"_s.arg(rows).arg(offset)
-                          : u" LIMIT %1"_s.arg(rows);
+        return u" LIMIT %1 OFFSET %2"_s.arg(rows).arg(offset);
     case Paging::OffsetFetch:
         return u" OFFSET %1 ROWS FETCH NEXT %2 ROWS ONLY"_s.arg(offset).arg(rows);
     case Paging::None:
