@@ -818,6 +818,7 @@ void TestViewerWindow::sortedOnce()
     QCOMPARE(shown == QStringList({byNumber[3][u"k"_s], byNumber[20][u"k"_s], byNumber[39][u"k"_s]}), !refused);
     QCOMPARE(model.index(3, 1).data().toInt(), n3);
     QCOMPARE(eachPage.size(), int(refused));
+    QCOMPARE(eachPage.value(0).value(0).value<QSqlError>().nativeErrorCode(), refused ? u"1044"_s : QString()); // the refusal told, not a later fault
     // A file reads the order kept sorted too.
     QStringList expected;
     for (int i = 37; i < 40; ++i)
