@@ -39,7 +39,6 @@ QueryResult execute(const QSqlDatabase &database, const QString &statement,
     }
     result.error = query.lastError();
     interrupt.finished();
-    result.cancelled = interrupt.isStopped(ticket);
     return result;
 }
 
@@ -105,18 +104,22 @@ void BackgroundQuery::run(const QString &select, int maxRows, const QStringList 
                                   QMetaObject::invokeMethod(
                                       this,
                                       [this, ticket, result = std::move(result)]() mutable {
-                                          // A statement asked for later has taken this one's place.
-                                          if (ticket != m_ticket)
-                                              return;
-                                          m_running = 0;
-                                          // Cancelled after it ended, before it was told: what
-                                          // was cancelled is not shown either.
-                                          result.cancelled
-                                              = result.cancelled || ticket == m_cancelled;
-                                          Q_EMIT finished(result);
+                                          tell(ticket, std::move(result));
                                       },
                                       Qt::QueuedConnection);
                               });
+}
+
+void BackgroundQuery::tell(quint64 ticket, QueryResult result)
+{
+    // A statement asked for later has taken this one's place.
+    if (ticket != m_ticket)
+        return;
+    m_running = 0;
+    // Whether it ended before the cancel reached it or not, what was
+    // cancelled is not shown.
+    result.cancelled = result.cancelled || ticket == m_cancelled;
+    Q_EMIT finished(result);
 }
 
 void BackgroundQuery::lend(Loan loan) const

@@ -80,6 +80,8 @@ private:
     QString open(const std::shared_ptr<QueryInterrupt> &interrupt, const Opener &opener) const;
     QueryResult read(const std::shared_ptr<QueryInterrupt> &interrupt, const Opener &opener,
                      const QStringList &statements, int maxRows, quint64 ticket);
+    // On the GUI thread: finished() for the statement of ticket.
+    void tell(quint64 ticket, QueryResult result);
     void interrupt(quint64 ticket, bool tellFailure);
     QString kill(const std::shared_ptr<QueryInterrupt> &interrupt, const Opener &opener,
                  quint64 ticket);

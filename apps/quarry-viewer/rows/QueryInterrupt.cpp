@@ -60,12 +60,6 @@ void QueryInterrupt::finished()
     m_odbcStatement = nullptr;
 }
 
-bool QueryInterrupt::isStopped(quint64 ticket)
-{
-    std::lock_guard lock(m_mutex);
-    return ticket <= m_stoppedUpTo;
-}
-
 // Under the lock, so that nothing reaches a statement that started later.
 bool QueryInterrupt::interrupt(quint64 ticket)
 {

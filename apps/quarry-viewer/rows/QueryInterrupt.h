@@ -34,7 +34,6 @@ public:
     // killer, a second connection to the server on the calling thread; ""
     // when that worked, else why not.
     QString kill(quint64 ticket, const QSqlDatabase &killer);
-    bool isStopped(quint64 ticket);
 
 private:
     // Held while a kill goes to the server, which kills whatever statement
