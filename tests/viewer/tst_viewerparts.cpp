@@ -7,6 +7,7 @@
 #include "rows/SelectedCells.h"
 #include "catalogue/LabelledRows.h"
 #include "rows/LogRowsModel.h"
+#include "rows/QueryInterrupt.h"
 #include "rows/StationDatabase.h"
 #include "LogCatalogue.h"
 #include "QtChinese.h"
@@ -14,11 +15,13 @@
 #include "SampleLogs.h"
 #include "TestFiles.h"
 #include "NumberFormat.h"
+#include "platform/DbConnection.h"
 
 #include <QBuffer>
 #include <QDir>
 #include <QProcess>
 #include <QSignalSpy>
+#include <QSqlError>
 #include <QSqlQuery>
 #include <QStandardItemModel>
 #include <QTemporaryDir>
@@ -26,6 +29,7 @@
 #include <QThread>
 
 #include <mutex>
+#include <thread>
 
 using namespace Qt::StringLiterals;
 
@@ -94,6 +98,7 @@ private Q_SLOTS:
     void rowsBeforeTheCount();
     void bookmarking();
     void stopOnServer();
+    void killBeforeTheStatement();
     void program_data();
     void program();
 };
@@ -402,6 +407,37 @@ void TestViewerParts::stopOnServer()
         QVERIFY(!openedOn.contains(QThread::currentThread()));
     }
     QCOMPARE(failed.at(0).at(0).toString(), refused);
+}
+
+// A kill that reaches MariaDB before the statement does (the client has sent
+// it, the server not yet read it) is forgotten by the server; it goes again
+// until the statement has ended.
+void TestViewerParts::killBeforeTheStatement()
+{
+    QUARRY_SAMPLE_STATION(station, test::Engine::MariaDb, QByteArray());
+    StationDatabase database;
+    QCOMPARE(database.open(), QString());
+    const auto opener = database.opener();
+    DbConnection watched;
+    QCOMPARE(opener(watched), QString());
+    QueryInterrupt interrupt;
+    interrupt.watch(watched.database());
+    QSqlQuery sleep(watched.database());
+    QVERIFY(sleep.prepare(u"SELECT SLEEP(3)"_s) && interrupt.started(sleep, 1));
+    QString killed;
+    std::thread killing([&] {
+        DbConnection killer;
+        killed = opener(killer);
+        killed += interrupt.kill(1, killer.database());
+    });
+    QTest::qWait(500); // the first kill has gone, to a connection that runs nothing
+    // Killed, the statement tells the server's "interrupted"; else it slept to the end.
+    const bool slept = sleep.exec();
+    interrupt.finished();
+    killing.join();
+    QCOMPARE(killed, QString());
+    QVERIFY(!slept);
+    QCOMPARE(sleep.lastError().nativeErrorCode(), u"1317"_s);
 }
 
 void TestViewerParts::program_data()

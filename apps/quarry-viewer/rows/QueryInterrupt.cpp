@@ -55,9 +55,12 @@ bool QueryInterrupt::started(const QSqlQuery &query, quint64 ticket)
 
 void QueryInterrupt::finished()
 {
-    std::lock_guard lock(m_mutex);
-    m_running = 0;
-    m_odbcStatement = nullptr;
+    {
+        std::lock_guard lock(m_mutex);
+        m_running = 0;
+        m_odbcStatement = nullptr;
+    }
+    m_finished.notify_all();
 }
 
 // Under the lock, so that nothing reaches a statement that started later.
@@ -74,18 +77,24 @@ bool QueryInterrupt::interrupt(quint64 ticket)
     return m_mySqlThread != 0;
 }
 
+// The server forgets a kill that comes before the statement itself (sent,
+// but not yet read by the server): the kill goes again until the statement
+// has ended. No other statement starts meanwhile.
 QString QueryInterrupt::kill(quint64 ticket, const QSqlDatabase &killer)
 {
+    using namespace std::chrono_literals;
     std::lock_guard killing(m_killing);
-    qint64 thread = 0;
-    {
-        std::lock_guard lock(m_mutex);
-        if (m_running == 0 || m_running > ticket)
-            return {};
-        thread = m_mySqlThread;
+    std::unique_lock lock(m_mutex);
+    while (m_running != 0 && m_running <= ticket) {
+        const qint64 thread = m_mySqlThread;
+        lock.unlock();
+        QSqlQuery kill(killer);
+        if (!kill.exec(u"KILL QUERY %1"_s.arg(thread)))
+            return kill.lastError().text();
+        lock.lock();
+        m_finished.wait_for(lock, 100ms, [this] { return m_running == 0; });
     }
-    QSqlQuery kill(killer);
-    return kill.exec(u"KILL QUERY %1"_s.arg(thread)) ? QString() : kill.lastError().text();
+    return {};
 }
 
 } // namespace quarry::viewer

@@ -3,6 +3,7 @@
 #include <QSqlDatabase>
 #include <QString>
 
+#include <condition_variable>
 #include <mutex>
 
 class QSqlQuery;
@@ -31,8 +32,8 @@ public:
     // the one running is MySQL's, which kill() stops.
     bool interrupt(quint64 ticket);
     // MySQL's statement up to number `ticket`, if it still runs, killed from
-    // killer, a second connection to the server on the calling thread; ""
-    // when that worked, else why not.
+    // killer, a second connection to the server on the calling thread, until
+    // it has ended; "" when that worked, else why not.
     QString kill(quint64 ticket, const QSqlDatabase &killer);
 
 private:
@@ -42,6 +43,7 @@ private:
     // statement.
     std::mutex m_killing;
     std::mutex m_mutex;
+    std::condition_variable m_finished;
     quint64 m_stoppedUpTo = 0;
     quint64 m_running = 0;           // the ticket of the running statement, 0 for none
     void *m_sqlite = nullptr;        // sqlite3*
