@@ -168,6 +168,7 @@ private Q_SLOTS:
     void slowPage();
     void sortedOnce_data();
     void sortedOnce();
+    void sortedBeforeTheCount();
     void pageLost();
     void countTold_data();
     void countTold();
@@ -824,6 +825,27 @@ void TestViewerWindow::sortedOnce()
     for (int i = 37; i < 40; ++i)
         expected << byNumber[refused ? 39 - i : i][u"k"_s];
     QCOMPARE(streamed(37), expected << QString());
+}
+
+// A sort before the rows are counted keeps their keys, however few rows have
+// been read: the log may hold millions.
+void TestViewerWindow::sortedBeforeTheCount()
+{
+    QUARRY_REQUIRE_ENGINE(Engine::Sqlite);
+    OwnStation paged(Engine::Sqlite, pagedTable(Engine::Sqlite));
+    LogRowsModel model(3, LogRowsModel::MarkRows, 40);
+    bool first = true;
+    connect(&model, &LogRowsModel::rowsShown, this, [&] {
+        if (std::exchange(first, false))
+            model.cancel(); // the count
+    });
+    QCOMPARE(readRows(model, paged.database, u"SELECT * FROM PAGED"_s, u"K"_s), QString());
+    QVERIFY(!model.isCounted());
+    model.sort(1, Qt::AscendingOrder); // by N
+    QVERIFY(QTest::qWaitFor([&model] { return !model.isBusy(); }, test::WaitLimit));
+    paged.station.changeSeal(u"UPDATE PAGED SET N = 100 - N;\n"_s);
+    key(model, 3);
+    QCOMPARE(model.index(3, 1).data().toInt(), 97); // looked up by its key: a copy says 3
 }
 
 // An export writes every row of a log longer than the page the model has
