@@ -409,9 +409,9 @@ void TestViewerParts::stopOnServer()
     QCOMPARE(failed.at(0).at(0).toString(), refused);
 }
 
-// A kill that reaches MariaDB before the statement does (the client has sent
-// it, the server not yet read it) is forgotten by the server; it goes again
-// until the statement has ended.
+// A kill that reaches MariaDB before the statement does finds the
+// connection idle, and the server forgets it; it goes again until the
+// statement has ended.
 void TestViewerParts::killBeforeTheStatement()
 {
     QUARRY_SAMPLE_STATION(station, test::Engine::MariaDb, QByteArray());

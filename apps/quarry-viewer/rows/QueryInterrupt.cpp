@@ -77,9 +77,9 @@ bool QueryInterrupt::interrupt(quint64 ticket)
     return m_mySqlThread != 0;
 }
 
-// The server forgets a kill that comes before the statement itself (sent,
-// but not yet read by the server): the kill goes again until the statement
-// has ended. No other statement starts meanwhile.
+// The server forgets a kill that finds the connection idle, which it is
+// until the statement, started here, has reached the server: the kill goes
+// again until the statement has ended. No other statement starts meanwhile.
 QString QueryInterrupt::kill(quint64 ticket, const QSqlDatabase &killer)
 {
     using namespace std::chrono_literals;
