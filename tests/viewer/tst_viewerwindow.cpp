@@ -136,14 +136,6 @@ quarry::test::Outcome run(ViewerWindow &window, const QString &logType, const QS
     return outcome;
 }
 
-// One row for each engine, tagged by its name.
-void addEngines(const QList<Engine> &engines)
-{
-    QTest::addColumn<Engine>("engine");
-    for (Engine engine : engines)
-        QTest::newRow(qPrintable(quarry::test::engineName(engine))) << engine;
-}
-
 } // namespace
 
 class TestViewerWindow : public QObject
@@ -197,7 +189,7 @@ void TestViewerWindow::init()
 
 void TestViewerWindow::query_data()
 {
-    addEngines(quarry::test::logEngines());
+    quarry::test::addEngineRows(quarry::test::logEngines());
 }
 
 // The cheque list, its voucher type from the database: the rows, labelled
@@ -903,7 +895,7 @@ void TestViewerWindow::pageLost()
 
 void TestViewerWindow::countTold_data()
 {
-    addEngines(quarry::test::logEngines());
+    quarry::test::addEngineRows(quarry::test::logEngines());
 }
 
 // Half a million counted rows reach the view in shares, each in a turn of
