@@ -2,8 +2,9 @@
 // sample catalogue's lists, lengths and flags) and run on the sample log
 // tables as the viewer runs it, a page at a time: the rows the viewer shows
 // are the rows the operator's input means, decided here from the rows
-// themselves. For each log: nothing and every field; once for all:
-// wildcards, branches with their sub-branches (bank profile Vefos), and the
+// themselves. For each log every field, and nothing given where no other
+// test spells out the empty dialog's condition; once for all: wildcards,
+// branches with their sub-branches (bank profile Vefos), and the
 // characters that end an SQL literal or widen a LIKE, typed and pasted,
 // which reach every log through the same helpers (tst_logclauses holds each
 // log's clause to them). Every log runs on the embedded station
@@ -80,7 +81,6 @@ QList<Case> cases()
          [](const Row &r) { return r[u"accno"_s].startsWith(u"110101"_s); }},
 
         // Seal verification log: teller, account, dates, cheques, branch, seal card, method, result.
-        {"YYRZ nothing", u"YYRZ"_s, {u"BtnOk!"_s}, {}},
         {"YYRZ every field", u"YYRZ"_s, QStringList{u"TxtHy=0011"_s, u"TxtAccNo=110101*"_s} + allDates
             + QStringList{u"TxtBZP=00000000"_s, u"TxtEZP=05000000"_s, u"txtWdh=110101"_s, u"TxtYJKNumber=0000*"_s,
                           u"cmbOpType#1"_s, u"Return"_s, u"cmbOpResult#1"_s, u"Return"_s, u"BtnOk!"_s},
@@ -91,13 +91,11 @@ QList<Case> cases()
          }},
 
         // Teller log: operating teller, operation code, dates, branch.
-        {"HYRZ nothing", u"HYRZ"_s, {u"BtnOk!"_s}, {}},
         {"HYRZ every field", u"HYRZ"_s, QStringList{u"TxtHy=0011"_s, u"TxtCha=0012"_s, u"TxtOpType=1"_s} + allDates
             + QStringList{u"txtWdh=110101"_s, u"BtnOk!"_s},
          [](const Row &r) { return r[u"opcode"_s] == u"0011"_s && r[u"optype"_s] == u"1"_s && r[u"wdh"_s] == u"110101"_s; }},
 
         // Login log: teller, module, dates, branch in either letter case.
-        {"SJRZ nothing", u"SJRZ"_s, {u"BtnOk!"_s}, {}},
         {"SJRZ every field", u"SJRZ"_s, QStringList{u"TxtHy=0011"_s, u"TxtApp=1"_s} + allDates + QStringList{u"txtWdh=110101"_s, u"BtnOk!"_s},
          [](const Row &r) { return r[u"opcode"_s] == u"0011"_s && r[u"appname"_s] == u"1"_s && r[u"wdh"_s] == u"110101"_s; }},
 
@@ -107,7 +105,6 @@ QList<Case> cases()
          [](const Row &r) { return r[u"zgcode"_s] == u"0013"_s && r[u"optype"_s] == u"强制通过"_s; }},
 
         // Cheque management log: account, teller, cheques, dates, voucher type.
-        {"ZPGLRZ nothing", u"ZPGLRZ"_s, {u"CmdYes!"_s}, {}},
         {"ZPGLRZ every field", u"ZPGLRZ"_s, QStringList{u"TxtAccNo=110101*"_s, u"TxtHy=0012"_s, u"TxtBZP=00000000"_s, u"TxtEZP=09000000"_s}
             + allDates + QStringList{u"ComPZ#0"_s, u"Return"_s, u"CmdYes!"_s}, // one Down: 现金支票
          [](const Row &r) {
@@ -116,7 +113,6 @@ QList<Case> cases()
          }},
 
         // Bill recognition log: account, teller, cheques, branch, date and time, voucher type, result.
-        {"PJSBRZ nothing", u"PJSBRZ"_s, {u"CmdYes!"_s}, {}},
         {"PJSBRZ every field", u"PJSBRZ"_s, QStringList{u"TxtAccNo=110101*"_s, u"TxtHy=0011"_s, u"TxtBZP=00000000"_s, u"TxtEZP=05000000"_s,
                                                         u"txtWdh=110101"_s, u"MaskBoxKs=20050101"_s, u"Return"_s, u"MaskBoxJs=20091231"_s, u"Return"_s,
                                                         u"maskBeginTime=080000"_s, u"Return"_s, u"maskEndTime=120000"_s, u"Return"_s,
@@ -130,14 +126,12 @@ QList<Case> cases()
          }},
 
         // Seal requests: branch code as typed, dates.
-        {"YJREQLOG nothing", u"YJREQLOG"_s, {u"cmdOK!"_s}, {}},
         {"YJREQLOG every field", u"YJREQLOG"_s, {u"txtWdh=110101"_s, u"txtStDate=20060101"_s, u"txtEndDate=20081231"_s, u"cmdOK!"_s},
          [](const Row &r) {
              return (r[u"branchno"_s] == u"Bank110101"_s || r[u"masterno"_s] == u"110101"_s) && in(r[u"opdate"_s], "2006-01-01", "2008-12-31");
          }},
 
         // Compound log: account, teller, branch, seal card, dates.
-        {"PTFHRZ nothing", u"PTFHRZ"_s, {u"BtnOk!"_s}, {}},
         {"PTFHRZ every field", u"PTFHRZ"_s, QStringList{u"TxtAccNo=110101*"_s, u"TxtHy=0011"_s, u"txtWdh=110101"_s, u"TxtYJKNumber=000*"_s}
             + allDates + QStringList{u"BtnOk!"_s},
          [](const Row &r) {
