@@ -119,7 +119,6 @@ private Q_SLOTS:
         const DateRange toMay{DateRange::Fault::None, u"1980-01-01"_s, u"2009-05-20"_s};
         const QString mySqlAll = u"SELECT 1 AS id, HY.wdh, TotalPj.opcode, TotalPj.total, PassedPj.passed, TotalPj.total - PassedPj.passed AS NotPassed,  CONCAT(CAST(CAST(PassedPj.passed * 100.0 / TotalPj.total as decimal(10, 2)) AS char), '%') AS percent, '1980-01-01' AS BeginDate, '2009-05-20' AS EndDate  FROM (SELECT COUNT(chequeno) AS total, opcode From pjsblog  WHERE opresult IN (0, 1, 4, 5) AND opdate BETWEEN '1980-01-01' AND '2009-05-20' GROUP BY opcode) TotalPj  INNER JOIN (SELECT COUNT(chequeno) AS passed, opcode From pjsblog  WHERE opresult IN (0, 4) AND opdate BETWEEN '1980-01-01' AND '2009-05-20' GROUP BY opcode) PassedPj ON TotalPj.opcode = PassedPj.opcode  INNER JOIN HY ON TotalPj.opcode = HY.HYDH"_s;
         QTest::newRow("STAT: MySQL") << sealResultStatement({u"%"_s, u"%"_s, toMay}, SqlDialect::MySql) << mySqlAll;
-        QTest::newRow("STAT: a teller, no branch") << sealResultStatement({u"%"_s, u"12%"_s, toMay}, SqlDialect::MySql) << mySqlAll + u" and TotalPj.opcode like'12%'"_s;
         QTest::newRow("STAT: hostile") << sealResultStatement({H, H, toMay}, SqlDialect::MySql) << mySqlAll + u" where wdh like 'abcd' and TotalPj.opcode like'abcd'"_s;
 
         // Seal requests: branch, dates.
