@@ -32,11 +32,6 @@ QList<Engine> logEngines()
     return {Engine::Sqlite, Engine::MariaDb};
 }
 
-QByteArray engineTag(Engine engine, const char *what)
-{
-    return engineName(engine).toLatin1() + ": " + what;
-}
-
 SampleStation &sampleStation(Engine engine, const QByteArray &ini)
 {
     if (stations.empty())

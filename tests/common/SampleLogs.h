@@ -15,8 +15,6 @@ namespace quarry::test {
 
 // The engines a log is run on end to end: the embedded file and MariaDB.
 QList<Engine> logEngines();
-// "<engine>: <what>", for data tags.
-QByteArray engineTag(Engine engine, const char *what);
 
 // The sample station on the engine, made on first use and kept for the
 // program; its seal.ini written anew with `ini` (see SampleStation::writeIni)

@@ -61,6 +61,11 @@ QString engineName(Engine engine)
     return QStringList{u"sqlite"_s, u"mariadb"_s, u"odbc"_s}.at(int(engine));
 }
 
+QByteArray engineTag(Engine engine, const char *what)
+{
+    return engineName(engine).toLatin1() + ": " + what;
+}
+
 void addEngineRows(const QList<Engine> &engines)
 {
     QTest::addColumn<Engine>("engine");

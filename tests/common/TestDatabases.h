@@ -20,6 +20,8 @@ enum class Engine { Sqlite, MariaDb, MariaDbOdbc };
 QList<Engine> allEngines();
 // "sqlite", "mariadb", "odbc": for data tags.
 QString engineName(Engine engine);
+// "<engine>: <what>", for data tags.
+QByteArray engineTag(Engine engine, const char *what);
 // A data table of one column, "engine": a row for each engine, tagged with its name.
 void addEngineRows(const QList<Engine> &engines = allEngines());
 

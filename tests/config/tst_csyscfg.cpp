@@ -209,10 +209,9 @@ private slots:
         QTest::addColumn<double>("quota");
 
         for (const Engine engine : quarry::test::allEngines()) {
-            const QByteArray name = quarry::test::engineName(engine).toUtf8();
             const auto row = [&](const char *tag, const QString &quotaLine, const QString &departId,
                                  double quota) {
-                QTest::addRow("%s: %s", name.constData(), tag) << engine << quotaLine << departId << quota;
+                QTest::newRow(quarry::test::engineTag(engine, tag).constData()) << engine << quotaLine << departId << quota;
             };
             row("own branch", QString(), u"110201"_s, 80000.0);
             row("-1 in the file", u"DoubleSealQuota=-1"_s, u"110301"_s, 50000.0);

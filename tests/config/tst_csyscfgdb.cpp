@@ -92,7 +92,7 @@ private slots:
         const QString failed = u"False 系统提示: 从数据库读取系统参数错误！"_s;
         for (Engine engine : quarry::test::allEngines()) {
             const auto row = [&](const char *tag, const QByteArray &mode, const QString &change) -> QTestData & {
-                return QTest::addRow("%s/%s", qPrintable(quarry::test::engineName(engine)), tag) << engine << mode << change;
+                return QTest::newRow(quarry::test::engineTag(engine, tag).constData()) << engine << mode << change;
             };
             row("Zacen", "Zacen", {}) << u"True"_s << ImportLists;
             if (engine == Engine::MariaDbOdbc)

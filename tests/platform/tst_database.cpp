@@ -82,12 +82,11 @@ private slots:
         QTest::addColumn<QString>("connection"); // %1: the test's
         QTest::addColumn<QString>("error");      // the start of the error text, %1 the server
         for (Engine engine : {Engine::MariaDb, Engine::MariaDbOdbc}) {
-            const QByteArray tag = engineName(engine).toUtf8();
-            QTest::addRow("%s/wrong password", tag.constData()) << engine << u"WRONG"_s << u"%1"_s << u"拒绝了登录 BISOL"_s;
+            QTest::newRow(engineTag(engine, "wrong password").constData()) << engine << u"WRONG"_s << u"%1"_s << u"拒绝了登录 BISOL"_s;
             // Unescaped, the second PWD attribute would log in.
-            QTest::addRow("%s/attribute in password", tag.constData()) << engine << u"x;PWD=KORMANTE"_s << u"%1"_s << u"拒绝了登录 BISOL"_s;
-            QTest::addRow("%s/no such database", tag.constData()) << engine << Password << u"%1NONE"_s << u"上没有这个数据库"_s;
-            QTest::addRow("%s/nothing on the port", tag.constData()) << engine << Password << u"Server=127.0.0.1:1;Database=TEST"_s << u"连接不上"_s;
+            QTest::newRow(engineTag(engine, "attribute in password").constData()) << engine << u"x;PWD=KORMANTE"_s << u"%1"_s << u"拒绝了登录 BISOL"_s;
+            QTest::newRow(engineTag(engine, "no such database").constData()) << engine << Password << u"%1NONE"_s << u"上没有这个数据库"_s;
+            QTest::newRow(engineTag(engine, "nothing on the port").constData()) << engine << Password << u"Server=127.0.0.1:1;Database=TEST"_s << u"连接不上"_s;
         }
     }
     void openFailsWithText()
@@ -171,10 +170,9 @@ private slots:
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("wdh");
         for (Engine engine : {Engine::Sqlite, Engine::MariaDb}) {
-            const QByteArray tag = engineName(engine).toUtf8();
-            QTest::addRow("%s/quote", tag.constData()) << engine << u"O'Neil 票据"_s << u"004"_s;
-            QTest::addRow("%s/brackets", tag.constData()) << engine << u"现金[A]"_s << u"005"_s;
-            QTest::addRow("%s/backslashes", tag.constData()) << engine << u"C:\\seal\\"_s << u"007"_s;
+            QTest::newRow(engineTag(engine, "quote").constData()) << engine << u"O'Neil 票据"_s << u"004"_s;
+            QTest::newRow(engineTag(engine, "brackets").constData()) << engine << u"现金[A]"_s << u"005"_s;
+            QTest::newRow(engineTag(engine, "backslashes").constData()) << engine << u"C:\\seal\\"_s << u"007"_s;
         }
     }
     void literalsSelectTheirRows()
@@ -229,11 +227,10 @@ private slots:
         QTest::addColumn<QString>("note");
         QTest::addColumn<QString>("wdh"); // empty: no row
         for (Engine engine : allEngines()) {
-            const QByteArray tag = engineName(engine).toUtf8();
-            QTest::addRow("%s/quote", tag.constData()) << engine << u"it's"_s << u"001"_s;
-            QTest::addRow("%s/backslashes", tag.constData()) << engine << u"C:\\seal\\"_s << u"002"_s;
-            QTest::addRow("%s/chinese", tag.constData()) << engine << u"城东"_s << u"003"_s;
-            QTest::addRow("%s/escaped quote", tag.constData()) << engine << u"it\\'s"_s << QString();
+            QTest::newRow(engineTag(engine, "quote").constData()) << engine << u"it's"_s << u"001"_s;
+            QTest::newRow(engineTag(engine, "backslashes").constData()) << engine << u"C:\\seal\\"_s << u"002"_s;
+            QTest::newRow(engineTag(engine, "chinese").constData()) << engine << u"城东"_s << u"003"_s;
+            QTest::newRow(engineTag(engine, "escaped quote").constData()) << engine << u"it\\'s"_s << QString();
         }
     }
     void bindsValuesLiterally()

@@ -116,7 +116,7 @@ private slots:
         for (Engine engine : quarry::test::allEngines()) {
             const auto row = [&](const char *tag, const QString &expected, const Lookup &lookup,
                                  const QString &logged = {}, const QByteArray &ini = {}) {
-                QTest::addRow("%s/%s", qPrintable(quarry::test::engineName(engine)), tag) << engine << ini << lookup << expected << logged;
+                QTest::newRow(quarry::test::engineTag(engine, tag).constData()) << engine << ini << lookup << expected << logged;
             };
             row("the head office's whole tree", Walk, belonged({u"110000"_s}));
             if (engine == Engine::MariaDbOdbc)
@@ -186,7 +186,7 @@ private slots:
         for (Engine engine : quarry::test::allEngines()) {
             const auto row = [&](const char *tag, const QString &rows, const QString &expected,
                                  const QString &logged = {}) {
-                QTest::addRow("%s/%s", qPrintable(quarry::test::engineName(engine)), tag) << engine << rows << expected << logged;
+                QTest::newRow(quarry::test::engineTag(engine, tag).constData()) << engine << rows << expected << logged;
             };
             // MariaDB takes "e1 " for E1; SQLite does not.
             const bool loose = engine != Engine::Sqlite;

@@ -308,10 +308,10 @@ private Q_SLOTS:
         QTest::addColumn<bool>("workbook");
         QTest::addColumn<bool>("lent"); // on the connection of a reader in the background
         for (Engine engine : quarry::test::allEngines()) {
-            QTest::addRow("%s: csv", qPrintable(quarry::test::engineName(engine))) << engine << false << false;
-            QTest::addRow("%s: xlsx", qPrintable(quarry::test::engineName(engine))) << engine << true << false;
+            QTest::newRow(quarry::test::engineTag(engine, "csv").constData()) << engine << false << false;
+            QTest::newRow(quarry::test::engineTag(engine, "xlsx").constData()) << engine << true << false;
             if (engine != Engine::MariaDbOdbc)
-                QTest::addRow("%s: csv, lent", qPrintable(quarry::test::engineName(engine))) << engine << false << true;
+                QTest::newRow(quarry::test::engineTag(engine, "csv, lent").constData()) << engine << false << true;
         }
     }
     void engineRows()
