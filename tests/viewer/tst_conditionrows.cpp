@@ -15,14 +15,12 @@
 // while they are walked ends the step on the server.
 
 #include "DialogDriver.h"
-#include "SampleLogs.h"
 
 #include "catalogue/ConditionRequest.h"
 #include "LogCatalogue.h"
 #include "rows/LogRowsModel.h"
 #include "ReadRows.h"
 #include "rows/LogSelect.h"
-#include "rows/StationDatabase.h"
 
 #include <QDateTime>
 #include <QSqlError>
@@ -361,9 +359,7 @@ void TestConditionRows::jumps()
 // that every statement over them is slow.
 void TestConditionRows::stopEndsTheStep()
 {
-    QUARRY_SAMPLE_STATION(station, Engine::MariaDb, Vefos);
-    StationDatabase database;
-    QCOMPARE(database.open(), QString());
+    QUARRY_SAMPLE_DATABASE(station, database, Engine::MariaDb, Vefos);
     const QString running = u"SELECT ID FROM information_schema.PROCESSLIST WHERE INFO LIKE '%SLEEP(0.005)%' AND ID <> CONNECTION_ID()"_s;
     LogRowsModel model(10, 50);
     model.setQuery(database, u"SELECT * FROM YYLOG WHERE LOGID <= 400 AND SLEEP(0.005) = 0"_s, u"LOGID"_s, {{u"OPDATE"_s}, Qt::DescendingOrder});

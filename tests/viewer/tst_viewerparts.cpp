@@ -8,11 +8,10 @@
 #include "catalogue/LabelledRows.h"
 #include "rows/LogRowsModel.h"
 #include "rows/QueryInterrupt.h"
-#include "rows/StationDatabase.h"
 #include "LogCatalogue.h"
 #include "QtChinese.h"
 
-#include "SampleLogs.h"
+#include "ReadRows.h"
 #include "TestFiles.h"
 #include "NumberFormat.h"
 #include "platform/DbConnection.h"
@@ -332,9 +331,7 @@ void TestViewerParts::qtInChinese()
 // with the count stopped, the next page asked for is added.
 void TestViewerParts::rowsBeforeTheCount()
 {
-    QUARRY_SAMPLE_STATION(station, test::Engine::Sqlite, QByteArray());
-    StationDatabase database;
-    QCOMPARE(database.open(), QString());
+    QUARRY_SAMPLE_DATABASE(station, database, test::Engine::Sqlite, QByteArray());
     LogRowsModel model(10);
     QObject context;
     QObject::connect(&model, &LogRowsModel::rowsShown, &context, [&model] {
@@ -353,9 +350,7 @@ void TestViewerParts::rowsBeforeTheCount()
 // model says (the window's count line tells it) until the walk is done.
 void TestViewerParts::bookmarking()
 {
-    QUARRY_SAMPLE_STATION(station, test::Engine::Sqlite, QByteArray());
-    StationDatabase database;
-    QCOMPARE(database.open(), QString());
+    QUARRY_SAMPLE_DATABASE(station, database, test::Engine::Sqlite, QByteArray());
     LogRowsModel model(10, 500);
     QList<bool> atCount;
     QObject::connect(&model, &LogRowsModel::counted, &model,
@@ -372,9 +367,7 @@ void TestViewerParts::bookmarking()
 // statement runs on.
 void TestViewerParts::stopOnServer()
 {
-    QUARRY_SAMPLE_STATION(station, test::Engine::MariaDb, QByteArray());
-    StationDatabase database;
-    QCOMPARE(database.open(), QString());
+    QUARRY_SAMPLE_DATABASE(station, database, test::Engine::MariaDb, QByteArray());
     const auto running = [&database] {
         QSqlQuery list(database.database());
         return list.exec(u"SELECT COUNT(*) FROM information_schema.PROCESSLIST WHERE INFO = CONCAT('SELECT SLEEP', '(2)')"_s)
@@ -414,9 +407,7 @@ void TestViewerParts::stopOnServer()
 // statement has ended.
 void TestViewerParts::killBeforeTheStatement()
 {
-    QUARRY_SAMPLE_STATION(station, test::Engine::MariaDb, QByteArray());
-    StationDatabase database;
-    QCOMPARE(database.open(), QString());
+    QUARRY_SAMPLE_DATABASE(station, database, test::Engine::MariaDb, QByteArray());
     const auto opener = database.opener();
     DbConnection watched;
     QCOMPARE(opener(watched), QString());
