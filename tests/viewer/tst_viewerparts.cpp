@@ -415,19 +415,16 @@ void TestViewerParts::killBeforeTheStatement()
     interrupt.watch(watched.database());
     QSqlQuery sleep(watched.database());
     QVERIFY(sleep.prepare(u"SELECT SLEEP(3)"_s) && interrupt.started(sleep, 1));
-    QString killed;
     std::thread killing([&] {
         DbConnection killer;
-        killed = opener(killer);
-        killed += interrupt.kill(1, killer.database());
+        if (opener(killer).isEmpty())
+            interrupt.kill(1, killer.database());
     });
     QTest::qWait(500); // the first kill has gone, to a connection that runs nothing
     // Killed, the statement tells the server's "interrupted"; else it slept to the end.
-    const bool slept = sleep.exec();
+    sleep.exec();
     interrupt.finished();
     killing.join();
-    QCOMPARE(killed, QString());
-    QVERIFY(!slept);
     QCOMPARE(sleep.lastError().nativeErrorCode(), u"1317"_s);
 }
 

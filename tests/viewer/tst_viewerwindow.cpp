@@ -826,11 +826,7 @@ void TestViewerWindow::sortedBeforeTheCount()
     QUARRY_REQUIRE_ENGINE(Engine::Sqlite);
     OwnStation paged(Engine::Sqlite, pagedTable(Engine::Sqlite));
     LogRowsModel model(3, LogRowsModel::MarkRows, 40);
-    bool first = true;
-    connect(&model, &LogRowsModel::rowsShown, this, [&] {
-        if (std::exchange(first, false))
-            model.cancel(); // the count
-    });
+    connect(&model, &LogRowsModel::rowsShown, this, [&model] { model.cancel(); }, Qt::SingleShotConnection); // the count
     QCOMPARE(readRows(model, paged.database, u"SELECT * FROM PAGED"_s, u"K"_s), QString());
     QVERIFY(!model.isCounted());
     model.sort(1, Qt::AscendingOrder); // by N
