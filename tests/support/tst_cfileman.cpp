@@ -164,6 +164,8 @@ private slots:
         QCOMPARE(files.LastError(), QString());
         QVERIFY(QFileInfo(work(u"missing/a/b"_s)).isDir());
         QVERIFY(files.MakePath(missing + u"\\a/b\\"_s)); // already there
+        // A folder opens in no mode, binary (read and write, else read) included.
+        QVERIFY2(files.OpenFile(missing, Mode::Binary) == 0 && files.LastError().startsWith(u"Path/File access error: "_s + missing), qPrintable(files.LastError()));
         // A folder the system makes for nobody, root included.
         QVERIFY(!files.EnsureFolder(u"/proc/quarry"_s));
         QVERIFY2(files.LastError().endsWith(u": /proc/quarry"_s), qPrintable(files.LastError()));

@@ -370,6 +370,7 @@ void TestViewerParts::stopOnServer()
     QUARRY_SAMPLE_DATABASE(station, database, test::Engine::MariaDb, QByteArray());
     const QString running = u"SELECT ID FROM information_schema.PROCESSLIST WHERE INFO = CONCAT('SELECT SLEEP', '(2)')"_s;
     const QString refused = u"无法打开验印数据库：127.0.0.1 拒绝连接"_s;
+    const auto opener = database.opener();
     BackgroundQuery query;
     QSignalSpy finished(&query, &BackgroundQuery::finished);
     QSignalSpy failed(&query, &BackgroundQuery::stopFailed);
@@ -385,7 +386,7 @@ void TestViewerParts::stopOnServer()
     for (const bool killerOpens : {true, false}) {
         std::mutex mutex;
         QList<QThread *> openedOn;
-        query.setOpener([&, opener = database.opener()](DbConnection &connection) {
+        query.setOpener([&](DbConnection &connection) {
             std::lock_guard lock(mutex);
             openedOn.append(QThread::currentThread());
             if (openedOn.size() == 1 || !killerOpens)
@@ -408,7 +409,6 @@ void TestViewerParts::stopOnServer()
     // A kill that reaches the server before the statement does finds the
     // connection idle, and the server forgets it; it goes again until the
     // statement has ended.
-    const auto opener = database.opener();
     DbConnection watched;
     QCOMPARE(opener(watched), QString());
     QueryInterrupt interrupt;
