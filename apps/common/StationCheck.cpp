@@ -1,6 +1,7 @@
 #include "StationCheck.h"
 
 #include "MissingStation.h"
+#include "ServerAddress.h"
 #include "platform/DbConnection.h"
 #include "platform/Paths.h"
 #include "platform/SqlLiteral.h"
@@ -282,13 +283,6 @@ QList<Database> stationDatabases(const CSysCfg &cfg, const QStringList &logTable
     else if (!local.isEmpty())
         databases.append({u"本地数据库"_s, u"LOCALBASE"_s, cfg.LOCALBASE, local});
     return databases;
-}
-
-// The server with the port the driver reaches it on.
-QString serverAddress(const CSysCfg &cfg)
-{
-    const bool mySql = sqlDialect(cfg.BASEMODE) == SqlDialect::MySql;
-    return mySql && !cfg.SERVER.contains(u':') ? cfg.SERVER + u":3306"_s : cfg.SERVER;
 }
 
 QString openStep(const CSysCfg &cfg, const Database &database)

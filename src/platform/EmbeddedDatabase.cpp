@@ -57,16 +57,14 @@ QString reason(const QSqlError &error)
 
 } // namespace
 
-bool addDialectFunctions(const QSqlDatabase &db)
+void addDialectFunctions(const QSqlDatabase &db)
 {
     const QVariant handle = db.driver()->handle();
     if (qstrcmp(handle.typeName(), "sqlite3*") != 0)
-        return false;
-    auto *connection = *static_cast<sqlite3 *const *>(handle.constData());
-    return connection
-        && sqlite3_create_function_v2(connection, "concat", -1, SQLITE_UTF8 | SQLITE_DETERMINISTIC,
-                                      nullptr, &concat, nullptr, nullptr, nullptr)
-        == SQLITE_OK;
+        return;
+    if (auto *connection = *static_cast<sqlite3 *const *>(handle.constData()))
+        sqlite3_create_function_v2(connection, "concat", -1, SQLITE_UTF8 | SQLITE_DETERMINISTIC,
+                                   nullptr, &concat, nullptr, nullptr, nullptr);
 }
 
 QString fileFault(const QString &path, const QSqlError &error)

@@ -11,8 +11,8 @@ namespace quarry::embedded {
 // Adds to the open connection the functions of the other dialects that the
 // log conditions use and SQLite lacks: concat(), with MySQL's meaning (the
 // arguments as text, one after the other; NULL when any of them is NULL).
-// False when the connection is not an SQLite one.
-bool addDialectFunctions(const QSqlDatabase &db);
+// Nothing for a connection that is not SQLite's.
+void addDialectFunctions(const QSqlDatabase &db);
 
 // Why the file at path could not be used, in the operator's words, with the
 // database's own text kept for the administrator.

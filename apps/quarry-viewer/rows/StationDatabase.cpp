@@ -1,6 +1,7 @@
 #include "StationDatabase.h"
 
 #include "MissingStation.h"
+#include "ServerAddress.h"
 #include "platform/DbConnection.h"
 #include "platform/SqlLiteral.h"
 
@@ -144,11 +145,8 @@ QString StationDatabase::describe() const
     if (isEmbedded())
         return u"嵌入式数据库 %1（%2）"_s.arg(m_config->SEALBASE,
                                               QFileInfo(m_config->IniPath).absolutePath());
-    QString server = m_config->SERVER;
-    if (m_config->BASEMODE.compare(u"MYSQL"_s, Qt::CaseInsensitive) == 0 && !server.contains(u':'))
-        server += u":3306"_s;
-    return u"服务器 %1（%2）上的数据库 %3"_s.arg(server, m_config->BASEMODE.toUpper(),
-                                                 m_config->SEALBASE);
+    return u"服务器 %1（%2）上的数据库 %3"_s.arg(apps::serverAddress(*m_config),
+                                                 m_config->BASEMODE.toUpper(), m_config->SEALBASE);
 }
 
 } // namespace quarry::viewer
