@@ -932,7 +932,7 @@ void TestViewerWindow::countTold()
 
 void TestViewerWindow::scrolling_data()
 {
-    QTest::addColumn<QStringList>("steps"); // "click" a row on view, a "key", the "wheel", the "bar" set
+    QTest::addColumn<QStringList>("steps"); // "click" a row on view, a "key", the "wheel", the "bar" set, a row on view to the "foot"
     QTest::addColumn<int>("top");           // the log's row on top, counted from 1
     QTest::addColumn<int>("current");       // 0: none
     QTest::addColumn<int>("selected");      // the log's rows selected
@@ -949,6 +949,7 @@ void TestViewerWindow::scrolling_data()
     QTest::newRow("page up") << QStringList{u"bar 100"_s, u"click 0"_s, u"key PgUp"_s} << 91 << 91 << 1;
     QTest::newRow("shift, past the foot") << QStringList{u"click 0"_s, u"key Shift+PgDown,Shift+PgDown"_s} << 12 << 21 << 21;
     QTest::newRow("ctrl+a") << QStringList{u"click 2"_s, u"key Ctrl+A"_s} << 1 << 3 << 20000;
+    QTest::newRow("a row on view to the foot") << QStringList{u"bar 500"_s, u"foot 0"_s} << 492 << 1 << 0;
 }
 
 // A log of 20,000 rows in a table that holds ten: the table keeps a header
@@ -982,6 +983,8 @@ void TestViewerWindow::scrolling()
             QTest::keySequence(&view, QKeySequence(what));
         else if (step.startsWith(u"bar"_s))
             view.verticalScrollBar()->setValue(what.toInt());
+        else if (step.startsWith(u"foot"_s))
+            view.scrollTo(view.model()->index(what.toInt(), 0), QAbstractItemView::PositionAtBottom);
         else {
             const QPoint at = view.viewport()->rect().center();
             QWheelEvent wheel(at, view.viewport()->mapToGlobal(at), {}, {0, what.toInt()}, Qt::NoButton, {}, Qt::NoScrollPhase, false);
