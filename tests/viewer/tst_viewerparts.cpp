@@ -389,10 +389,10 @@ void TestViewerParts::stopOnServer()
         query.setOpener([&](DbConnection &connection) {
             std::lock_guard lock(mutex);
             openedOn.append(QThread::currentThread());
-            if (openedOn.size() == 1 || !killerOpens)
-                return openedOn.size() == 1 ? opener(connection) : refused;
+            if (openedOn.size() > 1 && !killerOpens)
+                return refused;
             const QString fault = opener(connection);
-            if (openedOn.size() == 2) // the first killer loses its server at once
+            if (openedOn.size() == 2 && killerOpens) // the first killer loses its server at once
                 QSqlQuery(connection.database()).exec(u"KILL CONNECTION_ID()"_s);
             return fault;
         });
