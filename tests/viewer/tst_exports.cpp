@@ -329,6 +329,7 @@ private Q_SLOTS:
         const RowSource typed = rows.source(u"SELECT * FROM TYPED ORDER BY B DESC, N"_s);
         const QStringList expected = queried(typed);
         QCOMPARE(streamed(typed), expected + QStringList{QString()}); // and no fault
+        QCOMPARE(streamed(rows.source(u"CREATE TEMPORARY TABLE T2 (A INT)"_s)), QStringList{QString()}); // no result set
 
         const QString path = rows.folder.filePath(workbook ? u"rows.xlsx"_s : u"rows.csv"_s);
         quarry::test::writeFile(path, "old");
