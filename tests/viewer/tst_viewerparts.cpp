@@ -425,6 +425,8 @@ void TestViewerParts::stopOnServer()
     interrupt.finished();
     killing.join();
     QCOMPARE(sleep.lastError().nativeErrorCode(), u"1317"_s);
+    // Stopped before it starts: nothing to kill, and it never starts.
+    QVERIFY(!interrupt.interrupt(2) && !interrupt.started(sleep, 2));
 }
 
 void TestViewerParts::program_data()
