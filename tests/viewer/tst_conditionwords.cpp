@@ -74,7 +74,6 @@ private Q_SLOTS:
         QTest::addColumn<QString>("words");
         const QString dates = u"，并且 日期 从 1980-01-01 到 2026-11-25"_s;
         QTest::newRow("dates only") << u"%"_s << u"%"_s << u"网点号 不限，并且 操作员 不限"_s + dates;
-        QTest::newRow("a branch") << u"0101"_s << u"%"_s << u"网点号 为 0101，并且 操作员 不限"_s + dates;
         QTest::newRow("a teller without a branch") << u"%"_s << u"12%"_s << u"网点号 不限，并且 操作员 以 12 开头"_s + dates;
         QTest::newRow("both") << u"011%"_s << u"1"_s << u"网点号 以 011 开头，并且 操作员 为 1"_s + dates;
     }
