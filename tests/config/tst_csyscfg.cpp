@@ -156,7 +156,6 @@ private slots:
         read("quota of a pair overflows", u"[SBMK]\nDoubleSealQuota=0\nTotalSpecialDoubleSealQuota=2\nSpecialDoubleSealPztype(0)=3\nSpecialDoubleSealQuota(0)=1e999\n"_s, [](CSysCfg &c) { return numbers(c.SpecialDoubleSealPztype) + u" | "_s + numbers(c.SpecialDoubleSealQuota); }, u"3 0 | 0 0"_s, u"SpecialDoubleSealQuota(0)=1e999"_s);
         const QString nelos = u"[USER]\nMODE=Nelos"_s;
         reread("Refol", FIELD(ProfileCode), nelos, u"[USER]\nMODE=Refol"_s, u"22 20"_s);
-        reread("unknown profile", FIELD(ProfileCode), nelos, u"[USER]\nMODE=Nobank"_s, u"22 0"_s);
         reread("other case", FIELD(ProfileCode), nelos, u"[USER]\nMODE=refol"_s, u"22 0"_s);
         // Trimmed of blanks (U+0020) only.
         reread("blanks inside quotes", FIELD(ProfileCode), nelos, u"[USER]\nMODE=\" Refol \""_s, u"22 20"_s);
