@@ -367,7 +367,7 @@ void TestViewerWindow::saveDialogs()
 
 namespace {
 
-enum Fault { NoStation, MissingFile, ServerDown, MissingTable, NotANumber, MissingList };
+enum Fault { NoStation, MissingFile, ServerDown, MissingTable, MissingList };
 
 // Puts the fault in; the returned function takes it out again.
 std::function<void()> breakStation(int fault, SampleStation &station, const QTemporaryDir &empty)
@@ -382,9 +382,6 @@ std::function<void()> breakStation(int fault, SampleStation &station, const QTem
         return [seal] { QFile::rename(seal + u".away"_s, seal); };
     case ServerDown:
         station.writeIni(NoHint, u"127.0.0.1:1"_s);
-        return [&station] { station.writeIni(NoHint); };
-    case NotANumber:
-        station.writeIni(NoHint + "[BANKPARAM]\nPRINTLINES=abc\n");
         return [&station] { station.writeIni(NoHint); };
     case MissingTable:
     case MissingList:
@@ -410,8 +407,6 @@ void TestViewerWindow::faults_data()
                                   << QStringList{blocked, u"验印数据库 SEAL 打不开："_s, u"SEAL.db"_s, u"处理："_s};
     QTest::newRow("server down") << Engine::MariaDb << int(ServerDown) << u"ZPGLRZ"_s << u"CmdYes"_s
                                  << QStringList{blocked, u"（服务器 127.0.0.1:1）打不开："_s, u"quarry_seal_"_s, u"连接不上"_s, u"Can't connect"_s};
-    QTest::newRow("not a number") << Engine::Sqlite << int(NotANumber) << u"YWRZ"_s << u"BtnOk"_s
-                                  << QStringList{blocked, u"[BANKPARAM] PRINTLINES=abc 不是数字"_s};
     QTest::newRow("missing table") << Engine::Sqlite << int(MissingTable) << u"XXRZ"_s << u"BtnOk"_s
                                    << QStringList{u"本站点有以下问题"_s, u"读不到表 NOSUCHLOG"_s, u"在嵌入式数据库 SEAL"_s, u"上查询失败："_s, u"no such table: NOSUCHLOG"_s};
     QTest::newRow("missing list table") << Engine::Sqlite << int(MissingList) << u"ZPGLRZ"_s << u"CmdYes"_s
