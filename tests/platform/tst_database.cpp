@@ -82,7 +82,6 @@ private slots:
         QTest::addColumn<QString>("connection"); // %1: the test's
         QTest::addColumn<QString>("error");      // the start of the error text, %1 the server
         for (Engine engine : {Engine::MariaDb, Engine::MariaDbOdbc}) {
-            QTest::newRow(engineTag(engine, "wrong password").constData()) << engine << u"WRONG"_s << u"%1"_s << u"拒绝了登录 BISOL"_s;
             // Unescaped, the second PWD attribute would log in.
             QTest::newRow(engineTag(engine, "attribute in password").constData()) << engine << u"x;PWD=KORMANTE"_s << u"%1"_s << u"拒绝了登录 BISOL"_s;
             QTest::newRow(engineTag(engine, "no such database").constData()) << engine << Password << u"%1NONE"_s << u"上没有这个数据库"_s;
