@@ -136,7 +136,6 @@ void TestViewerParts::catalogue_data()
     };
     faulty("no title", "Table=YYLOG\nKey=LOGID\n", u"cat.ini [YYRZ] Title：未填写"_s);
     faulty("no table", "Title=t\nKey=LOGID\n", u"cat.ini [YYRZ] Table：未填写"_s);
-    faulty("no key", "Title=t\nTable=YYLOG\n", u"cat.ini [YYRZ] Key：未填写"_s);
     faulty("key with SQL", "Title=t\nTable=YYLOG\nKey=LOGID DESC\n", u"cat.ini [YYRZ] Key：“LOGID DESC”不是列名"_s);
     faulty("table with SQL", "Title=t\nKey=LOGID\nTable=YYLOG WHERE 1=1\n", u"cat.ini [YYRZ] Table：“YYLOG WHERE 1=1”不是表名"_s);
     faulty("misspelt key", "Title=t\nKey=LOGID\nTable=YYLOG\nTabel=YYLOG\n", u"cat.ini [YYRZ] Tabel：不认识的键"_s);
