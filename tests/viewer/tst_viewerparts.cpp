@@ -140,7 +140,6 @@ void TestViewerParts::catalogue_data()
     faulty("table with SQL", "Title=t\nKey=LOGID\nTable=YYLOG WHERE 1=1\n", u"cat.ini [YYRZ] Table：“YYLOG WHERE 1=1”不是表名"_s);
     faulty("misspelt key", "Title=t\nKey=LOGID\nTable=YYLOG\nTabel=YYLOG\n", u"cat.ini [YYRZ] Tabel：不认识的键"_s);
     faulty("unknown call", "Title=t\nKey=LOGID\nTable=YYLOG\nCall=complexEx\n", u"cat.ini [YYRZ] Call：“complexEx”不是 complex、complex-ex 之一"_s);
-    faulty("unknown result", "Title=t\nKey=LOGID\nTable=YYLOG\nResult=all\n", u"cat.ini [YYRZ] Result：“all”不是 where、select 之一"_s);
     faulty("length not a number", "Title=t\nKey=LOGID\nTable=YYLOG\nAccLen=seventeen\n", u"cat.ini [YYRZ] AccLen：“seventeen”不是长度（0 或更大的整数）"_s);
     faulty("negative length", "Title=t\nKey=LOGID\nTable=YYLOG\nChequeLen=-8\n", u"cat.ini [YYRZ] ChequeLen：“-8”不是长度（0 或更大的整数）"_s);
     faulty("flag not a truth", "Title=t\nKey=LOGID\nTable=YYLOG\nShowWDH=yes\n", u"cat.ini [YYRZ] ShowWDH：“yes”既不是 true 也不是 false"_s);
