@@ -82,7 +82,8 @@ void step(QWidget *dialog, const QString &action)
         QWidget *target = equals == 0 ? dialog->focusWidget() : control(dialog, action.left(equals));
         target->setFocus();
         if (equals >= 0) {
-            qobject_cast<QLineEdit *>(target)->setCursorPosition(0);
+            auto *list = qobject_cast<QComboBox *>(target);
+            (list ? list->lineEdit() : qobject_cast<QLineEdit *>(target))->setCursorPosition(0);
             QTest::keyClicks(target, action.mid(equals + 1));
         }
     }

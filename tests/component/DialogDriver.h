@@ -18,13 +18,14 @@ namespace quarry::test {
 // reading it needs no database.
 void writeSealIni(const QString &folder, const QString &mode, int queryHintMode);
 
-// One operator step in a dialog: "Name=text" types into a box from its
-// start, "=text" into the box that has the focus, "Name^text" pastes text
-// into a box with Ctrl+V, "Name" puts the focus there, "Name!" clicks it,
-// "Name~" presses the space bar on it (ticks a check box whatever its row
-// stretches to), "Name#n" presses Down n + 1 times in a list, "Name@n"
-// clicks entry n of a list's popup, the focus staying where it is, and Return,
-// PadEnter, Up, Down, Esc or Pad* press that key where the focus is.
+// One operator step in a dialog: "Name=text" types into a box (or an
+// editable list) from its start, "=text" into the box that has the focus,
+// "Name^text" pastes text into a box with Ctrl+V, "Name" puts the focus
+// there, "Name!" clicks it, "Name~" presses the space bar on it (ticks a
+// check box whatever its row stretches to), "Name#n" presses Down n + 1
+// times in a list, "Name@n" clicks entry n of a list's popup, the focus
+// staying where it is, and Return, PadEnter, Up, Down, Esc or Pad* press
+// that key where the focus is.
 void step(QWidget *dialog, const QString &action);
 
 // What the operator saw of a dialog.

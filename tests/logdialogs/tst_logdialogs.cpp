@@ -225,6 +225,7 @@ private Q_SLOTS:
         // editable list's counts when chosen in it, not when its text names it.
         QTest::newRow("YYRZ: a list chosen with the mouse") << u"YYRZ"_s << none << 0 << QStringList{u"cmbOpType@2"_s, u"BtnOk!"_s} << none << closed << u" where Opcode Like '%' And ACCNO  LIKE  '%' And Opdate Between '1980-01-01' And '3000-01-01' and chequeno between '00000000' and 'zzzzzzzz' and ( OPTYPE = '人工验印') "_s;
         QTest::newRow("ZPGLRZ: an editable list's choice by key") << u"ZPGLRZ"_s << none << 0 << QStringList{u"ComPZ#0"_s, u"CmdYes!"_s} << none << closed << u" where (accno like '%') and (opcode like '%') and  (zpid between '00000000' and '99999999') and (opdate between '1980-01-01' and '3000-01-01') and  (pztype like'人工验印')"_s;
+        QTest::newRow("ZPGLRZ: Enter takes the list's text") << u"ZPGLRZ"_s << none << 0 << QStringList{u"ComPZ=B"_s, u"Return"_s, u"CmdYes!"_s} << none << closed << u" where (accno like '%') and (opcode like '%') and  (zpid between '00000000' and '99999999') and (opdate between '1980-01-01' and '3000-01-01') and  (pztype like'B人工验印')"_s;
         QTest::newRow("ZPGLRZ: the list's text is no choice") << u"ZPGLRZ"_s << none << 0 << QStringList{u"ComPZ"_s, u"CmdYes!"_s} << none << closed << u" where (accno like '%') and (opcode like '%') and  (zpid between '00000000' and '99999999') and (opdate between '1980-01-01' and '3000-01-01') and  (pztype like'%')"_s;
         // Keys, one row each where a dialog departs from Enter and Up; which
         // keys cancel each dialog, from any of its fields, is
