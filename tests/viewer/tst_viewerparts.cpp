@@ -4,6 +4,7 @@
 // statement stopped on the server; and the program's answers without a display, its exports among them.
 
 #include "output/CsvWriter.h"
+#include "output/PassRates.h"
 #include "rows/SelectedCells.h"
 #include "catalogue/LabelledRows.h"
 #include "rows/LogRowsModel.h"
@@ -93,6 +94,8 @@ private Q_SLOTS:
     void formats();
     void selectedRows_data();
     void selectedRows();
+    void passRates_data();
+    void passRates();
     void qtInChinese();
     void rowsBeforeTheCount();
     void bookmarking();
@@ -313,6 +316,32 @@ void TestViewerParts::selectedRows()
     const quarry::viewer::SelectedCells selected(selection);
     QTEST(selected.rowCount(), "rows");
     QTEST(u"%1-%2"_s.arg(selected.firstRow()).arg(selected.lastRow()), "span");
+}
+
+// The statistics' columns are found by name, in any place and letter case.
+void TestViewerParts::passRates_data()
+{
+    QTest::addColumn<QString>("headers");
+    QTest::addColumn<QString>("rates"); // "" when a column is missing
+    QTest::newRow("opcode first") << u"opcode total passed"_s << u"0011 25, 0012 0"_s;
+    QTest::newRow("total first, in capitals") << u"TOTAL Passed OpCode id"_s << u"0011 25, 0012 0"_s;
+    QTest::newRow("passed first") << u"passed id opcode total"_s << u"0011 25, 0012 0"_s;
+    QTest::newRow("no passed column") << u"opcode total id"_s << QString();
+}
+void TestViewerParts::passRates()
+{
+    QFETCH(QString, headers);
+    const QHash<QString, QStringList> values{{u"opcode"_s, {u"0011"_s, u"0012"_s}}, {u"total"_s, {u"4"_s, u"0"_s}}, {u"passed"_s, {u"1"_s, u"0"_s}}};
+    QStandardItemModel model(2, 0);
+    for (const QString &header : headers.split(u' ')) {
+        const QStringList column = values.value(header.toLower(), {u"1"_s, u"1"_s});
+        model.appendColumn({new QStandardItem(column[0]), new QStandardItem(column[1])});
+    }
+    model.setHorizontalHeaderLabels(headers.split(u' '));
+    QStringList rates;
+    for (const auto &[opcode, rate] : quarry::viewer::passRates(model).value_or(PassRates()))
+        rates.append(u"%1 %2"_s.arg(opcode).arg(rate));
+    QTEST(rates.join(u", "_s), "rates");
 }
 
 // Qt's own texts (buttons, file dialogs) in Chinese, from Qt's translations.
