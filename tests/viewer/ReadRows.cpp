@@ -17,6 +17,12 @@ QString readRows(LogRowsModel &model, const StationDatabase &station, const QStr
     QObject context;
     QObject::connect(&model, &LogRowsModel::failed, &context,
                      [&fault](const QSqlError &error) { fault = error.text(); });
+    // An empty range (Qt checks in its debug builds only).
+    QObject::connect(&model, &QAbstractItemModel::rowsAboutToBeInserted, &context,
+                     [&fault](const QModelIndex &, int first, int last) {
+                         if (first > last)
+                             fault = u"rows %1 to %2 inserted"_s.arg(first).arg(last);
+                     });
     model.setQuery(station, select, key, own);
     if (!QTest::qWaitFor([&model] { return !model.isBusy(); }, test::WaitLimit))
         return u"still reading after the wait limit"_s;

@@ -12,7 +12,7 @@ class LogRowsModel;
 
 // Starts reading select into model on the station, in the own order, and
 // waits until its rows are shown and counted; "" when that worked, else
-// the fault.
+// the fault (also rows told inserted that are none).
 QString readRows(LogRowsModel &model, const StationDatabase &station, const QString &select,
                  const QString &key, const RowOrder &own = {});
 
