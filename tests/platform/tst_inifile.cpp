@@ -135,7 +135,6 @@ private Q_SLOTS:
         refused("a key of blanks", u"A"_s, u" \t"_s, u"v"_s, u"键不能"_s);
         refused("lone high surrogate ending the value", u"B"_s, u"K"_s, u"v"_s + QChar(0xD800), u"代理码元"_s);
         refused("lone low surrogate in the section", u"B"_s + QChar(0xDC00), u"K"_s, u"v"_s, u"代理码元"_s);
-        refused("blank before the value", u"A"_s, u"K"_s, u" v"_s, u"空格或制表符"_s);
         refused("tab after the value", u"A"_s, u"K"_s, u"v\t"_s, u"空格或制表符"_s);
         refused("a pair of quotes alone", u"A"_s, u"K"_s, u"''"_s, u"引号"_s);
         refused("256 characters", u"A"_s, u"K"_s, QString(256, u'x'), u"255"_s);
