@@ -20,8 +20,6 @@ private Q_SLOTS:
         QTest::addColumn<QString>("words");
         const QString access = u"ACCESS"_s, mySql = u"MYSQL"_s, sqlServer = u"SQLSERVER"_s;
         QTest::newRow("nothing") << access << u" "_s << u"全部记录"_s;
-        QTest::newRow("a prefix, dates compared") << access << u"ACCNO LIKE '1101%' AND OPDATE >= '2026-01-01' AND OPDATE <= '2026-01-31'"_s
-            << u"账号 以 1101 开头，并且 日期 不早于 2026-01-01，并且 日期 不晚于 2026-01-31"_s;
         QTest::newRow("the dialog's where and blanks, any value") << access << u" where  ACCNO  LIKE  '%'  and (Opcode Like '12*')"_s
             << u"账号 不限，并且 柜员号 为 12*"_s;
         QTest::newRow("between keeps its and") << access << u" where Opdate Between '2026-01-01' And '2026-01-31' and chequeno between '00000000' and 'zzzzzzzz'"_s
