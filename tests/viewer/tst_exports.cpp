@@ -401,8 +401,6 @@ private Q_SLOTS:
         QTest::newRow("upright, widened") << QList<ColumnNeed>{{100, 50}, {50, 50}} << u"portrait | 0=200 1=100"_s;
         QTest::newRow("turned") << QList<ColumnNeed>{{100, 50}, {201, 50}} << u"landscape | 0=166 1=334"_s;
         QTest::newRow("turned and wrapped") << QList<ColumnNeed>{{400, 100}, {200, 200}} << u"landscape | 0=300 1=200"_s;
-        QTest::newRow("continued with the key")
-            << QList<ColumnNeed>{{300, 300}, key, {300, 300}} << u"landscape | 1=125 0=375 | 1=125 2=375"_s;
         QTest::newRow("continued, keys and two columns")
             << QList<ColumnNeed>{key, {100, 100}, {100, 100}, {200, 200}, {100, 100, true}}
             << u"landscape | 0=125 4=125 1=125 2=125 | 0=125 4=125 3=250"_s;
