@@ -64,7 +64,6 @@ private slots:
         row("missing database file", {}, {u"验印数据库 SEAL 打不开：数据库文件 "_s, u"SEAL.db 不存在"_s}, 1, true, {}, MissingFile);
         row("no error log folder", {}, {u"/no/log（[ERROR] ERRORFILE="_s, u"不存在，也无法建立：上级文件夹 "_s}, 1, false,
             {u"/log\n"_s, u"/no/log\n"_s});
-        row("server down", {}, {u"（服务器 127.0.0.1:1）打不开："_s, u"连接不上"_s}, 1, true, {}, ServerDown, Engine::MariaDb);
         // The double-seal quota of the local database's parameter table.
         row("quota from a server down", "[USER]\nMODE=Vefos\n",
             {u"[SBMK] DoubleSealQuota=-1 要从本地数据库的 parameter 表取值，但读取失败："_s, u"其后的 15 个键不再读取"_s, u"处理：让本地数据库可用"_s, u"[USER] MODE"_s,
