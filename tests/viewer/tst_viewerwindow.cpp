@@ -605,9 +605,7 @@ void TestViewerWindow::pages_data()
         QTest::newRow(quarry::test::engineTag(engine, "down, then up").constData()) << engine << down + up << false << QString() << QStringList();
         QTest::newRow(quarry::test::engineTag(engine, "jumps").constData()) << engine << jumps << false << QString() << QStringList();
         QTest::newRow(quarry::test::engineTag(engine, "sorted, down").constData()) << engine << down << false << u"G"_s << QStringList();
-        QTest::newRow(quarry::test::engineTag(engine, "sorted back, down").constData()) << engine << down << false << u"G DESC"_s << QStringList();
         QTest::newRow(quarry::test::engineTag(engine, "newest first, down").constData()) << engine << down << false << QString() << QStringList{u"G"_s, u"N"_s};
-        QTest::newRow(quarry::test::engineTag(engine, "newest first, up").constData()) << engine << up << false << QString() << QStringList{u"G"_s, u"N"_s};
     }
     QTest::addRow("odbc: as sybase") << Engine::MariaDbOdbc << QList<int>{39, 0, 20} << true << QString() << QStringList();
 }
