@@ -108,7 +108,6 @@ private Q_SLOTS:
         QTest::newRow("first of duplicate keys and sections") << QByteArray("[A]\nL=1\nL=2\n[A]\nK=2\n") << u"a"_s << u"L"_s << u"3"_s << QByteArray("[A]\nL=3\nL=2\n[A]\nK=2\n") << QString();
         QTest::newRow("key added after the section's last line, not after a comment") << QByteArray("[A]\nX=1\n;Z=0\n\n[B]\nZ=2\n") << u"A"_s << u"Z"_s << u"3"_s << QByteArray("[A]\nX=1\n;Z=0\nZ=3\n\n[B]\nZ=2\n") << QString();
         QTest::newRow("no line break anywhere, LF added") << QByteArray("[A]") << u"A"_s << u"K"_s << u"v"_s << QByteArray("[A]\nK=v") << QString();
-        QTest::newRow("section added at the end") << QByteArray("[A]\r\nX=1\r\n") << u"B"_s << u"K"_s << u"v"_s << QByteArray("[A]\r\nX=1\r\n[B]\r\nK=v\r\n") << QString();
         QTest::newRow("a lone CR never joins the LF of a blank line") << QByteArray("[A]\rK=1\n\n") << u"A"_s << u"L"_s << u"v"_s << QByteArray("[A]\rK=1\nL=v\n\n") << QString();
         QTest::newRow("line break of the first line used") << QByteArray("[A]\r\nX=1\nY=2") << u"A"_s << u"K"_s << u"v"_s << QByteArray("[A]\r\nX=1\nY=2\r\nK=v") << QString();
         QTest::newRow("NUL and bytes of other lines kept") << QByteArray("[A]\n\0\xFF\xFE junk\nK=1\n", 18) << u"A"_s << u"K"_s << u"2"_s << QByteArray("[A]\n\0\xFF\xFE junk\nK=2\n", 18) << QString();
