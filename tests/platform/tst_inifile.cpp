@@ -119,7 +119,6 @@ private Q_SLOTS:
         QTest::newRow("only the value's bytes change in GB18030") << QByteArray::fromHex("5b415d0a 9a3d310a") << u"A"_s << u"\uFFFD"_s << u"模"_s << QByteArray::fromHex("5b415d0a 9a3dc4a30a") << QString();
         QTest::newRow("GB18030 kept while a byte that is not UTF-8 stays") << QByteArray::fromHex("5b415d0a 4b3dff0a 4c3dc4a30a") << u"A"_s << u"M"_s << u"模"_s << QByteArray::fromHex("5b415d0a 4b3dff0a 4c3dc4a30a 4d3dc4a30a") << QString();
         QTest::newRow("GB18030 that becomes ASCII") << QByteArray::fromHex("5b415d0a 4b3dff0a") << u"A"_s << u"K"_s << u"x"_s << QByteArray::fromHex("5b415d0a 4b3d780a") << QString();
-        QTest::newRow("section name with ]") << QByteArray("[a]b]\nK=1\n") << u"a]b"_s << u"K"_s << u"2"_s << QByteArray("[a]b]\nK=2\n") << QString();
         QTest::newRow("255 characters, quote at one end") << QByteArray("[A]\n") << u"A"_s << u"K"_s << u'"' + QString(254, u'x') << "[A]\nK=\"" + QByteArray(254, 'x') + "\n" << QString();
 
         // Refused, every byte kept.
