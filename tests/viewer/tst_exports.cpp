@@ -398,7 +398,6 @@ private Q_SLOTS:
         QTest::addColumn<QString>("layout"); // pages 300 wide upright, 500 turned
         const ColumnNeed key{100, 100, true};
         QTest::newRow("upright, to its edge") << QList<ColumnNeed>{{100, 50}, {200, 50}} << u"portrait | 0=100 1=200"_s;
-        QTest::newRow("upright, widened") << QList<ColumnNeed>{{100, 50}, {50, 50}} << u"portrait | 0=200 1=100"_s;
         QTest::newRow("turned") << QList<ColumnNeed>{{100, 50}, {201, 50}} << u"landscape | 0=166 1=334"_s;
         QTest::newRow("turned and wrapped") << QList<ColumnNeed>{{400, 100}, {200, 200}} << u"landscape | 0=300 1=200"_s;
         QTest::newRow("continued, keys and two columns")
