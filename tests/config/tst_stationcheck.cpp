@@ -60,7 +60,6 @@ private slots:
         row("unknown profile", "[USER]\nMODE=vefos\n", {u"[USER] MODE=vefos 不是已知的银行类型"_s}, 1, false);
         row("unknown database type", {}, {u"[DATABASESET] BASEMODE=ACESS 不是支持的数据库类型"_s}, 1, true,
             {u"BASEMODE=ACCESS"_s, u"BASEMODE=ACESS"_s});
-        row("missing database file", {}, {u"验印数据库 SEAL 打不开：数据库文件 "_s, u"SEAL.db 不存在"_s}, 1, true, {}, MissingFile);
         row("no error log folder", {}, {u"/no/log（[ERROR] ERRORFILE="_s, u"不存在，也无法建立：上级文件夹 "_s}, 1, false,
             {u"/log\n"_s, u"/no/log\n"_s});
         // The double-seal quota of the local database's parameter table.
