@@ -17,7 +17,7 @@ QString readRows(LogRowsModel &model, const StationDatabase &station, const QStr
     QObject context;
     QObject::connect(&model, &LogRowsModel::failed, &context,
                      [&fault](const QSqlError &error) { fault = error.text(); });
-    // An empty range (Qt checks in its debug builds only).
+    // Rows told inserted are some: Qt checks that in its debug builds only.
     QObject::connect(&model, &QAbstractItemModel::rowsAboutToBeInserted, &context,
                      [&fault](const QModelIndex &, int first, int last) {
                          if (first > last)

@@ -318,7 +318,8 @@ void TestViewerParts::selectedRows()
     QTEST(u"%1-%2"_s.arg(selected.firstRow()).arg(selected.lastRow()), "span");
 }
 
-// The statistics' columns are found by name, in any place and letter case.
+// The statistics' columns are found by name, in any place and letter case;
+// a total of 0 gives a rate of 0.
 void TestViewerParts::passRates_data()
 {
     QTest::addColumn<QString>("headers");
