@@ -10,6 +10,15 @@ using namespace Qt::StringLiterals;
 
 namespace quarry::viewer {
 
+void checkRowRanges(const QAbstractItemModel &model, const QObject &context)
+{
+    const auto check = [](const QModelIndex &, int first, int last) {
+        QVERIFY2(first <= last, qPrintable(u"rows %1 to %2"_s.arg(first).arg(last)));
+    };
+    QObject::connect(&model, &QAbstractItemModel::rowsAboutToBeInserted, &context, check);
+    QObject::connect(&model, &QAbstractItemModel::rowsAboutToBeRemoved, &context, check);
+}
+
 QString readRows(LogRowsModel &model, const StationDatabase &station, const QString &select,
                  const QString &key, const RowOrder &own)
 {
@@ -17,12 +26,7 @@ QString readRows(LogRowsModel &model, const StationDatabase &station, const QStr
     QObject context;
     QObject::connect(&model, &LogRowsModel::failed, &context,
                      [&fault](const QSqlError &error) { fault = error.text(); });
-    // Rows told inserted are some: Qt checks that in its debug builds only.
-    QObject::connect(&model, &QAbstractItemModel::rowsAboutToBeInserted, &context,
-                     [&fault](const QModelIndex &, int first, int last) {
-                         if (first > last)
-                             fault = u"rows %1 to %2 inserted"_s.arg(first).arg(last);
-                     });
+    checkRowRanges(model, context);
     model.setQuery(station, select, key, own);
     if (!QTest::qWaitFor([&model] { return !model.isBusy(); }, test::WaitLimit))
         return u"still reading after the wait limit"_s;

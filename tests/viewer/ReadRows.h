@@ -6,13 +6,21 @@
 
 #include <QString>
 
+class QAbstractItemModel;
+class QObject;
+
 namespace quarry::viewer {
 
 class LogRowsModel;
 
+// While context lives, fails the running test when model tells of rows
+// inserted or removed that are none (first past last), which Qt checks in
+// its debug builds only.
+void checkRowRanges(const QAbstractItemModel &model, const QObject &context);
+
 // Starts reading select into model on the station, in the own order, and
-// waits until its rows are shown and counted; "" when that worked, else
-// the fault (also rows told inserted that are none).
+// waits until its rows are shown and counted, checking its row ranges; ""
+// when that worked, else the fault.
 QString readRows(LogRowsModel &model, const StationDatabase &station, const QString &select,
                  const QString &key, const RowOrder &own = {});
 
